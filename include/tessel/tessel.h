@@ -1,0 +1,38 @@
+/* tessel: the ASN.1 structures of a public-key infrastructure, read, built, edited and written.
+ *
+ * This header includes the whole interface. What holds for every function stands here; what a function adds stands with
+ * it.
+ *
+ * Status. Functions return 0 (TESSEL_OK) or one of the codes of TesselStatus. A required pointer that is null is always
+ * TESSEL_INVALID_ARGUMENT, and TESSEL_OUT_OF_MEMORY is possible wherever something is made: neither is repeated at each
+ * function. A failure leaves its place to be read with GetLastFileErrorAsn.
+ *
+ * Buffers. Octets go out through `buffer` and `length`: `length` holds the capacity and receives the length that is
+ * needed. With a null `buffer` that is all, and the status is 0. When the capacity is too small the status is
+ * TESSEL_BUFFER_TOO_SMALL and `buffer` is left alone. Texts go the same way, their NUL included in the lengths. After
+ * any other failure neither is specified.
+ *
+ * Ownership is told in four words. A function that lends a pointer keeps what it points to, which lives no longer than
+ * the object that it is part of. One that copies leaves its argument to the caller. One that takes an object owns it
+ * from then on, when it succeeds. What the caller frees is released once, with the free function of its type.
+ * A free function accepts null.
+ *
+ * Threads. The library keeps no state but the place of the last failure. One object must not be used by two threads at
+ * a time; different objects can be. */
+#ifndef TESSEL_TESSEL_H
+#define TESSEL_TESSEL_H
+
+#include "tessel/algorithms.h"
+#include "tessel/certificate.h"
+#include "tessel/decoder.h"
+#include "tessel/descriptor.h"
+#include "tessel/encoder.h"
+#include "tessel/extensions.h"
+#include "tessel/lifecycle.h"
+#include "tessel/names.h"
+#include "tessel/nodes.h"
+#include "tessel/platform.h"
+#include "tessel/primitives.h"
+#include "tessel/status.h"
+
+#endif

@@ -1,0 +1,219 @@
+// Writing descriptors: a type is a struct of typed members and, beside it, a table that reads like its ASN.1.
+//
+//   // Extension ::= SEQUENCE { extnID OBJECT IDENTIFIER, critical BOOLEAN DEFAULT FALSE, extnValue OCTET STRING }
+//   struct Extension { Asn1Oid* extnID; Asn1Value* critical; Asn1Value* extnValue; };
+//   inline constexpr auto kExtension = Sequence{
+//       Member<&Extension::extnID, kOid>,
+//       Member<&Extension::critical, Default<kBoolean, kFalse>>,
+//       Member<&Extension::extnValue, kOctetString>,
+//   };
+//
+// A struct of n pointers has the layout of a node of n slots. A row whose member has another node type than its item, a
+// row too few and rows out of order do not compile.
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "tessel/descriptor.h"
+#include "tessel/nodes.h"
+
+namespace tessel {
+
+// A descriptor that knows the type of its nodes.
+template <class NodeType>
+struct Item : Asn1Item {
+  using Node = NodeType;
+};
+
+template <const auto& item>
+using NodeOf = typename std::remove_cvref_t<decltype(item)>::Node;
+
+// Lists and choices of a named type derive from these, so that their elements are reached with their own type.
+template <class Element>
+struct ListOf : Asn1List {
+  using ElementType = Element;
+  [[nodiscard]] Element* At(uint32_t index) const { return static_cast<Element*>(items[index]); }
+};
+
+inline constexpr int32_t kNoTagNumber = -1;
+
+template <class Node>
+constexpr Item<Node> Primitive(Asn1Kind kind) {
+  return {{0, static_cast<uint32_t>(kind), kNoTagNumber, 0, nullptr, 0, nullptr}};
+}
+
+inline constexpr auto kBoolean = Primitive<Asn1Value>(TESSEL_KIND_BOOLEAN);
+inline constexpr auto kInteger = Primitive<Asn1Value>(TESSEL_KIND_INTEGER);
+inline constexpr auto kBitString = Primitive<Asn1BitString>(TESSEL_KIND_BIT_STRING);
+inline constexpr auto kOctetString = Primitive<Asn1Value>(TESSEL_KIND_OCTET_STRING);
+inline constexpr auto kNull = Primitive<Asn1Value>(TESSEL_KIND_NULL);
+inline constexpr auto kOid = Primitive<Asn1Oid>(TESSEL_KIND_OBJECT_IDENTIFIER);
+inline constexpr auto kEnumerated = Primitive<Asn1Value>(TESSEL_KIND_ENUMERATED);
+inline constexpr auto kUtcTime = Primitive<Asn1Value>(TESSEL_KIND_UTC_TIME);
+inline constexpr auto kGeneralizedTime = Primitive<Asn1Value>(TESSEL_KIND_GENERALIZED_TIME);
+inline constexpr auto kAny = Primitive<Asn1Any>(TESSEL_KIND_ANY);
+
+// The DEFAULT values that are a single octet 0. The octet is off the heap's alignment, as a content in a block is.
+alignas(16) inline constexpr uint8_t kZeroContent[] = {0xFF, 0x00};
+inline constexpr Asn1Value kFalse{TESSEL_KIND_BOOLEAN, 1, const_cast<uint8_t*>(kZeroContent + 1)};
+inline constexpr Asn1Value kZero{TESSEL_KIND_INTEGER, 1, const_cast<uint8_t*>(kZeroContent + 1)};
+
+namespace detail {
+
+template <class Node>
+constexpr Item<Node> WithFlags(Item<Node> item, uint32_t flags) {
+  item.flags |= flags;
+  return item;
+}
+
+template <class Node>
+constexpr Item<Node> WithTag(Item<Node> item, int32_t tagNumber, uint32_t flags) {
+  item.tagNumber = tagNumber;
+  return WithFlags(item, flags);
+}
+
+template <class Node>
+constexpr Item<Node> WithDefault(Item<Node> item, const Node* value) {
+  item.defaultValue = value;
+  return WithFlags(item, TESSEL_FLAG_OPTIONAL);
+}
+
+template <const auto&... items>
+inline constexpr const Asn1Item* kMembers[] = {&items...};
+
+template <class Node, const auto&... items>
+constexpr Item<Node> Constructed(Asn1Kind kind, uint32_t nodeSize) {
+  return {{TESSEL_FLAG_CONSTRUCTED, static_cast<uint32_t>(kind), kNoTagNumber, nodeSize, kMembers<items...>,
+           sizeof...(items), nullptr}};
+}
+
+template <class Struct, class Node>
+Struct StructOf(Node* Struct::*);
+
+}  // namespace detail
+
+template <const auto& item>
+inline constexpr auto Optional = detail::WithFlags(item, TESSEL_FLAG_OPTIONAL);
+
+template <const auto& item, const auto& value>
+inline constexpr auto Default = detail::WithDefault(item, &value);
+
+template <int32_t tagNumber, const auto& item>
+inline constexpr auto Implicit = detail::WithTag(item, tagNumber, TESSEL_CLASS_CONTEXT);
+
+template <int32_t tagNumber, const auto& item>
+inline constexpr auto Explicit = detail::WithTag(item, tagNumber, TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT);
+
+template <auto memberPointer, const auto& memberItem>
+struct MemberRow {
+  using Struct = decltype(detail::StructOf(memberPointer));
+  using Node = NodeOf<memberItem>;
+  static constexpr Node* Struct::*kPointer = memberPointer;
+  static constexpr const auto& kItem = memberItem;
+};
+
+// One row of a SEQUENCE. The member must point to the node type of its item.
+template <auto memberPointer, const auto& memberItem>
+inline constexpr MemberRow<memberPointer, memberItem> Member{};
+
+namespace detail {
+
+template <class Node, size_t row>
+inline constexpr Node kMark{};
+
+// Fills the slots of the struct in its own order, and looks whether each row finds the mark of its place.
+template <class Struct, class... Rows, size_t... places>
+consteval bool AreInSlotOrder(std::index_sequence<places...>) {
+  const Struct node{const_cast<typename Rows::Node*>(&kMark<typename Rows::Node, places>)...};
+  return ((node.*Rows::kPointer == &kMark<typename Rows::Node, places>)&&...);
+}
+
+}  // namespace detail
+
+// The descriptor of a SEQUENCE: its rows in braces, one for each member of the struct and in their order.
+template <class First, class... Rest>
+struct Sequence : Item<typename First::Struct> {
+  using Struct = typename First::Struct;
+  static_assert((std::is_same_v<Struct, typename Rest::Struct> && ...), "rows of different structs");
+  static_assert(sizeof(Struct) == (1 + sizeof...(Rest)) * sizeof(void*), "one row for each member");
+  static_assert(detail::AreInSlotOrder<Struct, First, Rest...>(std::make_index_sequence<1 + sizeof...(Rest)>()),
+                "rows stand in the order of the members");
+
+  constexpr explicit Sequence(First /*row*/, Rest... /*rows*/)
+      : Item<Struct>(detail::Constructed<Struct, First::kItem, Rest::kItem...>(TESSEL_KIND_SEQUENCE, sizeof(Struct))) {}
+};
+
+// List: a struct derived from ListOf<the element's node>.
+template <class List, const auto& element>
+requires std::derived_from<List, ListOf<NodeOf<element>>>
+constexpr auto SequenceOf() { return detail::Constructed<List, element>(TESSEL_KIND_SEQUENCE_OF, 0); }
+
+template <class List, const auto& element>
+requires std::derived_from<List, ListOf<NodeOf<element>>>
+constexpr auto SetOf() { return detail::Constructed<List, element>(TESSEL_KIND_SET_OF, 0); }
+
+// Node: a struct derived from Asn1Choice.
+template <std::derived_from<Asn1Choice> Node, const auto&... alternatives>
+constexpr auto Choice() {
+  return detail::Constructed<Node, alternatives...>(TESSEL_KIND_CHOICE, 0);
+}
+
+// The engine's view of a descriptor.
+
+constexpr uint8_t TagClass(const Asn1Item& item) { return static_cast<uint8_t>(item.flags & TESSEL_CLASS_MASK); }
+constexpr uint8_t ConstructedBit(const Asn1Item& item) { return static_cast<uint8_t>((item.flags >> 8) & 0x20); }
+constexpr bool IsExplicit(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_EXPLICIT) != 0; }
+constexpr bool IsOptional(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_OPTIONAL) != 0; }
+constexpr uint32_t UniversalTag(const Asn1Item& item) { return item.kind & 0x7F; }
+
+// The tag number of the item's own encoding, when nothing wraps it.
+constexpr uint32_t OwnTag(const Asn1Item& item) {
+  return item.tagNumber < 0 ? UniversalTag(item) : static_cast<uint32_t>(item.tagNumber);
+}
+
+// The one element descriptor of a SEQUENCE OF or SET OF, or null when the descriptor is inconsistent.
+constexpr const Asn1Item* ElementOf(const Asn1Item& item) {
+  return item.memberCount == 1 && item.members != nullptr ? item.members[0] : nullptr;
+}
+
+// What a kind's nodes look like.
+enum class Shape : uint8_t { kNotAKind, kValueNode, kBitStringNode, kOpenNode, kChoiceNode, kListNode, kSlotsNode };
+
+namespace detail {
+
+inline constexpr uint32_t kKindCount = TESSEL_KIND_SET_OF + 1;
+
+consteval std::array<Shape, kKindCount> MakeShapes() {
+  std::array<Shape, kKindCount> shapes{};
+  for (size_t kind : {1U, 2U, 4U, 5U, 6U, 10U, 12U, 30U}) shapes[kind] = Shape::kValueNode;
+  for (size_t kind = TESSEL_KIND_NUMERIC_STRING; kind <= TESSEL_KIND_UNIVERSAL_STRING; ++kind) {
+    shapes[kind] = Shape::kValueNode;
+  }
+  shapes[TESSEL_KIND_BIT_STRING] = Shape::kBitStringNode;
+  shapes[TESSEL_KIND_ANY] = Shape::kOpenNode;
+  shapes[TESSEL_KIND_CHOICE] = Shape::kChoiceNode;
+  shapes[TESSEL_KIND_SEQUENCE_OF] = shapes[TESSEL_KIND_SET_OF] = Shape::kListNode;
+  shapes[TESSEL_KIND_SEQUENCE] = shapes[TESSEL_KIND_SET] = Shape::kSlotsNode;
+  return shapes;
+}
+
+inline constexpr std::array<Shape, kKindCount> kShapes = MakeShapes();
+
+}  // namespace detail
+
+constexpr Shape ShapeOf(const Asn1Item& item) {
+  return item.kind < detail::kKindCount ? detail::kShapes[item.kind] : Shape::kNotAKind;
+}
+
+static_assert(sizeof(Item<Asn1Value>) == sizeof(Asn1Item));
+static_assert(sizeof(Asn1Item) == 5 * sizeof(uint32_t) + 2 * sizeof(void*) + (sizeof(void*) == 8 ? 4 : 0));
+static_assert(sizeof(void*) != 4 || sizeof(Asn1Item) == 28);
+static_assert(offsetof(Asn1Item, members) == 16);
+static_assert(sizeof(Asn1Oid) == sizeof(Asn1Value) && sizeof(Asn1Any) == sizeof(Asn1Value));
+
+}  // namespace tessel

@@ -1,0 +1,18 @@
+// From a tree to DER.
+#pragma once
+
+#include "engine/status.h"
+#include "tessel/encoder.h"
+
+namespace tessel {
+
+// The length of a tree's encoding. Every failure but that of memory is found here.
+Status MeasureTree(const Asn1Item& item, const void* node, uint32_t& length);
+
+// Writes a tree that MeasureTree has measured to exactly `length` octets.
+Status WriteTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t length);
+
+// Encodes into the caller's buffer, whose capacity `length` holds and whose needed length it receives.
+Status EncodeTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t& length);
+
+}  // namespace tessel

@@ -1,0 +1,98 @@
+#include "engine/header.h"
+
+#include "tessel/decoder.h"
+
+namespace tessel {
+
+Status ReadLongHeader(Octets input, Header& header) {
+  if (input.size() < 2) return Fail(TESSEL_MALFORMED);
+  const uint8_t identifier = input[0];
+  header.tagClass = identifier & kClassBits;
+  header.constructed = identifier & kConstructedBit;
+  header.tagNumber = identifier & kHighTagNumber;
+  size_t at = 1;
+  if (header.tagNumber == kHighTagNumber) {
+    header.tagNumber = 0;
+    uint8_t digit = 0;
+    do {
+      if (at == input.size()) return Fail(TESSEL_MALFORMED);
+      digit = input[at++];
+      header.tagNumber = header.tagNumber << 7 | (digit & 0x7F);
+    } while ((digit & 0x80) != 0);
+  }
+
+  if (at == input.size()) return Fail(TESSEL_MALFORMED);
+  const uint8_t length = input[at++];
+  header.indefinite = length == kLongLength;
+  if (header.indefinite) {
+    header.contentLength = static_cast<uint32_t>(input.size() - at);
+  } else if (length < kLongLength) {
+    header.contentLength = length;
+  } else {
+    const size_t lengthOctets = length & 0x7F;
+    if (lengthOctets > sizeof header.contentLength) return Fail(TESSEL_LENGTH_TOO_LARGE);
+    if (lengthOctets > input.size() - at) return Fail(TESSEL_MALFORMED);
+    header.contentLength = 0;
+    for (const uint8_t octet : input.subspan(at, lengthOctets)) {
+      header.contentLength = header.contentLength << 8 | octet;
+    }
+    at += lengthOctets;
+  }
+  header.headerLength = static_cast<uint32_t>(at);
+  return Status();
+}
+
+Status ScanIndefiniteContent(Octets content, uint32_t& size) {
+  size_t at = 0;
+  // How many elements of indefinite length are open; counted, not recursed into.
+  size_t open = 1;
+  while (at < content.size()) {
+    const Octets rest = content.subspan(at);
+    if (StartsWithEndOfContents(rest)) {
+      at += kEndOfContentsSize;
+      if (--open == 0) {
+        size = static_cast<uint32_t>(at);
+        return Status();
+      }
+      continue;
+    }
+    Header header;
+    if (Status status = ReadHeader(rest, header); status.Failed()) return status;
+    at += header.headerLength;
+    if (header.indefinite) {
+      ++open;
+      continue;
+    }
+    if (header.contentLength > content.size() - at) return Fail(TESSEL_MALFORMED);
+    at += header.contentLength;
+  }
+  return Fail(TESSEL_INDEFINITE_LENGTH);
+}
+
+}  // namespace tessel
+
+using namespace tessel;
+
+uint32_t TESSEL_CALL GetAsn1ObjectInfo(const uint8_t* data, uint32_t size, uint8_t* tagClass, uint8_t* constructed,
+                                       uint32_t* tagNumber, uint32_t* contentLength, uint32_t* indefinite,
+                                       uint32_t* headerLength) {
+  if (data == nullptr || tagClass == nullptr || constructed == nullptr || tagNumber == nullptr ||
+      contentLength == nullptr || headerLength == nullptr) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
+  }
+  const Octets input(data, size);
+  Header header{};
+  if (Status status = ReadHeader(input, header); status.Failed()) return status;
+  if (indefinite == nullptr) {
+    Octets content;
+    if (Status status = ReadContent(input, header, content); status.Failed()) return status;
+  } else {
+    *indefinite = header.indefinite ? 1 : 0;
+  }
+  *tagClass = header.tagClass;
+  *constructed = header.constructed;
+  *tagNumber = header.tagNumber;
+  *contentLength = header.contentLength;
+  *headerLength = header.headerLength;
+  return Status();
+}

@@ -1,0 +1,56 @@
+// Identifier and length of an element, and the end of an indefinite one.
+#pragma once
+
+#include <cstdint>
+
+#include "engine/memory.h"
+#include "engine/status.h"
+
+namespace tessel {
+
+inline constexpr uint8_t kClassBits = 0xC0;
+inline constexpr uint8_t kConstructedBit = 0x20;
+inline constexpr uint8_t kHighTagNumber = 0x1F;
+inline constexpr uint8_t kLongLength = 0x80;
+inline constexpr uint32_t kEndOfContentsSize = 2;
+
+struct Header {
+  uint8_t tagClass;
+  uint8_t constructed;
+  bool indefinite;
+  uint32_t tagNumber;
+  // With indefinite length: all that remains of the input. Not checked against the input otherwise.
+  uint32_t contentLength;
+  uint32_t headerLength;
+};
+
+Status ReadLongHeader(Octets input, Header& header);
+
+// Reads the header at the start of the input, which is shorter than 2^32.
+inline Status ReadHeader(Octets input, Header& header) {
+  if (input.size() < 2 || (input[0] & kHighTagNumber) == kHighTagNumber || input[1] >= kLongLength) {
+    return ReadLongHeader(input, header);
+  }
+  header = {static_cast<uint8_t>(input[0] & kClassBits),
+            static_cast<uint8_t>(input[0] & kConstructedBit),
+            false,
+            static_cast<uint32_t>(input[0] & kHighTagNumber),
+            input[1],
+            2};
+  return Status();
+}
+
+// The octets of the content, once they are known to lie within the input.
+inline Status ReadContent(Octets input, const Header& header, Octets& content) {
+  if (header.contentLength > input.size() - header.headerLength) return Fail(TESSEL_MALFORMED);
+  content = input.subspan(header.headerLength, header.contentLength);
+  return Status();
+}
+
+inline bool StartsWithEndOfContents(Octets input) { return input.size() >= 2 && input[0] == 0 && input[1] == 0; }
+
+// The size of the content of an element with indefinite length, its end-of-contents octets included. Elements inside
+// may be of indefinite length too, to any depth.
+Status ScanIndefiniteContent(Octets content, uint32_t& size);
+
+}  // namespace tessel

@@ -1,0 +1,29 @@
+// Making, copying, releasing and comparing any tree by its descriptor.
+#pragma once
+
+#include "engine/memory.h"
+#include "engine/status.h"
+#include "tessel/descriptor.h"
+#include "tessel/lifecycle.h"
+#include "tessel/nodes.h"
+
+namespace tessel {
+
+// Whether the mandatory primitives of a new tree are there (empty) or absent.
+enum class Leaves : bool { kAbsent = false, kEmpty = true };
+
+// A new tree. `object` is written on success, and not even then when the root is a primitive without leaves.
+Status CreateTree(const Asn1Item& item, void*& object, Leaves leaves);
+
+// A deep copy of a tree that is there. `copy` is null after a failure.
+Status CopyTree(const Asn1Item& item, const void* source, void*& copy);
+
+// The same into the pool of a tree in the making.
+Status CopyInto(Pool& pool, const Asn1Item& item, const void* source, void*& copy);
+
+// Null arguments are allowed. Inside the blocks of a larger tree it releases what members have been replaced with.
+void FreeTree(const Asn1Item* item, void* node);
+
+Status CompareTrees(const Asn1Item& item, const void* first, const void* second, bool& equal);
+
+}  // namespace tessel
