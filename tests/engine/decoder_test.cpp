@@ -1,0 +1,341 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "support/octets.h"
+#include "support/tree.h"
+#include "tessel/tessel.h"
+#include "types.h"
+
+namespace test {
+namespace {
+
+struct HeaderCase {
+  const char* input;
+  bool askIndefinite;
+  uint32_t status;
+  uint32_t tagClass = 0, constructed = 0, tagNumber = 0, contentLength = 0, indefinite = 0, headerLength = 0;
+};
+
+TEST(Header, IsParsedAsDocumented) {
+  const HeaderCase cases[] = {
+      {"02 01 05", true, 0, 0x00, 0x00, 2, 1, 0, 2},
+      {"30 80 00 00", true, 0, 0x00, 0x20, 16, 2, 1, 2},
+      {"30 80 00 00", false, 0, 0x00, 0x20, 16, 2, 7, 2},
+      {"BF 81 00 03 01", true, 0, 0x80, 0x20, 128, 3, 0, 4},
+      {"5F 80 1F 00", true, 0, 0x40, 0x00, 31, 0, 0, 4},
+      {"DF 90 80 80 80 01 00", true, 0, 0xC0, 0x00, 1, 0, 0, 7},
+      {"04 84 00 00 00 01 41", true, 0, 0x00, 0x00, 4, 1, 0, 6},
+      {"04 84 FF FF FF FF", true, 0, 0x00, 0x00, 4, 0xFFFFFFFF, 0, 6},
+      // Content beyond the input: only without the indefinite flag.
+      {"04 02 41", true, 0, 0x00, 0x00, 4, 2, 0, 2},
+      {"04 02 41", false, TESSEL_MALFORMED},
+      {"04 84 FF FF FF FF 00", false, TESSEL_MALFORMED},
+      {"04 01 41", false, 0, 0x00, 0x00, 4, 1, 7, 2},
+      {"", true, TESSEL_MALFORMED},
+      {"02", true, TESSEL_MALFORMED},
+      {"1F 81", true, TESSEL_MALFORMED},
+      {"1F 01", true, TESSEL_MALFORMED},
+      {"04 82 01", true, TESSEL_MALFORMED},
+      {"04 84 00 00 00", true, TESSEL_MALFORMED},
+      {"04 85 00 00 00 00 01 41", true, TESSEL_LENGTH_TOO_LARGE},
+      {"04 FF", true, TESSEL_LENGTH_TOO_LARGE},
+  };
+  for (const HeaderCase& c : cases) {
+    SCOPED_TRACE(c.input);
+    const Guarded input(FromHex(c.input));
+    uint8_t tagClass = 7;
+    uint8_t constructed = 7;
+    uint32_t tagNumber = 7;
+    uint32_t contentLength = 7;
+    uint32_t indefinite = 7;
+    uint32_t headerLength = 7;
+    ASSERT_EQ(c.status, GetAsn1ObjectInfo(input.Data(), input.Size(), &tagClass, &constructed, &tagNumber,
+                                          &contentLength, c.askIndefinite ? &indefinite : nullptr, &headerLength));
+    if (c.status != TESSEL_OK) {
+      EXPECT_EQ(7U, tagClass & constructed & tagNumber & contentLength & indefinite & headerLength);
+      continue;
+    }
+    EXPECT_EQ(c.tagClass, tagClass);
+    EXPECT_EQ(c.constructed, constructed);
+    EXPECT_EQ(c.tagNumber, tagNumber);
+    EXPECT_EQ(c.contentLength, contentLength);
+    EXPECT_EQ(c.indefinite, indefinite);
+    EXPECT_EQ(c.headerLength, headerLength);
+  }
+}
+
+struct DecodeCase {
+  const Asn1Item& item;
+  const char* input;
+  uint32_t status;
+  // Of a success: how much was used, and the tree as DER. Null for an absent item.
+  uint32_t consumed = 0;
+  const char* der = nullptr;
+};
+
+void Check(const DecodeCase& c) {
+  SCOPED_TRACE(c.input);
+  const DecodeResult result = Decode(c.item, FromHex(c.input));
+  ASSERT_EQ(c.status, result.status);
+  if (c.status == TESSEL_INVALID_CONTENT) return;
+  if (c.status == TESSEL_OK) {
+    EXPECT_EQ(c.consumed, result.consumed);
+  }
+  ASSERT_EQ(c.der != nullptr, result.tree.Root() != nullptr);
+  if (c.der == nullptr) return;
+  const EncodeResult encoded = Encode(c.item, result.tree.Root());
+  EXPECT_EQ(0U, encoded.status);
+  EXPECT_EQ(c.der, ToHex(encoded.octets));
+}
+
+TEST(Decoder, ReadsPrimitives) {
+  const DecodeCase cases[] = {
+      {kInteger, "02 01 05", 0, 3, "02 01 05"},
+      {kInteger, "02 01 05 FF FF", 0, 3, "02 01 05"},
+      {kInteger, "02 02 00 80", 0, 4, "02 02 00 80"},
+      {kInteger, "02 02 FF 7F", 0, 4, "02 02 FF 7F"},
+      {kInteger, "02 81 01 05", 0, 4, "02 01 05"},
+      {kInteger, "02 84 00 00 00 01 05", 0, 7, "02 01 05"},
+      {kInteger, "02 02 00 7F", TESSEL_INVALID_CONTENT},
+      {kInteger, "02 02 FF 80", TESSEL_INVALID_CONTENT},
+      {kInteger, "02 00", TESSEL_INVALID_CONTENT},
+      {kInteger, "", TESSEL_MALFORMED},
+      {kInteger, "02", TESSEL_MALFORMED},
+      {kInteger, "02 05 01 02", TESSEL_MALFORMED},
+      {kInteger, "02 84 00 00", TESSEL_MALFORMED},
+      {kInteger, "02 84 FF FF FF FF 01", TESSEL_MALFORMED},
+      {kInteger, "02 85 00 00 00 00 01 05", TESSEL_LENGTH_TOO_LARGE},
+      {kInteger, "02 80 05 00 00", TESSEL_INDEFINITE_LENGTH},
+      {kInteger, "22 03 02 01 05", TESSEL_MALFORMED},
+      {kInteger, "82 01 05", TESSEL_MALFORMED},
+      {kInteger, "0A 01 05", TESSEL_MALFORMED},
+      {kOptionalInteger, "", 0, 0, nullptr},
+      {kOptionalInteger, "04 01 05", 0, 0, nullptr},
+      {kOptionalInteger, "22 03 02 01 05", 0, 0, nullptr},
+      {kOptionalInteger, "04", TESSEL_MALFORMED},
+      {kOptionalInteger, "02 02 05", TESSEL_MALFORMED},
+      {kBoolean, "01 01 FF", 0, 3, "01 01 FF"},
+      {kBoolean, "01 01 00", 0, 3, "01 01 00"},
+      {kBoolean, "01 01 01", TESSEL_INVALID_CONTENT},
+      {kBoolean, "01 02 00 00", TESSEL_INVALID_CONTENT},
+      {kBoolean, "01 00", TESSEL_INVALID_CONTENT},
+      {kNull, "05 00", 0, 2, "05 00"},
+      {kNull, "05 01 AA", 0, 3, "05 01 AA"},
+      {kEnumerated, "0A 02 00 01", 0, 4, "0A 02 00 01"},
+      {kOid, "06 03 55 04 03", 0, 5, "06 03 55 04 03"},
+      {kOid, "06 00", 0, 2, "06 00"},
+      {kUtcTime, "17 01 58", 0, 3, "17 01 58"},
+      {kBitString, "03 01 00", 0, 3, "03 01 00"},
+      {kBitString, "03 02 07 FF", 0, 4, "03 02 07 FF"},
+      {kBitString, "03 00", TESSEL_MALFORMED},
+      {kBitString, "03 02 08 00", TESSEL_MALFORMED},
+      {kBitString, "23 04 03 02 00 41", TESSEL_MALFORMED},
+      {kBitString, "23 80 03 02 00 41 00 00", TESSEL_INVALID_ARGUMENT},
+      {kUnknownPrimitive, "07 00", TESSEL_UNSUPPORTED_KIND},
+      {kUnknownConstructed, "27 00", TESSEL_INVALID_ARGUMENT},
+      {kImplicitInteger, "81 01 05", 0, 3, "81 01 05"},
+      {kImplicitInteger, "02 01 05", TESSEL_MALFORMED},
+      {kImplicitInteger, "A1 01 05", TESSEL_MALFORMED},
+  };
+  for (const DecodeCase& c : cases) Check(c);
+}
+
+TEST(Decoder, ReadsSegmentedStrings) {
+  const DecodeCase cases[] = {
+      {kOctetString, "04 02 41 42", 0, 4, "04 02 41 42"},
+      {kOctetString, "24 80 04 01 41 04 01 42 00 00", 0, 10, "04 02 41 42"},
+      {kOctetString, "24 80 00 00", 0, 4, "04 00"},
+      {kOctetString, "24 80 04 00 A4 01 41 00 00", 0, 9, "04 01 41"},
+      // Segments of segments are taken raw.
+      {kOctetString, "24 80 24 03 04 01 41 00 00", 0, 9, "04 03 04 01 41"},
+      {kOctetString, "24 06 04 01 41 04 01 42", TESSEL_MALFORMED},
+      {kOctetString, "24 80 02 01 41 00 00", TESSEL_WRONG_SEGMENT},
+      {kOctetString, "24 80 04 05 41 00 00", TESSEL_MALFORMED},
+      {kOctetString, "24 80 04 01 41", TESSEL_MALFORMED},
+      {kOctetString, "24 80 04 01 41 00", TESSEL_MALFORMED},
+      {kOctetString, "24 80 24 80 04 01 41 00 00 00 00", TESSEL_MALFORMED},
+      {kOctetString, "04 80 41 00 00", TESSEL_INDEFINITE_LENGTH},
+  };
+  for (const DecodeCase& c : cases) Check(c);
+}
+
+TEST(Decoder, ReadsOpenValues) {
+  const DecodeCase cases[] = {
+      {kAny, "02 01 05 06", 0, 3, "02 01 05"},
+      {kAny, "9F 1F 01 AA", 0, 4, "9F 1F 01 AA"},
+      {kAny, "30 80 02 01 01 00 00", 0, 7, "30 80 02 01 01 00 00"},
+      {kAny, "30 80 30 80 00 00 04 02 00 00 00 00 99", 0, 12, "30 80 30 80 00 00 04 02 00 00 00 00"},
+      {kAny, "02 02 05", TESSEL_MALFORMED},
+      {kAny, "00 00", TESSEL_MALFORMED},
+      {kOptionalAny, "00 00", 0, 0, nullptr},
+      {kAny, "30 80 30 80 00 00", TESSEL_INDEFINITE_LENGTH},
+      {kAny, "30 80", TESSEL_INDEFINITE_LENGTH},
+      {kAny, "30 80 02", TESSEL_MALFORMED},
+      {kAny, "30 80 1F 81", TESSEL_MALFORMED},
+      {kAny, "30 80 02 82 01", TESSEL_MALFORMED},
+      {kAny, "30 80 02 05 01 00 00", TESSEL_MALFORMED},
+      {kAny, "30 80 02 85 00", TESSEL_LENGTH_TOO_LARGE},
+  };
+  for (const DecodeCase& c : cases) Check(c);
+  EXPECT_EQ(31U, Decode(kAny, FromHex("9F 1F 01 AA")).tree.As<Asn1Value>().tag);
+}
+
+TEST(Decoder, UnwrapsExplicitTags) {
+  const DecodeCase cases[] = {
+      {kExplicitInteger, "A0 03 02 01 05", 0, 5, "A0 03 02 01 05"},
+      {kExplicitInteger, "A0 80 02 01 05 00 00", 0, 7, "A0 03 02 01 05"},
+      {kExplicitInteger, "A0 80 02 01 05 01 01", TESSEL_INDEFINITE_LENGTH},
+      {kExplicitInteger, "A0 80 02 01 05 00", TESSEL_INDEFINITE_LENGTH},
+      {kExplicitInteger, "A0 80 02 01 05", TESSEL_INDEFINITE_LENGTH},
+      // A definite outer length is not compared with the element.
+      {kExplicitInteger, "A0 01 02 01 05", 0, 5, "A0 03 02 01 05"},
+      {kExplicitInteger, "A0 7F 02 01 05", 0, 5, "A0 03 02 01 05"},
+      {kExplicitInteger, "A1 03 02 01 05", TESSEL_MALFORMED},
+      {kOptionalExplicitInteger, "A1 03 02 01 05", 0, 0, nullptr},
+      {kOptionalExplicitInteger, "80 03 02 01 05", 0, 0, nullptr},
+      {kOptionalExplicitInteger, "20 03 02 01 05", 0, 0, nullptr},
+      {kOptionalExplicitInteger, "A0 00", TESSEL_MALFORMED},
+      {kOptionalExplicitInteger, "A0 80 00 00", TESSEL_MALFORMED},
+      {kOptionalExplicitInteger, "A0 03 04 01 05", TESSEL_MALFORMED},
+      {kExplicitChoice, "A0 02 17 00", 0, 4, "A0 02 17 00"},
+      {kExplicitAny, "A0 02 04 00", 0, 4, "A0 02 04 00"},
+      {kUniversalExplicitList, "22 02 30 00", 0, 4, "22 02 30 00"},
+      {kUniversalExplicitList, "A2 02 30 00", 0, 0, nullptr},
+      {kExplicitWithoutTag, "A0 03 02 01 05", TESSEL_INCONSISTENT_DESCRIPTOR},
+      {kExplicitWithoutTag, "", TESSEL_MALFORMED},
+  };
+  for (const DecodeCase& c : cases) Check(c);
+}
+
+TEST(Decoder, ChoosesAlternatives) {
+  const DecodeCase cases[] = {
+      {kTestChoice, "02 01 05", 0, 3, "02 01 05"},
+      {kTestChoice, "81 01 05", 0, 3, "81 01 05"},
+      {kTestChoice, "A2 03 02 01 05", 0, 5, "A2 03 02 01 05"},
+      {kTestChoice, "30 02 05 00", 0, 4, "30 02 05 00"},
+      {kTestChoice, "82 03 02 01 05", TESSEL_MALFORMED},
+      {kTestChoice, "A1 03 02 01 05", TESSEL_MALFORMED},
+      {kTestChoice, "10 00", TESSEL_MALFORMED},
+      // Nothing matches an open value by its kind: 129 and 0x7F would be BOOLEAN.
+      {kTestChoice, "01 01 FF", TESSEL_MALFORMED},
+      {kOptionalChoice, "04 00", 0, 0, nullptr},
+      {kOptionalChoice, "02 02 05", TESSEL_MALFORMED},
+  };
+  for (const DecodeCase& c : cases) Check(c);
+  EXPECT_EQ(3U, Decode(kTestChoice, FromHex("30 00")).tree.As<Asn1Choice>().index);
+}
+
+TEST(Decoder, ReadsSequencesAndLists) {
+  const DecodeCase cases[] = {
+      {kTestSequence, "30 03 02 01 05", 0, 5, "30 03 02 01 05"},
+      {kTestSequence, "30 06 02 01 05 01 01 00", 0, 8, "30 03 02 01 05"},
+      {kTestSequence, "30 06 02 01 05 01 01 FF", 0, 8, "30 06 02 01 05 01 01 FF"},
+      {kTestSequence, "30 80 02 01 05 00 00", 0, 7, "30 03 02 01 05"},
+      {kTestSequence, "30 80 02 01 05 04 00 00 00", 0, 9, "30 05 02 01 05 04 00"},
+      // What follows the last member of a definite length is skipped; BOOLEAN comes before the open value.
+      {kTestSequence, "30 0A 02 01 05 04 00 01 01 FF 05 00", 0, 12, "30 05 02 01 05 04 00"},
+      {kTestSequence, "30 80 02 01 05 04 00 04 00 00 00", TESSEL_INDEFINITE_LENGTH},
+      {kTestSequence, "30 80 02 01 05", TESSEL_INDEFINITE_LENGTH},
+      {kTestSequence, "30 80 02 01 05 00", TESSEL_MALFORMED},
+      {kTestSequence, "30 05 02 01 05", TESSEL_MALFORMED},
+      {kTestSequence, "30 00", TESSEL_MALFORMED},
+      {kTestSequence, "30 03 02 02 05", TESSEL_MALFORMED},
+      {kTestSequence, "30 04 02 01 05 01", TESSEL_MALFORMED},
+      {kTestSequence, "10 03 02 01 05", TESSEL_MALFORMED},
+      {kTestSequence, "31 03 02 01 05", TESSEL_MALFORMED},
+      {kIntegers, "30 06 02 01 02 02 01 01", 0, 8, "30 06 02 01 02 02 01 01"},
+      {kIntegers, "30 80 02 01 02 00 00", 0, 7, "30 03 02 01 02"},
+      {kIntegers, "30 00", 0, 2, "30 00"},
+      {kIntegers, "30 80 02 01 02", TESSEL_MALFORMED},
+      {kIntegers, "30 80 02 01 02 00", TESSEL_MALFORMED},
+      {kIntegers, "30 04 02 01 02 02", TESSEL_MALFORMED},
+      {kIntegers, "30 05 02 01 02 04 00", TESSEL_MALFORMED},
+      {kIntegers, "30 05 02 01 02 00 00", TESSEL_MALFORMED},
+      {kIntegerSet, "31 06 02 01 02 02 01 01", 0, 8, "31 06 02 01 01 02 01 02"},
+      {kOptionalIntegers, "30 03 02 01 02", 0, 5, "30 03 02 01 02"},
+      // An OPTIONAL element that is absent would be absent for ever.
+      {kOptionalIntegers, "30 02 04 00", TESSEL_MALFORMED},
+      {kListWithoutElement, "30 00", TESSEL_INCONSISTENT_DESCRIPTOR},
+  };
+  for (const DecodeCase& c : cases) Check(c);
+}
+
+TEST(Decoder, HandsBackInvalidContentOnlyFromTheTop) {
+  const DecodeResult top = Decode(kBoolean, FromHex("01 01 01"));
+  ASSERT_EQ(TESSEL_INVALID_CONTENT, top.status);
+  ASSERT_NE(nullptr, top.tree.Root());
+  EXPECT_EQ(1U, top.tree.As<Asn1Value>().data[0]);
+  const DecodeCase inside[] = {
+      {kExplicitInteger, "A0 02 02 00", TESSEL_INVALID_CONTENT},
+      {kTestChoice, "02 00", TESSEL_INVALID_CONTENT},
+      {kTestSequence, "30 02 02 00", TESSEL_INVALID_CONTENT},
+      {kIntegers, "30 05 02 01 01 02 00", TESSEL_INVALID_CONTENT},
+  };
+  for (const DecodeCase& c : inside) {
+    SCOPED_TRACE(c.input);
+    const DecodeResult result = Decode(c.item, FromHex(c.input));
+    EXPECT_EQ(c.status, result.status);
+    EXPECT_EQ(nullptr, result.tree.Root());
+  }
+}
+
+TEST(Decoder, FillsInDefaults) {
+  const DecodeResult result = Decode(kDefaultInteger, FromHex("04 00"));
+  ASSERT_EQ(0U, result.status);
+  EXPECT_EQ(0U, result.consumed);
+  const auto& value = result.tree.As<Asn1Value>();
+  EXPECT_NE(&kZero, &value);
+  EXPECT_NE(kZero.data, value.data);
+  EXPECT_EQ(1U, value.length);
+  EXPECT_EQ(0U, value.data[0]);
+}
+
+TEST(Decoder, ChecksArguments) {
+  const uint8_t octets[] = {2, 1, 5};
+  void* object = nullptr;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1DecodeItem(nullptr, 3, &kInteger, &object, nullptr));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1DecodeItem(octets, 3, nullptr, &object, nullptr));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1DecodeItem(octets, 3, &kInteger, nullptr, nullptr));
+  EXPECT_EQ(TESSEL_OK, Asn1DecodeItem(octets, 3, &kInteger, &object, nullptr));
+  FreeAsn1Object(&kInteger, object);
+}
+
+TEST(Decoder, SurvivesAnyDepth) {
+  const Bytes deep = Repeat(FromHex("30 80"), 10'000'000);
+  EXPECT_EQ(TESSEL_INDEFINITE_LENGTH, Decode(kAny, deep).status);
+  EXPECT_EQ(TESSEL_MALFORMED, Decode(CertificateItem, deep).status);
+  EXPECT_EQ(TESSEL_MALFORMED, Decode(kNest, deep).status);
+  EXPECT_EQ(TESSEL_OK, Decode(kAny, deep + Repeat(FromHex("00 00"), 10'000'000)).status);
+  EXPECT_EQ(TESSEL_OK, Decode(kNest, Repeat(FromHex("30 80"), 900) + Repeat(FromHex("00 00"), 900)).status);
+  EXPECT_EQ(TESSEL_MALFORMED, Decode(kNest, Repeat(FromHex("30 80"), 1100) + Repeat(FromHex("00 00"), 1100)).status);
+}
+
+TEST(Decoder, KeepsContentsWhateverTheirPlace) {
+  // Contents at every alignment, small and large, whole and as a list that outgrows its first array.
+  for (const uint32_t size : {1U, 7U, 16U, 100U, 1023U, 1024U, 5000U, 70000U}) {
+    for (uint32_t shift = 0; shift < 17; ++shift) {
+      const Bytes pad = Bytes(shift, 0x55);
+      const Bytes content(size, static_cast<uint8_t>(shift));
+      const Bytes padding = FromHex("04") + Bytes{static_cast<uint8_t>(shift)} + pad;
+      const Bytes value =
+          FromHex("04 83") +
+          Bytes{static_cast<uint8_t>(size >> 16), static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)} +
+          content;
+      const DecodeResult result = Decode(kStrings, FromHex("30 80") + padding + Repeat(value, 12) + FromHex("00 00"));
+      ASSERT_EQ(0U, result.status);
+      const auto& list = result.tree.As<Asn1List>();
+      ASSERT_EQ(13U, list.count);
+      EXPECT_EQ(215U, list.capacity);
+      for (uint32_t i = 1; i < list.count; ++i) {
+        const auto& node = *static_cast<Asn1Value*>(list.items[i]);
+        ASSERT_EQ(size, node.length);
+        ASSERT_EQ(0, std::memcmp(content.data(), node.data, size));
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace test

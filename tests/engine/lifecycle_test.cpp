@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "support/octets.h"
+#include "support/tree.h"
+#include "tessel/tessel.h"
+#include "types.h"
+#include "x509/certificate.h"
+
+namespace test {
+namespace {
+
+TEST(Create, MakesWhatTheDescriptorRequires) {
+  Tree bare(CertificateItem);
+  ASSERT_EQ(0U, CreateAsn1Object(&CertificateItem, bare.Out(), 0));
+  const TbsCertificate& tbs = *bare.As<Certificate>().tbsCertificate;
+  ASSERT_NE(nullptr, tbs.version);
+  EXPECT_EQ(1U, tbs.version->length);
+  EXPECT_EQ(0U, tbs.version->data[0]);
+  EXPECT_NE(kZero.data, tbs.version->data);
+  EXPECT_EQ(nullptr, tbs.serialNumber);
+  EXPECT_EQ(nullptr, tbs.signature->algorithm);
+  EXPECT_EQ(nullptr, tbs.signature->parameters);
+  ASSERT_NE(nullptr, tbs.issuer);
+  EXPECT_EQ(0U, tbs.issuer->index);
+  EXPECT_EQ(nullptr, tbs.issuer->value);
+  EXPECT_EQ(nullptr, tbs.subjectPublicKeyInfo->subjectPublicKey);
+  EXPECT_EQ(nullptr, tbs.issuerUniqueID);
+  EXPECT_EQ(nullptr, tbs.extensions);
+
+  Tree leafy(CertificateItem);
+  ASSERT_EQ(0U, CreateAsn1Object(&CertificateItem, leafy.Out(), 1));
+  const TbsCertificate& full = *leafy.As<Certificate>().tbsCertificate;
+  ASSERT_NE(nullptr, full.serialNumber);
+  EXPECT_EQ(0U, full.serialNumber->tag);
+  EXPECT_EQ(nullptr, full.serialNumber->data);
+  EXPECT_NE(nullptr, full.signature->algorithm);
+  EXPECT_NE(nullptr, full.subjectPublicKeyInfo->subjectPublicKey);
+  EXPECT_EQ(nullptr, full.extensions);
+}
+
+TEST(Create, KnowsEveryKind) {
+  int mark = 0;
+  for (uint32_t kind = 0; kind < 300; ++kind) {
+    SCOPED_TRACE(kind);
+    const bool primitive = kind == 1 || kind == 2 || kind == 3 || kind == 4 || kind == 5 || kind == 6 || kind == 10 ||
+                           kind == 12 || (kind >= 18 && kind <= 28) || kind == 30;
+    const bool always = kind == 16 || kind == 17 || kind == 128 || kind == 129 || kind == 144 || kind == 145;
+    const Asn1Item item = Plain(0, kind);
+    for (const uint32_t withLeaves : {0U, 1U}) {
+      void* object = &mark;
+      EXPECT_EQ(primitive || always ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND,
+                CreateAsn1Object(&item, &object, withLeaves));
+      EXPECT_EQ(primitive && withLeaves == 0, object == &mark);
+      if (object != &mark) FreeAsn1Object(&item, object);
+    }
+  }
+  void* object = &mark;
+  EXPECT_EQ(TESSEL_OK, CreateAsn1Object(&kOptionalInteger, &object, 1));
+  EXPECT_EQ(nullptr, object);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateAsn1Object(nullptr, &object, 1));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateAsn1Object(&kInteger, nullptr, 1));
+
+  // A failing member releases what was made.
+  const Asn1Item* members[] = {&kTestSequence, &kUnknownPrimitive};
+  const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE, -1, 2 * sizeof(void*), members, 2, nullptr};
+  object = &mark;
+  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, CreateAsn1Object(&item, &object, 1));
+  EXPECT_EQ(nullptr, object);
+}
+
+TEST(Create, MakesOptionalSequencesOnRequest) {
+  static constexpr auto kOptionalSequence = Optional<kTestSequence>;
+  Tree tree(kOptionalSequence);
+  ASSERT_EQ(TESSEL_OK, CreateOptionalAsn1Sequence(&kOptionalSequence, tree.Out(), 1));
+  EXPECT_NE(nullptr, tree.As<TestSequence>().number);
+  EXPECT_EQ(nullptr, tree.As<TestSequence>().open);
+  void* object = nullptr;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kTestSequence, &object, 1));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kOptionalInteger, &object, 1));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kOptionalSequence, nullptr, 1));
+}
+
+TEST(Copy, IsDeepAndResetsSorting) {
+  const DecodeResult set = Decode(kStringSet, FromHex("31 09 04 01 02 04 01 01 04 01 03"));
+  set.tree.As<Asn1List>().sorted = 0;
+  Tree copy(kStringSet);
+  ASSERT_EQ(0U, Copy(kStringSet, set.tree.Root(), copy.Out()));
+  EXPECT_EQ(1U, copy.As<Asn1List>().sorted);
+  EXPECT_EQ(10U, copy.As<Asn1List>().capacity);
+  auto& original = *static_cast<Asn1Value*>(set.tree.As<Asn1List>().items[0]);
+  original.data[0] = 9;
+  copy.As<Asn1List>().sorted = 0;
+  EXPECT_EQ("31 09 04 01 02 04 01 01 04 01 03", ToHex(Encode(kStringSet, copy.Root()).octets));
+
+  // Stray bits of a BIT STRING stay, since signatures cover them.
+  const DecodeResult bits = Decode(kBitString, FromHex("03 02 07 FF"));
+  Tree bitsCopy(kBitString);
+  ASSERT_EQ(0U, Copy(kBitString, bits.tree.Root(), bitsCopy.Out()));
+  EXPECT_EQ("03 02 07 FF", ToHex(Encode(kBitString, bitsCopy.Root()).octets));
+}
+
+TEST(Copy, ReportsWhatItCannotCopy) {
+  const DecodeResult null = Decode(kNull, FromHex("05 00"));
+  void* copy = nullptr;
+  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Copy(kNull, null.tree.Root(), &copy));
+  EXPECT_EQ(nullptr, copy);
+  const Asn1Choice wrong{5, nullptr};
+  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, Copy(kTestChoice, &wrong, &copy));
+
+  // A failure inside releases the rest: the second element of the list is a NULL.
+  struct Nulls : ListOf<Asn1Choice> {};
+  static constexpr auto kNullOrInteger = Choice<TestChoice, kInteger, kNull>();
+  static constexpr auto kMixed = SequenceOf<ListOf<TestChoice>, kNullOrInteger>();
+  const DecodeResult mixed = Decode(kMixed, FromHex("30 05 02 01 05 05 00"));
+  ASSERT_EQ(0U, mixed.status);
+  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Copy(kMixed, mixed.tree.Root(), &copy));
+  EXPECT_EQ(nullptr, copy);
+}
+
+TEST(Compare, FollowsTheSupportMatrix) {
+  const struct {
+    const Asn1Item& item;
+    const char* first;
+    const char* second;
+    uint32_t status;
+    uint32_t equal;
+  } cases[] = {
+      {kInteger, "02 01 05", "02 01 05", 0, 1},
+      {kInteger, "02 01 05", "02 02 05 00", 0, 0},
+      {kInteger, "02 02 05 00", "02 02 05 01", 0, 0},
+      {kOctetString, "04 00", "04 00", 0, 1},
+      {kOctetString, "04 00", "04 01 00", 0, 0},
+      {kOid, "06 03 55 04 03", "06 03 55 04 04", 0, 0},
+      {kBitString, "03 02 04 F0", "03 02 04 F0", 0, 1},
+      {kBitString, "03 02 04 F0", "03 02 03 F0", 0, 0},
+      {kIntegers, "30 00", "30 00", 0, 1},
+      {kIntegers, "30 03 02 01 01", "30 06 02 01 01 02 01 01", 0, 0},
+      {kIntegerSet, "31 06 02 01 01 02 01 02", "31 06 02 01 02 02 01 01", 0, 0},
+      {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 00", 0, 1},
+      {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 FF", 0, 0},
+      {kTestSequence, "30 03 02 01 05", "30 05 02 01 05 05 00", 0, 0},
+      // An open value is met only when the members before it are equal.
+      {kTestSequence, "30 05 02 01 05 05 00", "30 05 02 01 06 05 00", 0, 0},
+      {kTestSequence, "30 05 02 01 05 05 00", "30 05 02 01 05 05 00", TESSEL_UNSUPPORTED_KIND, 7},
+      {kNull, "05 00", "05 00", TESSEL_UNSUPPORTED_KIND, 7},
+      {kEnumerated, "0A 01 00", "0A 01 00", TESSEL_UNSUPPORTED_KIND, 7},
+      {kAny, "05 00", "05 00", TESSEL_UNSUPPORTED_KIND, 7},
+      {kTestTime, "17 00", "17 00", TESSEL_UNSUPPORTED_KIND, 7},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.first) + " ~ " + c.second);
+    const DecodeResult first = Decode(c.item, FromHex(c.first));
+    const DecodeResult second = Decode(c.item, FromHex(c.second));
+    uint32_t equal = 7;
+    EXPECT_EQ(c.status, CompareAsn1Objects(&c.item, first.tree.Root(), second.tree.Root(), &equal));
+    EXPECT_EQ(c.equal, equal);
+  }
+  uint32_t equal = 7;
+  EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&kAny, nullptr, nullptr, &equal));
+  EXPECT_EQ(1U, equal);
+  EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&kInteger, nullptr, &kZero, &equal));
+  EXPECT_EQ(0U, equal);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CompareAsn1Objects(nullptr, nullptr, nullptr, &equal));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CompareAsn1Objects(&kInteger, nullptr, nullptr, nullptr));
+}
+
+TEST(Free, AcceptsNothing) {
+  EXPECT_EQ(0U, FreeAsn1Object(&kInteger, nullptr));
+  EXPECT_EQ(0U, FreeAsn1Object(nullptr, nullptr));
+  EXPECT_EQ(0U, FreeCertificate(nullptr));
+}
+
+}  // namespace
+}  // namespace test

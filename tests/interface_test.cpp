@@ -1,0 +1,74 @@
+// What holds for the interface as a whole.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using Names = std::set<std::string>;
+
+std::string OutputOf(const std::string& command) {
+  std::string output;
+  FILE* pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return output;
+  char part[4096];
+  while (std::fgets(part, sizeof part, pipe) != nullptr) output += part;
+  return pclose(pipe) == 0 ? output : std::string();
+}
+
+Names Lines(std::istream&& text) {
+  Names names;
+  for (std::string line; std::getline(text, line);) names.insert(line);
+  return names;
+}
+
+Names ExportList() { return Lines(std::ifstream(TESSEL_SOURCE_DIR "/src/exports.txt")); }
+
+TEST(Interface, LibraryExportsJustTheListedNames) {
+  Names exported = Lines(std::istringstream(
+      OutputOf("nm -D --defined-only --without-symbol-versions " TESSEL_LIBRARY " | awk '$2 != \"A\" {print $3}'")));
+  // What sanitizers add to a library of theirs.
+  std::erase_if(exported, [](const std::string& name) { return name.find("san") != std::string::npos; });
+  EXPECT_EQ(ExportList(), exported);
+}
+
+// The name in "TESSEL_API uint32_t TESSEL_CALL Name(...)" or "TESSEL_API extern const Asn1Item Name".
+std::string DeclaredName(std::string_view declaration) {
+  declaration = declaration.substr(0, declaration.find('('));
+  return std::string(declaration.substr(declaration.find_last_of(" *") + 1));
+}
+
+// The declaration stands in a block that begins with a comment. A comment over several declarations names each, or the
+// type that the declaration belongs to.
+bool IsTold(const std::string& header, size_t position, const std::string& name) {
+  const size_t block = header.rfind("\n\n", position);
+  if (block == std::string::npos) return false;
+  const std::string before = header.substr(block + 2, position - block - 2);
+  if (!before.starts_with("/*")) return false;
+  if (before.find("TESSEL_API") == std::string::npos) return true;
+  return before.find(name + ":") != std::string::npos || before.find(name + ",") != std::string::npos;
+}
+
+TEST(Interface, EveryNameIsDeclaredOnceUnderAComment) {
+  Names declared;
+  for (const auto& entry : std::filesystem::directory_iterator(TESSEL_SOURCE_DIR "/include/tessel")) {
+    std::stringstream text;
+    text << std::ifstream(entry.path()).rdbuf();
+    const std::string header = text.str();
+    for (size_t at = header.find("\nTESSEL_API"); at != std::string::npos; at = header.find("\nTESSEL_API", at + 1)) {
+      const std::string name = DeclaredName(header.substr(at + 1, header.find(';', at) - at - 1));
+      EXPECT_TRUE(declared.insert(name).second) << name << " is declared twice";
+      EXPECT_TRUE(IsTold(header, at, name)) << name << " is not told in a comment";
+    }
+  }
+  EXPECT_EQ(ExportList(), declared);
+}
+
+}  // namespace

@@ -1,0 +1,39 @@
+// Octets in tests: written as hex, shown as hex.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace test {
+
+using Bytes = std::vector<uint8_t>;
+
+// "30 03 02 01 05"; blanks are ignored.
+Bytes FromHex(std::string_view text);
+std::string ToHex(const Bytes& bytes);
+
+Bytes& operator+=(Bytes& bytes, const Bytes& more);
+Bytes operator+(Bytes first, const Bytes& second);
+Bytes Repeat(const Bytes& bytes, size_t times);
+
+// Octets that end where readable memory ends: reading one more crashes.
+class Guarded {
+ public:
+  explicit Guarded(const Bytes& bytes);
+  ~Guarded();
+  Guarded(const Guarded&) = delete;
+  Guarded& operator=(const Guarded&) = delete;
+
+  [[nodiscard]] const uint8_t* Data() const { return data_; }
+  [[nodiscard]] uint32_t Size() const { return size_; }
+
+ private:
+  uint8_t* pages_;
+  size_t length_;
+  uint8_t* data_;
+  uint32_t size_;
+};
+
+}  // namespace test

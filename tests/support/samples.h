@@ -1,0 +1,19 @@
+// Real objects.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/octets.h"
+
+namespace test {
+
+struct Sample {
+  std::string file;
+  Bytes octets;
+};
+
+// The certificates of Debian's ca-certificates, and those of the corpus beside the source tree when it is there.
+const std::vector<Sample>& Certificates();
+
+}  // namespace test

@@ -1,0 +1,40 @@
+#include "support/tree.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace test {
+
+DecodeResult Decode(const Asn1Item& item, const Bytes& input) {
+  const Guarded guarded(input);
+  constexpr uint32_t kNotWritten = 0xABABABAB;
+  DecodeResult result{0, kNotWritten, Tree(item)};
+  result.status = Asn1DecodeItem(guarded.Data(), guarded.Size(), &item, result.tree.Out(), &result.consumed);
+  EXPECT_EQ(result.status != TESSEL_OK, result.consumed == kNotWritten);
+  return result;
+}
+
+EncodeResult Encode(const Asn1Item& item, const void* node) {
+  EncodeResult result{};
+  uint32_t size = 0;
+  const uint32_t sizeStatus = Asn1Encode(node, &item, nullptr, &size);
+  uint8_t* block = nullptr;
+  uint32_t length = 0;
+  result.status = Asn1Encode(node, &item, &block, &length);
+  EXPECT_EQ(sizeStatus, result.status);
+  if (result.status != TESSEL_OK) return result;
+  EXPECT_EQ(size, length);
+  result.octets.assign(block, block + length);
+  std::free(block);
+  return result;
+}
+
+uint32_t Copy(const Asn1Item& item, const void* source, void** copy) {
+  Asn1Item withDefault = item;
+  withDefault.flags |= TESSEL_FLAG_OPTIONAL;
+  withDefault.defaultValue = source;
+  return CreateAsn1Object(&withDefault, copy, 0);
+}
+
+}  // namespace test
