@@ -1,0 +1,29 @@
+// The kinds of objects that `tessel show` knows.
+#ifndef TESSEL_TOOLS_KINDS_H
+#define TESSEL_TOOLS_KINDS_H
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "ber.h"
+
+namespace tool {
+
+struct Kind {
+  std::string_view name;
+  std::array<std::string_view, 2> labels;  // those of its PEM blocks
+  uint32_t (*decode)(Octets octets, void** object);
+  void (*print)(const void* object);
+  void (*release)(void* object);
+
+  [[nodiscard]] bool HasLabel(std::string_view label) const;
+};
+
+// In the order in which they are tried.
+std::span<const Kind> Kinds();
+
+}  // namespace tool
+
+#endif

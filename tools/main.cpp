@@ -1,0 +1,89 @@
+// The command line.
+#include <cstdio>
+#include <cstdlib>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "concat.h"
+#include "input.h"
+#include "report.h"
+#include "show.h"
+#include "tessel/tessel.h"
+#include "tree.h"
+
+namespace tool {
+namespace {
+
+constexpr int kUsageError = 2;
+
+constexpr std::string_view kUsage =
+    "usage: tessel show FILE...   show certificates\n"
+    "       tessel tree FILE...   show the elements of any BER: offset, header length, content length, element\n"
+    "       tessel --help\n"
+    "       tessel --version\n"
+    "\n"
+    "A FILE is BER, DER or PEM; - is standard input.\n"
+    "Exit status: 0 when everything was shown, 1 when an input or the output failed, 2 for a wrong command line.\n";
+
+using Arguments = std::span<char* const>;
+
+struct Command {
+  std::string_view name;
+  InputHandler handle;
+};
+
+constexpr Command kCommands[] = {{"show", ShowObject}, {"tree", ShowTree}};
+
+int RejectUsage(const std::string& sentence) {
+  const std::string text = Concat("tessel: ", sentence, '\n', kUsage);
+  std::fwrite(text.data(), 1, text.size(), stderr);
+  return kUsageError;
+}
+
+bool IsOption(std::string_view argument) { return argument.size() > 1 && argument.front() == '-'; }
+
+int Run(const Command& command, Arguments files) {
+  if (files.empty()) return RejectUsage(Concat("the command ", command.name, " needs a file"));
+  for (const char* file : files) {
+    if (IsOption(file)) return RejectUsage(Concat("there is no option ", file));
+  }
+  bool good = true;
+  for (const char* file : files) good = HandleFile(file, command.handle) && good;
+  return FinishOutput() && good ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int PrintOnly(std::string_view text) {
+  Print(text);
+  return FinishOutput() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+std::string Version() {
+  uint32_t length = 0;
+  char none = 0;
+  GetVersionInfo(&none, &length);  // tells the capacity that it needs
+  std::string text(length, '\0');
+  if (GetVersionInfo(text.data(), &length) != TESSEL_OK) return "unknown version\n";
+  text.resize(length);
+  return Concat(text, '\n');
+}
+
+int Main(Arguments arguments) {
+  UseBinaryStreams();
+  if (arguments.empty()) return RejectUsage("a command is missing");
+  const std::string_view first = arguments.front();
+  if (first == "--help") return PrintOnly(kUsage);
+  if (first == "--version") return PrintOnly(Version());
+  for (const Command& command : kCommands) {
+    if (first == command.name) return Run(command, arguments.subspan(1));
+  }
+  return RejectUsage(Concat("there is no ", IsOption(first) ? "option " : "command ", first));
+}
+
+}  // namespace
+}  // namespace tool
+
+int main(int argc, char** argv) {
+  const tool::Arguments all(argv, static_cast<size_t>(argc));
+  return tool::Main(all.empty() ? all : all.subspan(1));
+}

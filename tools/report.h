@@ -1,0 +1,25 @@
+// Where the tool's output goes: results to standard output, errors to standard error.
+#ifndef TESSEL_TOOLS_REPORT_H
+#define TESSEL_TOOLS_REPORT_H
+
+#include <string_view>
+
+namespace tool {
+
+// Makes standard input and output carry octets as they are, on systems that would otherwise change them.
+void UseBinaryStreams();
+
+void Print(std::string_view text);
+
+// Prints the line under which an input is shown, apart from what was shown before.
+void PrintHeading(std::string_view heading);
+
+// Writes `tessel: WHERE: REASON` in one line, after all that has been printed until now.
+void ReportError(std::string_view where, std::string_view reason);
+
+// Flushes standard output. When not everything could be written, reports that and returns false.
+bool FinishOutput();
+
+}  // namespace tool
+
+#endif
