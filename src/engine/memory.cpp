@@ -97,8 +97,8 @@ uint8_t* Pool::Keep(Octets octets) {
   if (offset < input_.size() && octets.size() <= input_.size() - offset && !OwnsItsMemory(inputCopy_ + offset)) {
     return inputCopy_ + offset;
   }
-  uint8_t* kept = octets.size() < kLargeOctets ? PlaceOctets(octets.size())
-                                               : static_cast<uint8_t*>(AllocateOctets(octets.size()));
+  uint8_t* kept =
+      octets.size() < kLargeOctets ? PlaceOctets(octets.size()) : static_cast<uint8_t*>(AllocateOctets(octets.size()));
   if (kept != nullptr) std::memcpy(kept, octets.data(), octets.size());
   return kept;
 }
