@@ -24,15 +24,19 @@
 
 #include "tessel/algorithms.h"
 #include "tessel/certificate.h"
+#include "tessel/choices.h"
 #include "tessel/decoder.h"
 #include "tessel/descriptor.h"
 #include "tessel/encoder.h"
 #include "tessel/extensions.h"
 #include "tessel/lifecycle.h"
+#include "tessel/lists.h"
 #include "tessel/names.h"
 #include "tessel/nodes.h"
+#include "tessel/oid.h"
 #include "tessel/platform.h"
 #include "tessel/primitives.h"
 #include "tessel/status.h"
+#include "tessel/text.h"
 
 #endif

@@ -1,7 +1,20 @@
 #include "engine/lists.h"
 
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "engine/codec.h"
+#include "engine/nodes.h"
+#include "engine/owned_tree.h"
+#include "engine/primitives.h"
+
+struct OctetStrings : tessel::ListOf<Asn1Value> {};
+
 namespace tessel {
 namespace {
+
+inline constexpr auto kOctetStrings = SequenceOf<OctetStrings, kOctetString>();
 
 constexpr uint32_t kFirstCapacity = 10;
 
@@ -19,6 +32,21 @@ Status Grow(Asn1List& list) {
   list.capacity = static_cast<uint32_t>(capacity);
   return Status();
 }
+
+// An item's encoding in a block of its own.
+struct Encoding {
+  Scratch<uint8_t> block;
+  uint32_t length = 0;
+
+  Status Make(const Asn1Item& item, const void* node) {
+    if (Status status = MeasureTree(item, node, length); status.Failed()) return status;
+    block.reset(static_cast<uint8_t*>(AllocateOctets(length)));
+    return block == nullptr ? Fail(TESSEL_OUT_OF_MEMORY) : WriteTree(item, node, block.get(), length);
+  }
+  [[nodiscard]] bool Equals(const Encoding& other) const {
+    return length == other.length && std::memcmp(block.get(), other.block.get(), length) == 0;
+  }
+};
 
 }  // namespace
 
@@ -39,4 +67,75 @@ Status AppendTo(Asn1List& list, void* item, Pool& pool) {
   return AppendTo(list, item);
 }
 
+Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item) {
+  Encoding encoding;
+  if (Status status = encoding.Make(element, item); status.Failed()) return status;
+  for (uint32_t i = 0; i < list.count; ++i) {
+    Encoding present;
+    if (Status status = present.Make(element, list.items[i]); status.Failed()) return status;
+    if (present.Equals(encoding)) return Fail(TESSEL_ALREADY_PRESENT);
+  }
+  return AppendTo(list, item);
+}
+
+Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at) {
+  if (index >= list.count) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  FreeTree(&element, list.items[index]);
+  std::copy(list.items + index + 1, list.items + list.count, list.items + index);
+  --list.count;
+  return Status();
+}
+
+void Clear(Asn1List& list, const Asn1Item& element) {
+  for (uint32_t i = 0; i < list.count; ++i) FreeTree(&element, std::exchange(list.items[i], nullptr));
+  list.count = 0;
+}
+
+void Sort(Asn1List& list) {
+  if (list.compare == nullptr || list.count < 2) return;
+  std::qsort(list.items, list.count, sizeof(void*), list.compare);
+}
+
 }  // namespace tessel
+
+using namespace tessel;
+
+uint32_t TESSEL_CALL GetAsn1ListItem(const Asn1List* list, uint32_t index, void** item) {
+  if (list == nullptr || item == nullptr || index >= list->count) return Fail(TESSEL_INVALID_ARGUMENT);
+  *item = list->items[index];
+  return Status();
+}
+
+uint32_t TESSEL_CALL GetAsn1ListLength(const Asn1List* list) { return list == nullptr ? 0 : list->count; }
+
+void TESSEL_CALL SetAsn1ListSorted(Asn1List* list, uint32_t sorted) {
+  if (list != nullptr) list->sorted = sorted;
+}
+
+uint32_t TESSEL_CALL CreateOctetStrings(OctetStrings** strings) {
+  return Create(kOctetStrings, Leaves::kAbsent, strings);
+}
+
+uint32_t TESSEL_CALL AddOctetStringsValue(OctetStrings* strings, const uint8_t* octets, uint32_t length) {
+  if (strings == nullptr || octets == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  return AddNew(*strings, OwnedTree(kOctetString, NewValue(TESSEL_KIND_OCTET_STRING, {octets, length})));
+}
+
+uint32_t TESSEL_CALL GetOctetStringsCount(const OctetStrings* strings, uint32_t* count) {
+  return GetCount(strings, count);
+}
+
+uint32_t TESSEL_CALL GetOctetStringsValue(const OctetStrings* strings, uint32_t index, uint8_t* buffer,
+                                          uint32_t* length) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  Asn1Value* value = nullptr;
+  if (Status status = GetElement(strings, index, &value); status.Failed()) return status;
+  *length = value->length;
+  const Octets content = ContentOf(*value);
+  if (buffer != nullptr) std::copy(content.begin(), content.end(), buffer);
+  return Status();
+}
+
+uint32_t TESSEL_CALL FreeOctetStrings(OctetStrings* strings) {
+  return strings == nullptr ? Fail(TESSEL_INVALID_ARGUMENT) : Free(kOctetStrings, strings);
+}

@@ -1,0 +1,88 @@
+#include "engine/choices.h"
+
+#include <utility>
+
+#include "engine/descriptor.h"
+#include "engine/encoder.h"
+#include "engine/header.h"
+#include "engine/lifecycle.h"
+#include "engine/nodes.h"
+#include "tessel/primitives.h"
+
+namespace tessel {
+
+Status ClearChoice(const Asn1Item& item, Asn1Choice& choice) {
+  if (choice.value == nullptr) return Status();
+  if (choice.index >= item.memberCount) return Fail(TESSEL_INVALID_ARGUMENT);
+  FreeTree(item.members[choice.index], std::exchange(choice.value, nullptr));
+  return Status();
+}
+
+Status SetChoice(const Asn1Item& item, Asn1Choice& choice, uint32_t index, void* value) {
+  if (Status status = ClearChoice(item, choice); status.Failed()) return status;
+  choice = {index, value};
+  return Status();
+}
+
+Status SetOpenValue(Asn1Any& any, ElementTag tag, uint32_t storedTag, Octets content) {
+  // An OCTET STRING under the wanted tag encodes to just this element.
+  const Asn1Item element{tag.tagClass | uint32_t{tag.constructed} << 8,
+                         TESSEL_KIND_OCTET_STRING,
+                         static_cast<int32_t>(tag.number),
+                         0,
+                         nullptr,
+                         0,
+                         nullptr};
+  const Asn1Value value{tag.number, static_cast<uint32_t>(content.size()), const_cast<uint8_t*>(content.data())};
+  uint32_t length = 0;
+  if (Status status = MeasureTree(element, &value, length); status.Failed()) return status;
+  Scratch<uint8_t> encoding(static_cast<uint8_t*>(AllocateOctets(length)));
+  if (encoding == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
+  if (Status status = WriteTree(element, &value, encoding.get(), length); status.Failed()) return status;
+  ReleaseOctets(any.data);
+  any.tag = storedTag;
+  any.length = length;
+  any.data = encoding.release();
+  return Status();
+}
+
+}  // namespace tessel
+
+using namespace tessel;
+
+uint32_t TESSEL_CALL GetAsn1ChoiceUnderlyingType(void** node, const Asn1Item** descriptor) {
+  if (node == nullptr || descriptor == nullptr || *node == nullptr || *descriptor == nullptr) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
+  }
+  if ((*descriptor)->kind != TESSEL_KIND_CHOICE) return Fail(TESSEL_INVALID_ARGUMENT);
+  const auto& choice = *static_cast<const Asn1Choice*>(*node);
+  if (choice.index >= (*descriptor)->memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
+  *descriptor = (*descriptor)->members[choice.index];
+  *node = choice.value;
+  return Status();
+}
+
+uint32_t TESSEL_CALL GetAsn1AnyInfo(const Asn1Any* any, uint8_t* tagClass, uint8_t* constructed, uint32_t* tagNumber,
+                                    uint32_t* contentLength, uint32_t* headerLength) {
+  if (any == nullptr || tagClass == nullptr || constructed == nullptr || tagNumber == nullptr ||
+      contentLength == nullptr || headerLength == nullptr) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
+  }
+  const Octets encoding = ContentOf(*any);
+  Header header{};
+  if (Status status = ReadHeader(encoding, header); status.Failed()) return status;
+  if (header.indefinite) {
+    Status status = ScanIndefiniteContent(encoding.subspan(header.headerLength), header.contentLength);
+    if (status.Failed()) return status;
+  }
+  *tagClass = header.tagClass;
+  *constructed = header.constructed;
+  *tagNumber = header.tagNumber;
+  *contentLength = header.contentLength;
+  *headerLength = header.headerLength;
+  return Status();
+}
+
+uint32_t TESSEL_CALL GetAsn1AnyValue(const Asn1Any* any, uint8_t* buffer, uint32_t* length) {
+  return GetAsn1Value(any, buffer, length);
+}

@@ -1,0 +1,33 @@
+// A tree that ends with its scope.
+#pragma once
+
+#include <utility>
+
+#include "engine/descriptor.h"
+#include "engine/lifecycle.h"
+
+namespace tessel {
+
+template <class Node>
+class OwnedTree {
+ public:
+  explicit OwnedTree(const Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
+  ~OwnedTree() { FreeTree(item_, root_); }
+  OwnedTree(OwnedTree&& other) noexcept : item_(other.item_), root_(other.Release()) {}
+  OwnedTree(const OwnedTree&) = delete;
+  OwnedTree& operator=(const OwnedTree&) = delete;
+  OwnedTree& operator=(OwnedTree&&) = delete;
+
+  [[nodiscard]] Node* Get() const { return root_; }
+  Node* operator->() const { return root_; }
+  // For a function that makes the tree.
+  [[nodiscard]] Node** Out() { return &root_; }
+  // Gives the tree away.
+  [[nodiscard]] Node* Release() { return std::exchange(root_, nullptr); }
+
+ private:
+  const Asn1Item* item_;
+  Node* root_;
+};
+
+}  // namespace tessel

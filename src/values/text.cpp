@@ -1,0 +1,132 @@
+#include "tessel/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+#include "engine/buffer.h"
+
+namespace tessel {
+namespace {
+
+// The UTF-8 of one character.
+struct Utf8 {
+  std::array<char, 3> octets{};
+  uint8_t size = 0;
+};
+
+consteval Utf8 Encoded(uint32_t codePoint) {
+  constexpr auto kTail = [](uint32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
+  if (codePoint < 0x80) return {{static_cast<char>(codePoint)}, 1};
+  if (codePoint < 0x800) return {{static_cast<char>(0xC0 | codePoint >> 6), kTail(codePoint)}, 2};
+  return {{static_cast<char>(0xE0 | codePoint >> 12), kTail(codePoint >> 6), kTail(codePoint)}, 3};
+}
+
+// Windows-1251 in UTF-8. The upper half is moved as one piece, so that the letters from 0xC0 on come right; below them
+// only those listed here have a place of their own.
+consteval std::array<Utf8, 256> MakeAnsiTable() {
+  std::array<Utf8, 256> table{};
+  for (uint32_t c = 0; c < 0x80; ++c) table[c] = Encoded(c);
+  for (uint32_t c = 0x80; c < 0x100; ++c) table[c] = Encoded(c + 848);
+  struct Row {
+    uint8_t ansi;
+    uint16_t codePoint;
+  };
+  constexpr Row kOwnPlaces[] = {{0xA8, 0x0401}, {0xB8, 0x0451}, {0xAA, 0x0404}, {0xBA, 0x0454}, {0xAF, 0x0407},
+                                {0xBF, 0x0457}, {0xA1, 0x040E}, {0xA2, 0x045E}, {0xB0, 0x00B0}, {0xB7, 0x00B7},
+                                {0xA4, 0x00A4}, {0x95, 0x2022}, {0xB9, 0x2116}};
+  for (const Row& row : kOwnPlaces) table[row.ansi] = Encoded(row.codePoint);
+  return table;
+}
+
+constexpr std::array<Utf8, 256> kAnsiTable = MakeAnsiTable();
+
+// The conversion stops when less than this is left of the buffer.
+constexpr uint32_t kSpareOctets = 10;
+
+constexpr uint32_t kShortKey = 64;
+constexpr uint32_t kLongKey = 128;
+constexpr uint32_t kBlockSize = 256;
+constexpr uint32_t kPlaceOfY = 64;
+constexpr uint32_t kPlaceOfMarker = 252;
+constexpr uint8_t kMarker[] = {0x76, 0x35};
+constexpr uint32_t kPlaceOfParameterSet = 254;
+constexpr std::string_view kLongParameterSets = "123";
+constexpr std::string_view kShortParameterSets = "ABCXYDabcxy";
+
+bool IsKeyLength(uint32_t size) { return size == kShortKey || size == kLongKey; }
+
+Status Reverse(const uint8_t* signature, uint32_t size, uint8_t* buffer, uint32_t* length, Site at = {}) {
+  if (signature == nullptr || length == nullptr || !IsKeyLength(size)) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  std::array<uint8_t, kLongKey> reversed;
+  std::reverse_copy(signature, signature + size, reversed.begin());
+  return Deliver({reversed.data(), size}, buffer, length, at);
+}
+
+}  // namespace
+}  // namespace tessel
+
+using namespace tessel;
+
+uint32_t TESSEL_CALL ConvertAnsiToUTF8(const char* text, char* buffer, uint32_t* length) {
+  if (text == nullptr || buffer == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const uint32_t capacity = *length;
+  const std::string_view ansi(text);
+  *length = static_cast<uint32_t>(2 * ansi.size() + 2 * kSpareOctets);
+  if (capacity == 0) return Fail(TESSEL_BUFFER_TOO_SMALL);
+  uint32_t written = 0;
+  for (const char c : ansi) {
+    if (capacity < kSpareOctets || written >= capacity - kSpareOctets) return Fail(TESSEL_BUFFER_TOO_SMALL);
+    const Utf8& utf8 = kAnsiTable[static_cast<uint8_t>(c)];
+    std::memcpy(buffer + written, utf8.octets.data(), utf8.size);
+    written += utf8.size;
+  }
+  buffer[written] = '\0';
+  *length = written;
+  return Status();
+}
+
+uint32_t TESSEL_CALL ConvertX509PublicKeyToArdek(const uint8_t* key, uint32_t size, uint8_t* buffer, uint32_t* length) {
+  if (key == nullptr || length == nullptr || !IsKeyLength(size)) return Fail(TESSEL_INVALID_ARGUMENT);
+  std::array<uint8_t, kBlockSize> block{};
+  const uint32_t half = size / 2;
+  std::copy_n(key, half, block.begin());
+  std::copy_n(key + half, half, block.begin() + kPlaceOfY);
+  std::copy(std::begin(kMarker), std::end(kMarker), block.begin() + kPlaceOfMarker);
+  return Deliver(block, buffer, length);
+}
+
+uint32_t TESSEL_CALL ConvertArdekPublicKeyToX509(const uint8_t* block, uint32_t size, uint8_t* buffer,
+                                                 uint32_t* length) {
+  if (block == nullptr || length == nullptr || size != kBlockSize) return Fail(TESSEL_INVALID_ARGUMENT);
+  const char parameterSet = static_cast<char>(block[kPlaceOfParameterSet]);
+  if (kLongParameterSets.find(parameterSet) != std::string_view::npos) {
+    return Deliver({block, kLongKey}, buffer, length);
+  }
+  if (kShortParameterSets.find(parameterSet) == std::string_view::npos) return Fail(TESSEL_INVALID_KEY);
+  std::array<uint8_t, kShortKey> key;
+  std::copy_n(block, kShortKey / 2, key.begin());
+  std::copy_n(block + kPlaceOfY, kShortKey / 2, key.begin() + kShortKey / 2);
+  return Deliver(key, buffer, length);
+}
+
+uint32_t TESSEL_CALL ConvertX509SignatureToArdek(const uint8_t* signature, uint32_t size, uint8_t* buffer,
+                                                 uint32_t* length) {
+  return Reverse(signature, size, buffer, length);
+}
+
+uint32_t TESSEL_CALL ConvertArdekSignatureToX509(const uint8_t* signature, uint32_t size, uint8_t* buffer,
+                                                 uint32_t* length) {
+  return Reverse(signature, size, buffer, length);
+}
+
+uint32_t TESSEL_CALL IsArrayEquals(const uint8_t* first, uint32_t firstLength, const uint8_t* second,
+                                   uint32_t secondLength) {
+  if (first == nullptr && second == nullptr) return Status();
+  if (first == nullptr || second == nullptr || firstLength != secondLength ||
+      !std::equal(first, first + firstLength, second)) {
+    return Fail(TESSEL_DIFFERENT);
+  }
+  return Status();
+}

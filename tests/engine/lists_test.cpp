@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include "support/octets.h"
+#include "support/tree.h"
+#include "tessel/tessel.h"
+#include "types.h"
+
+namespace test {
+namespace {
+
+TEST(Lists, AreReachedByIndex) {
+  const DecodeResult decoded = Decode(kIntegers, FromHex("30 06 02 01 02 02 01 01"));
+  auto& list = decoded.tree.As<Asn1List>();
+  EXPECT_EQ(2U, GetAsn1ListLength(&list));
+  void* item = nullptr;
+  ASSERT_EQ(0U, GetAsn1ListItem(&list, 1, &item));
+  EXPECT_EQ(1U, static_cast<Asn1Value*>(item)->data[0]);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, 2, &item));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, UINT32_MAX, &item));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(nullptr, 0, &item));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, 0, nullptr));
+  SetAsn1ListSorted(&list, 0);
+  EXPECT_EQ(0U, list.sorted);
+  SetAsn1ListSorted(nullptr, 0);
+  EXPECT_EQ(0U, GetAsn1ListLength(nullptr));
+}
+
+TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
+  OctetStrings* strings = nullptr;
+  ASSERT_EQ(0U, CreateOctetStrings(&strings));
+  const auto& list = *reinterpret_cast<const Asn1List*>(strings);
+  EXPECT_EQ(0U, list.capacity);
+  for (uint32_t i = 0; i < 600; ++i) {
+    const Bytes octets{static_cast<uint8_t>(i), static_cast<uint8_t>(i >> 8)};
+    ASSERT_EQ(0U, AddOctetStringsValue(strings, octets.data(), i % 3));
+    EXPECT_EQ(i < 10 ? 10U : i < 215 ? 215U : i < 522 ? 522U : 983U, list.capacity);
+  }
+  uint32_t count = 0;
+  EXPECT_EQ(0U, GetOctetStringsCount(strings, &count));
+  EXPECT_EQ(600U, count);
+  for (uint32_t i = 0; i < count; ++i) {
+    Bytes octets(3, 0xEE);
+    // The capacity is not looked at.
+    uint32_t length = 0;
+    ASSERT_EQ(0U, GetOctetStringsValue(strings, i, octets.data(), &length));
+    Bytes expected{static_cast<uint8_t>(i), static_cast<uint8_t>(i >> 8)};
+    expected.resize(i % 3);
+    expected.resize(3, 0xEE);
+    EXPECT_EQ(i % 3, length);
+    EXPECT_EQ(expected, octets);
+  }
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetOctetStringsValue(strings, 600, nullptr, &length));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddOctetStringsValue(strings, nullptr, 0));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetOctetStringsCount(nullptr, &count));
+  EXPECT_EQ(TESSEL_OK, FreeOctetStrings(strings));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, FreeOctetStrings(nullptr));
+}
+
+TEST(Choices, LeadToWhatWasChosen) {
+  const DecodeResult decoded = Decode(kTestChoice, FromHex("A2 03 02 01 05"));
+  void* node = decoded.tree.Root();
+  const Asn1Item* descriptor = &kTestChoice;
+  ASSERT_EQ(0U, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  EXPECT_EQ(kTestChoice.members[2], descriptor);
+  EXPECT_EQ(5U, static_cast<Asn1Value*>(node)->data[0]);
+
+  Asn1Choice wrong{kTestChoice.memberCount, nullptr};
+  node = &wrong;
+  descriptor = &kTestChoice;
+  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  EXPECT_EQ(&wrong, node);
+  EXPECT_EQ(&kTestChoice, descriptor);
+  descriptor = &kInteger;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  node = nullptr;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+}
+
+TEST(OpenValues, TellTheirHeader) {
+  const struct {
+    const char* encoding;
+    uint32_t status;
+    uint8_t tagClass;
+    uint8_t constructed;
+    uint32_t tagNumber;
+    uint32_t contentLength;
+    uint32_t headerLength;
+  } cases[] = {
+      {"30 80 02 01 01 00 00", 0, 0x00, 0x20, 16, 5, 2},
+      {"30 80 30 80 00 00 00 00", 0, 0x00, 0x20, 16, 6, 2},
+      {"9F 1F 01 AA", 0, 0x80, 0x00, 31, 1, 3},
+      {"04 81 01 AA", 0, 0x00, 0x00, 4, 1, 3},
+      {"", TESSEL_MALFORMED, 7, 7, 7, 7, 7},
+      {"30 80 02 01 01", TESSEL_INDEFINITE_LENGTH, 7, 7, 7, 7, 7},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.encoding);
+    Bytes encoding = FromHex(c.encoding);
+    Asn1Any any{};
+    any.length = static_cast<uint32_t>(encoding.size());
+    any.data = encoding.data();
+    uint8_t tagClass = 7;
+    uint8_t constructed = 7;
+    uint32_t tagNumber = 7;
+    uint32_t contentLength = 7;
+    uint32_t headerLength = 7;
+    EXPECT_EQ(c.status, GetAsn1AnyInfo(&any, &tagClass, &constructed, &tagNumber, &contentLength, &headerLength));
+    EXPECT_EQ(c.tagClass, tagClass);
+    EXPECT_EQ(c.constructed, constructed);
+    EXPECT_EQ(c.tagNumber, tagNumber);
+    EXPECT_EQ(c.contentLength, contentLength);
+    EXPECT_EQ(c.headerLength, headerLength);
+    uint32_t length = 0;
+    EXPECT_EQ(0U, GetAsn1AnyValue(&any, nullptr, &length));
+    EXPECT_EQ(encoding.size(), length);
+  }
+}
+
+}  // namespace
+}  // namespace test
