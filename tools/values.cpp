@@ -30,6 +30,18 @@ std::vector<uint8_t> Negated(Octets content) {
   return octets;
 }
 
+// Whether no arc begins with needless zero bits or has more than 32 bits: either could make one identifier pass for
+// another.
+bool HasPlainArcs(Octets content) {
+  constexpr uint8_t kLeadingZeroBits = 0x80;
+  while (!content.empty()) {
+    if (content.front() == kLeadingZeroBits) return false;
+    const std::optional<Base128> arc = TakeBase128(content);
+    if (!arc || arc->value > UINT32_MAX || arc->wide) return false;
+  }
+  return true;
+}
+
 // Reads the fields of a time from the front of its text.
 class TimeReader {
  public:
@@ -158,28 +170,21 @@ uint32_t BitCount(Octets content) {
 }
 
 std::optional<std::string> DottedText(Octets content) {
-  constexpr uint8_t kLeadingZeroBits = 0x80;
-  if (content.empty()) return std::nullopt;
-  std::string dotted;
-  while (!content.empty()) {
-    if (content.front() == kLeadingZeroBits) return std::nullopt;
-    const std::optional<Base128> arc = TakeBase128(content);
-    if (!arc || arc->wide) return std::nullopt;
-    if (!dotted.empty()) {
-      dotted += Concat('.', arc->value);
-    } else {
-      // The first number holds two arcs, of which the first is at most 2 (X.690, 8.19.4).
-      const uint64_t first = arc->value < 80 ? arc->value / 40 : 2;
-      dotted = Concat(first, '.', arc->value - first * 40);
-    }
-  }
+  if (content.empty() || content.size() > UINT8_MAX || !HasPlainArcs(content)) return std::nullopt;
+  std::vector<uint8_t> counted{static_cast<uint8_t>(content.size())};
+  counted.insert(counted.end(), content.begin(), content.end());
+  uint32_t length = 0;
+  if (ConvertOidToString(counted.data(), nullptr, &length) != TESSEL_OK) return std::nullopt;
+  std::string dotted(length, '\0');
+  if (ConvertOidToString(counted.data(), dotted.data(), &length) != TESSEL_OK) return std::nullopt;
+  dotted.pop_back();
   return dotted;
 }
 
 std::string OidName(Octets content) {
   const std::optional<std::string> dotted = DottedText(content);
   if (content.empty()) return "(empty)";
-  if (!dotted) return Concat(ShortHex(content), " (not a valid object identifier)");
+  if (!dotted) return Concat(ShortHex(content), " (not an identifier with arcs of 32 bits)");
   const std::string_view name = KnownName(*dotted);
   return name.empty() ? *dotted : std::string(name);
 }

@@ -23,7 +23,7 @@ std::string SerialNumberText(Octets content);
 // How many bits the magnitude of a positive INTEGER has.
 uint32_t BitCount(Octets content);
 
-// The dotted text of an object identifier. Nothing when it is empty, does not end, has an arc of more than 64 bits, or
+// The dotted text of an object identifier. Nothing when it is empty, does not end, has an arc of more than 32 bits, or
 // an arc with needless leading zero bits (by which one identifier could pass for another).
 std::optional<std::string> DottedText(Octets content);
 
