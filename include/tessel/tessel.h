@@ -17,7 +17,8 @@
  * from then on, when it succeeds. What the caller frees is released once, with the free function of its type.
  * A free function accepts null.
  *
- * Threads. The library keeps no state but the place of the last failure. One object must not be used by two threads at
+ * Threads. The library keeps no state but the place of the last failure and, for adding days to a time, the length of
+ * February. One object must not be used by two threads at
  * a time; different objects can be. */
 #ifndef TESSEL_TESSEL_H
 #define TESSEL_TESSEL_H
@@ -38,5 +39,6 @@
 #include "tessel/primitives.h"
 #include "tessel/status.h"
 #include "tessel/text.h"
+#include "tessel/time.h"
 
 #endif

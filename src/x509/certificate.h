@@ -3,12 +3,10 @@
 
 #include "engine/descriptor.h"
 #include "tessel/certificate.h"
+#include "values/time.h"
 #include "x509/algorithms.h"
 #include "x509/extensions.h"
 #include "x509/names.h"
-
-// Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }
-struct Time : Asn1Choice {};
 
 struct Validity {
   Time* notBefore;
@@ -37,8 +35,6 @@ struct Certificate {
 struct Certificates : tessel::ListOf<Certificate> {};
 
 namespace tessel {
-
-inline constexpr auto kTime = Choice<Time, kUtcTime, kGeneralizedTime>();
 
 inline constexpr auto kValidity = Sequence{
     Member<&Validity::notBefore, kTime>,

@@ -1,0 +1,62 @@
+// Times as members of trees: nodes read into records, and records made into nodes.
+#pragma once
+
+#include <cstdint>
+
+#include "engine/descriptor.h"
+#include "engine/status.h"
+#include "tessel/nodes.h"
+#include "tessel/time.h"
+#include "values/time_text.h"
+
+// Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }
+struct Time : Asn1Choice {};
+
+namespace tessel {
+
+inline constexpr auto kTime = Choice<Time, kUtcTime, kGeneralizedTime>();
+
+// As SetLibraryTime and SetLibraryPreciseTime: what passes before a field that is out of range is kept.
+Status SetFields(LibraryTime* time, const LibraryTime& fields, Site at = {});
+Status SetFields(LibraryPreciseTime* time, const LibraryPreciseTime& fields, Site at = {});
+
+// Read a node into a record, by SetFields. A null handle is TESSEL_INVALID_ARGUMENT, no content TESSEL_MALFORMED,
+// another alternative or a text of another form TESSEL_INVALID_CONTENT.
+Status ReadTime(const Time& node, LibraryTime* time, Site at = {});
+Status ReadGeneralizedTime(const Asn1Value& node, LibraryTime* time, Site at = {});
+Status ReadPreciseTime(const Asn1Value& node, LibraryPreciseTime* time, Site at = {});
+// For the crlIssuedTime of a CrlValidatedId: a UTCTime of 13 octets, as every valid one is, is TESSEL_INVALID_CONTENT.
+Status ReadCrlIssuedTime(const Asn1Value& node, LibraryTime* time, Site at = {});
+
+// A record made into a node that lives in its own scope, to be encoded or copied from there. It is no part of a tree.
+class TimeNode {
+ public:
+  TimeNode() = default;
+  TimeNode(const TimeNode&) = delete;
+  TimeNode& operator=(const TimeNode&) = delete;
+
+  // Set makes a UTCTime when the year is below 2050, otherwise a GeneralizedTime. A null handle is
+  // TESSEL_INVALID_ARGUMENT; a null time, or a field too large for its place in the text, TESSEL_INVALID_TIME.
+  Status Set(const LibraryTime* time, Site at = {});
+  Status SetGeneralized(const LibraryTime* time, Site at = {});
+  Status SetGeneralized(const LibraryPreciseTime* time, Site at = {});
+
+  [[nodiscard]] Time* AsTime() { return &choice_; }
+  // The UTCTime or GeneralizedTime itself.
+  [[nodiscard]] Asn1Value* AsValue() { return &value_; }
+
+ private:
+  template <class Record>
+  Status Hold(Asn1Kind kind, const Record* time, TimeText (*format)(const Record&), Site at);
+
+  TimeText text_;
+  Asn1Value value_{};
+  Time choice_{};
+};
+
+// Put a new node into the member of a tree, in place of the one that it holds, if any. After a failure, with the
+// statuses of TimeNode, the member is as it was.
+Status StoreTime(const LibraryTime* time, Time*& member, Site at = {});
+Status StoreGeneralizedTime(const LibraryTime* time, Asn1Value*& member, Site at = {});
+
+}  // namespace tessel
