@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <chrono>
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "concat.h"
@@ -42,104 +43,35 @@ bool HasPlainArcs(Octets content) {
   return true;
 }
 
-// Reads the fields of a time from the front of its text.
-class TimeReader {
- public:
-  explicit TimeReader(std::string_view text) : rest_(text) {}
-
-  // A number of so many digits, or nothing at all.
-  std::optional<int> TakeNumber(size_t digits) {
-    if (rest_.size() < digits || rest_.substr(0, digits).find_first_not_of(kDigits) != std::string_view::npos)
-      return {};
-    int number = 0;
-    for (const char digit : Take(digits)) number = number * 10 + (digit - '0');
-    return number;
-  }
-
-  // A decimal mark and digits.
-  std::string_view TakeFraction() {
-    if (rest_.empty() || (rest_.front() != '.' && rest_.front() != ',')) return {};
-    return Take(std::min(rest_.find_first_not_of(kDigits, 1), rest_.size()));
-  }
-
-  // The zone that ends the text: how many minutes it is ahead of UTC.
-  std::optional<int> TakeZone() {
-    if (rest_ == "Z") return 0;
-    if (rest_.size() != 5 || (rest_.front() != '+' && rest_.front() != '-')) return {};
-    const int sign = Take(1) == "-" ? -1 : 1;
-    const std::optional<int> hours = TakeNumber(2);
-    const std::optional<int> minutes = TakeNumber(2);
-    if (!hours || !minutes) return {};
-    return sign * (*hours * 60 + *minutes);
-  }
-
-  [[nodiscard]] bool AtEnd() const { return rest_.empty(); }
-
- private:
-  static constexpr std::string_view kDigits = "0123456789";
-
-  std::string_view Take(size_t count) {
-    const std::string_view taken = rest_.substr(0, count);
-    rest_.remove_prefix(count);
-    return taken;
-  }
-
-  std::string_view rest_;
-};
-
-// The two digits of a UTCTime's year are 1950 to 2049 (RFC 5280, 4.1.2.5.1).
-std::optional<int> TakeYear(uint32_t tag, TimeReader& reader) {
-  if (tag == TESSEL_KIND_GENERALIZED_TIME) return reader.TakeNumber(4);
-  const std::optional<int> year = reader.TakeNumber(2);
-  if (!year) return {};
-  return *year + (*year < 50 ? 2000 : 1900);
-}
-
-std::optional<std::chrono::sys_days> TakeDate(uint32_t tag, TimeReader& reader) {
-  const std::optional<int> year = TakeYear(tag, reader);
-  const std::optional<int> month = reader.TakeNumber(2);
-  const std::optional<int> day = reader.TakeNumber(2);
-  if (!year || !month || !day) return {};
-  const std::chrono::year_month_day date{std::chrono::year(*year), std::chrono::month(static_cast<unsigned>(*month)),
-                                         std::chrono::day(static_cast<unsigned>(*day))};
-  if (!date.ok()) return {};
-  return std::chrono::sys_days(date);
-}
-
-// Minutes and seconds may be left out.
-std::optional<std::chrono::seconds> TakeTimeOfDay(TimeReader& reader) {
-  const std::optional<int> hour = reader.TakeNumber(2);
-  const int minute = reader.TakeNumber(2).value_or(0);
-  const int second = reader.TakeNumber(2).value_or(0);
-  if (!hour || *hour > 23 || minute > 59 || second > 59) return {};
-  return std::chrono::hours(*hour) + std::chrono::minutes(minute) + std::chrono::seconds(second);
-}
-
-std::string Padded(int64_t number, size_t width) {
+std::string Padded(uint32_t number, size_t width) {
   std::string text = std::to_string(number);
   return text.insert(0, width - std::min(width, text.size()), '0');
 }
 
-std::string FormatTime(std::chrono::sys_seconds time) {
-  const auto days = std::chrono::floor<std::chrono::days>(time);
-  const std::chrono::year_month_day date(days);
-  const std::chrono::hh_mm_ss clock(time - days);
-  return Concat(Padded(int{date.year()}, 4), '-', Padded(unsigned{date.month()}, 2), '-',
-                Padded(unsigned{date.day()}, 2), ' ', Padded(clock.hours().count(), 2), ':',
-                Padded(clock.minutes().count(), 2), ':', Padded(clock.seconds().count(), 2));
+// Whether the text is all digits up to a Z, to the second: the only form that certificates may have, and of which the
+// library reads everything.
+bool IsPlainTime(uint32_t tag, std::string_view text) {
+  const size_t digits = tag == TESSEL_KIND_UTC_TIME ? 12 : 14;
+  return text.size() == digits + 1 && text.back() == 'Z' && text.find_first_not_of("0123456789") == digits;
 }
 
-std::optional<std::string> ReadableTime(uint32_t tag, std::string_view text) {
-  TimeReader reader(text);
-  const std::optional<std::chrono::sys_days> date = TakeDate(tag, reader);
-  if (!date) return {};
-  const std::optional<std::chrono::seconds> timeOfDay = TakeTimeOfDay(reader);
-  if (!timeOfDay) return {};
-  const std::string_view fraction = reader.TakeFraction();
-  if (reader.AtEnd()) return Concat(FormatTime(*date + *timeOfDay), fraction, " (local time)");
-  const std::optional<int> zone = reader.TakeZone();
-  if (!zone) return {};
-  return Concat(FormatTime(*date + *timeOfDay - std::chrono::minutes(*zone)), fraction, " UTC");
+struct FreeTime {
+  void operator()(LibraryTime* time) const { FreeLibraryTime(time); }
+};
+using OwnedTime = std::unique_ptr<LibraryTime, FreeTime>;
+
+// Nothing when the library does not take the time: its years end with 2100.
+OwnedTime ReadTime(uint32_t tag, Octets content) {
+  std::vector<uint8_t> element(content.size() + 2);
+  auto length = static_cast<uint32_t>(element.size());
+  LibraryTime* time = nullptr;
+  if (EncodeAsn1PrimitiveValue(tag, content.data(), static_cast<uint32_t>(content.size()), element.data(), &length) !=
+          TESSEL_OK ||
+      CreateLibraryTime(&time) != TESSEL_OK) {
+    return nullptr;
+  }
+  OwnedTime owned(time);
+  return DecodeTime(element.data(), length, time) == TESSEL_OK ? std::move(owned) : nullptr;
 }
 
 }  // namespace
@@ -191,8 +123,12 @@ std::string OidName(Octets content) {
 
 std::string TimeText(uint32_t tag, Octets content) {
   const std::string_view text(reinterpret_cast<const char*>(content.data()), content.size());
-  if (const auto time = ReadableTime(tag, text)) return *time;
-  return Concat(Printable(text), " (not a valid time)");
+  if (!IsPlainTime(tag, text)) return Concat(Printable(text), " (not a time as certificates have it)");
+  const OwnedTime time = ReadTime(tag, content);
+  const std::string year = time != nullptr ? Padded(time->year, 4) : std::string(text.substr(0, text.size() - 11));
+  const std::string_view rest = text.substr(text.size() - 11);
+  return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), ' ', rest.substr(4, 2), ':', rest.substr(6, 2),
+                ':', rest.substr(8, 2), " UTC", time != nullptr ? "" : " (out of range)");
 }
 
 }  // namespace tool

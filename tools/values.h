@@ -30,8 +30,8 @@ std::optional<std::string> DottedText(Octets content);
 // The name of the object identifier where it is known, else its dotted text, else its octets with a remark.
 std::string OidName(Octets content);
 
-// A UTCTime or GeneralizedTime as `2026-11-21 12:00:00 UTC`, whatever its zone. What is no such time is given as it is
-// written, with a remark.
+// A UTCTime or GeneralizedTime as `2026-11-21 12:00:00 UTC`. One that the library does not take, such as a time beyond
+// the year 2100, gets a remark; one in another form than certificates may have is given as it is written.
 std::string TimeText(uint32_t tag, Octets content);
 
 }  // namespace tool
