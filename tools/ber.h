@@ -1,6 +1,5 @@
 // The elements of a BER encoding, one after the other, and the place where an encoding breaks.
-#ifndef TESSEL_TOOLS_BER_H
-#define TESSEL_TOOLS_BER_H
+#pragma once
 
 #include <cstdint>
 #include <deque>
@@ -91,5 +90,3 @@ struct Base128 {
 std::optional<Base128> TakeBase128(Octets& octets);
 
 }  // namespace tool
-
-#endif

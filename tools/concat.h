@@ -1,6 +1,5 @@
 // Texts put together from parts.
-#ifndef TESSEL_TOOLS_CONCAT_H
-#define TESSEL_TOOLS_CONCAT_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -32,5 +31,3 @@ std::string Concat(const Parts&... parts) {
 inline std::string OctetCount(size_t count) { return Concat(count, count == 1 ? " octet" : " octets"); }
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // The files that the user names, and the encodings in them.
-#ifndef TESSEL_TOOLS_INPUT_H
-#define TESSEL_TOOLS_INPUT_H
+#pragma once
 
 #include <optional>
 #include <string>
@@ -24,5 +23,3 @@ using InputHandler = bool (*)(const Input& input);
 bool HandleFile(const char* name, InputHandler handle);
 
 }  // namespace tool
-
-#endif

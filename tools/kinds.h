@@ -1,6 +1,5 @@
 // The kinds of objects that `tessel show` knows.
-#ifndef TESSEL_TOOLS_KINDS_H
-#define TESSEL_TOOLS_KINDS_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -25,5 +24,3 @@ struct Kind {
 std::span<const Kind> Kinds();
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // Names of the object identifiers that people meet in certificates.
-#ifndef TESSEL_TOOLS_KNOWN_OIDS_H
-#define TESSEL_TOOLS_KNOWN_OIDS_H
+#pragma once
 
 #include <string_view>
 
@@ -11,5 +10,3 @@ namespace tool {
 std::string_view KnownName(std::string_view dotted);
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // Reading the nodes of a decoded object. Any member may be absent, so every reader takes null and passes it on.
-#ifndef TESSEL_TOOLS_NODES_H
-#define TESSEL_TOOLS_NODES_H
+#pragma once
 
 #include <cstddef>
 #include <cstring>
@@ -49,5 +48,3 @@ inline Octets Content(const void* value) { return ContentOf<Asn1Value>(value); }
 inline Octets BitStringContent(const void* bits) { return ContentOf<Asn1BitString>(bits); }
 
 }  // namespace tool
-
-#endif

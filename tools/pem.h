@@ -1,6 +1,5 @@
 // PEM: base64 blocks between marker lines, with other text around them (RFC 7468).
-#ifndef TESSEL_TOOLS_PEM_H
-#define TESSEL_TOOLS_PEM_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -43,5 +42,3 @@ class PemReader {
 };
 
 }  // namespace tool
-
-#endif

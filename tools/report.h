@@ -1,6 +1,5 @@
 // Where the tool's output goes: results to standard output, errors to standard error.
-#ifndef TESSEL_TOOLS_REPORT_H
-#define TESSEL_TOOLS_REPORT_H
+#pragma once
 
 #include <string_view>
 
@@ -21,5 +20,3 @@ void ReportError(std::string_view where, std::string_view reason);
 bool FinishOutput();
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // `tessel show`: an object in a layout for people.
-#ifndef TESSEL_TOOLS_SHOW_H
-#define TESSEL_TOOLS_SHOW_H
+#pragma once
 
 #include "input.h"
 
@@ -9,5 +8,3 @@ namespace tool {
 bool ShowObject(const Input& input);
 
 }  // namespace tool
-
-#endif

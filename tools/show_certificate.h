@@ -1,6 +1,5 @@
 // How a certificate is shown.
-#ifndef TESSEL_TOOLS_SHOW_CERTIFICATE_H
-#define TESSEL_TOOLS_SHOW_CERTIFICATE_H
+#pragma once
 
 namespace tool {
 
@@ -8,5 +7,3 @@ namespace tool {
 void PrintCertificate(const void* certificate);
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // The parts that several kinds of objects share, as text for people. All take null for an absent part.
-#ifndef TESSEL_TOOLS_SHOW_PARTS_H
-#define TESSEL_TOOLS_SHOW_PARTS_H
+#pragma once
 
 #include <string>
 
@@ -22,5 +21,3 @@ std::string PublicKeyText(const void* subjectPublicKeyInfo);
 void PrintExtensions(const void* extensions);
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // What the library's statuses mean, for people.
-#ifndef TESSEL_TOOLS_STATUS_TEXT_H
-#define TESSEL_TOOLS_STATUS_TEXT_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -10,5 +9,3 @@ namespace tool {
 std::string StatusText(uint32_t status);
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // Octets and character strings as text that is safe to print.
-#ifndef TESSEL_TOOLS_TEXT_H
-#define TESSEL_TOOLS_TEXT_H
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -35,5 +34,3 @@ std::string EscapeText(std::u32string_view text, Escape escape);
 std::string Printable(std::string_view text);
 
 }  // namespace tool
-
-#endif

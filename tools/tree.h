@@ -1,6 +1,5 @@
 // `tessel tree`: the elements of any BER encoding.
-#ifndef TESSEL_TOOLS_TREE_H
-#define TESSEL_TOOLS_TREE_H
+#pragma once
 
 #include "input.h"
 
@@ -9,5 +8,3 @@ namespace tool {
 bool ShowTree(const Input& input);
 
 }  // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // Content octets of primitive types as text for people.
-#ifndef TESSEL_TOOLS_VALUES_H
-#define TESSEL_TOOLS_VALUES_H
+#pragma once
 
 #include <cstdint>
 #include <optional>
@@ -35,5 +34,3 @@ std::string OidName(Octets content);
 std::string TimeText(uint32_t tag, Octets content);
 
 }  // namespace tool
-
-#endif
