@@ -24,6 +24,7 @@
 #define TESSEL_TESSEL_H
 
 #include "tessel/algorithms.h"
+#include "tessel/base64.h"
 #include "tessel/certificate.h"
 #include "tessel/choices.h"
 #include "tessel/decoder.h"
@@ -37,6 +38,7 @@
 #include "tessel/oid.h"
 #include "tessel/platform.h"
 #include "tessel/primitives.h"
+#include "tessel/sha1.h"
 #include "tessel/status.h"
 #include "tessel/text.h"
 #include "tessel/time.h"

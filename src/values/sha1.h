@@ -1,0 +1,30 @@
+// SHA-1 (FIPS 180-4), which key identifiers are made with. Nothing here relies on it being hard to forge.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "engine/memory.h"
+
+namespace tessel {
+
+using Sha1Digest = std::array<uint8_t, 20>;
+
+Sha1Digest Sha1(Octets data);
+
+// Below it, ways to compress whole blocks into the state.
+inline constexpr size_t kSha1BlockSize = 64;
+using Sha1State = std::array<uint32_t, 5>;
+using Sha1Compression = void(Sha1State& state, const uint8_t* blocks, size_t count);
+
+// On any processor.
+Sha1Compression CompressSha1Portably;
+
+// By the SHA instructions of the x86 processor that this runs on; null when it has none. Asks the processor, which
+// takes a while.
+Sha1Compression* FindSha1Instructions();
+
+Sha1Digest Sha1By(Sha1Compression& compress, Octets data);
+
+}  // namespace tessel
