@@ -392,9 +392,9 @@ TEST_F(ToolTest, ErrorsAreToldAndTheOtherInputsAreShown) {
       "missing: cannot be opened: No such file or directory",
       ".: cannot be read: Is a directory",
       "cut.pem: certificate 1 (line 2): the END line is missing",
-      "many.pem: certificate 1 (line 1): line 2: '!' is no base64 character here",
-      "many.pem: certificate 2 (line 4): line 7: the base64 text is incomplete",
-      "many.pem: certificate 3 (line 8): line 10: 'M' is no base64 character here",
+      "many.pem: certificate 1 (line 1): the text between the marker lines is not Base64",
+      "many.pem: certificate 2 (line 4): the text between the marker lines is not Base64",
+      "many.pem: certificate 3 (line 8): the text between the marker lines is not Base64",
       "many.pem: certificate 4 (line 12): the block is empty",
       "many.pem: certificate 5 (line 14): line 16: another block begins before the END line",
       ("many.pem: certificate 6 (line 16): offset 0: an element is malformed or missing: the content of 3 octets runs "

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "concat.h"
+#include "tessel/tessel.h"
 #include "text.h"
 
 namespace tool {
@@ -36,49 +37,16 @@ bool IsText(char c) {
   return octet >= 0x20 || c == '\t' || c == '\r';
 }
 
-// The six bits that a base64 character stands for.
-std::optional<uint32_t> Base64Bits(char c) {
-  if (c >= 'A' && c <= 'Z') return static_cast<uint32_t>(c - 'A');
-  if (c >= 'a' && c <= 'z') return static_cast<uint32_t>(c - 'a') + 26;
-  if (c >= '0' && c <= '9') return static_cast<uint32_t>(c - '0') + 52;
-  if (c == '+') return 62;
-  if (c == '/') return 63;
-  return std::nullopt;
+bool IsBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
+
+// Decodes a block that ends before its END line. False when what follows its BEGIN line is not Base64.
+bool Decode(std::string_view block, std::vector<uint8_t>& octets) {
+  const auto size = static_cast<uint32_t>(block.size());
+  uint32_t length = 0;
+  if (DecodePem(block.data(), size, nullptr, &length) != TESSEL_OK) return false;
+  octets.resize(length);
+  return DecodePem(block.data(), size, octets.data(), &length) == TESSEL_OK;
 }
-
-// Decodes base64 as it comes, in any division into lines.
-class Base64Decoder {
- public:
-  explicit Base64Decoder(std::vector<uint8_t>& out) : out_(out) {}
-
-  // What is wrong with the line; empty when nothing is.
-  std::string Feed(std::string_view line) {
-    for (const char c : line) {
-      if (!Take(c)) return Concat("'", Printable({&c, 1}), "' is no base64 character here");
-    }
-    return {};
-  }
-
-  [[nodiscard]] bool Complete() const { return (characters_ + padding_) % 4 == 0; }
-
- private:
-  bool Take(char c) {
-    if (c == '=') {
-      ++padding_;
-      return characters_ % 4 >= 2 && characters_ % 4 + padding_ <= 4;
-    }
-    const std::optional<uint32_t> bits = Base64Bits(c);
-    if (!bits || padding_ != 0) return false;
-    group_ = group_ << 6 | *bits;
-    if (++characters_ % 4 != 1) out_.push_back(static_cast<uint8_t>(group_ >> (4 - characters_ % 4) % 4 * 2));
-    return true;
-  }
-
-  std::vector<uint8_t>& out_;
-  uint32_t group_ = 0;
-  size_t characters_ = 0;
-  size_t padding_ = 0;
-};
 
 }  // namespace
 
@@ -107,26 +75,26 @@ bool PemReader::Next(PemBlock& block) {
     const std::optional<std::string_view> label = MarkerLabel(Line(), kBegin);
     if (!label) continue;
     block = PemBlock{*label, ++counts_[*label], line_, {}, {}};
-    SkipLine();
-    ReadBody(block);
+    ReadBlock(block);
     return true;
   }
   return false;
 }
 
-void PemReader::ReadBody(PemBlock& block) {
-  Base64Decoder decoder(block.octets);
+void PemReader::ReadBlock(PemBlock& block) {
+  const std::string_view fromBegin = text_;
+  SkipLine();
+  const size_t beginSize = fromBegin.size() - text_.size();
   const auto problemHere = [&](std::string_view what) { block.problem = Concat("line ", line_, ": ", what); };
   for (; !AtEnd(); SkipLine()) {
     const std::string_view line = Line();
     if (MarkerLabel(line, kBegin)) return problemHere("another block begins before the END line");
-    if (line.starts_with(kEnd)) {
-      if (MarkerLabel(line, kEnd) != block.label) return problemHere("the END line does not fit the BEGIN line");
-      if (!decoder.Complete()) return problemHere("the base64 text is incomplete");
-      return;
-    }
-    const std::string wrong = decoder.Feed(line);
-    if (!wrong.empty()) return problemHere(wrong);
+    if (!line.starts_with(kEnd)) continue;
+    if (MarkerLabel(line, kEnd) != block.label) return problemHere("the END line does not fit the BEGIN line");
+    const std::string_view untilEnd = fromBegin.substr(0, fromBegin.size() - text_.size());
+    if (IsBlank(untilEnd.substr(beginSize)) || Decode(untilEnd, block.octets)) return;
+    block.problem = "the text between the marker lines is not Base64";
+    return;
   }
   block.problem = "the END line is missing";
 }

@@ -34,7 +34,8 @@ class PemReader {
   [[nodiscard]] std::string_view Line() const;
   [[nodiscard]] bool AtEnd() const { return text_.empty(); }
   void SkipLine();
-  void ReadBody(PemBlock& block);
+  // Reads the block whose BEGIN line is at the reader's place.
+  void ReadBlock(PemBlock& block);
 
   std::string_view text_;  // what has not been read yet
   size_t line_ = 1;

@@ -30,6 +30,9 @@ c++ -std=c++11 -Wall -Wextra -Wpedantic -Werror "$here/read_certificate.cpp" -o 
 run "$work/c" "$work/cpp"
 unset LD_LIBRARY_PATH
 
+# The library depends on nothing but the C library.
+if readelf -d "$library/libtessel.so" | grep NEEDED | grep -v 'libc\.so'; then exit 1; fi
+
 "$prefix/bin/tessel" show "$work/certificate.der" | grep -q "Serial"
 
 # The README shows the same program.
