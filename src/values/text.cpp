@@ -73,7 +73,7 @@ uint32_t TESSEL_CALL ConvertAnsiToUTF8(const char* text, char* buffer, uint32_t*
   if (text == nullptr || buffer == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const uint32_t capacity = *length;
   const std::string_view ansi(text);
-  *length = static_cast<uint32_t>(2 * ansi.size() + 2 * kSpareOctets);
+  *length = static_cast<uint32_t>(2 * (ansi.size() + kSpareOctets));
   if (capacity == 0) return Fail(TESSEL_BUFFER_TOO_SMALL);
   uint32_t written = 0;
   for (const char c : ansi) {
