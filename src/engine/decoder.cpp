@@ -116,13 +116,13 @@ uint32_t FindAlternative(const Asn1Item& item, const Header& header) {
 Status Decoder::Tagged(const Asn1Item& item, Octets input, Tagging tagging, Decoded& found) {
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return status;
+  // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
+  if (StartsWithEndOfContents(input)) return Absent(item, tagging, found);
   if (item.kind == TESSEL_KIND_CHOICE) {
     const uint32_t index = FindAlternative(item, header);
     return index < item.memberCount ? Alternative(item, input, index, found) : Absent(item, tagging, found);
   }
-  if (item.kind == TESSEL_KIND_ANY) {
-    return StartsWithEndOfContents(input) ? Absent(item, tagging, found) : OpenValue(input, header, found);
-  }
+  if (item.kind == TESSEL_KIND_ANY) return OpenValue(input, header, found);
 
   const bool own = tagging == Tagging::kOwn;
   const bool matches =

@@ -170,6 +170,8 @@ TEST(Decoder, ReadsOpenValues) {
       {kAny, "02 02 05", TESSEL_MALFORMED},
       {kAny, "00 00", TESSEL_MALFORMED},
       {kOptionalAny, "00 00", 0, 0, nullptr},
+      {kTagZero, "00 01 41", 0, 3, "00 01 41"},
+      {kTagZero, "00 00", TESSEL_MALFORMED},
       {kAny, "30 80 30 80 00 00", TESSEL_INDEFINITE_LENGTH},
       {kAny, "30 80", TESSEL_INDEFINITE_LENGTH},
       {kAny, "30 80 02", TESSEL_MALFORMED},

@@ -19,6 +19,7 @@ inline constexpr auto kOptionalExplicitInteger = Optional<Explicit<0, kInteger>>
 inline constexpr auto kOptionalAny = Optional<kAny>;
 inline constexpr auto kExplicitAny = Explicit<0, kAny>;
 inline constexpr Asn1Item kExplicitWithoutTag = Plain(TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT, TESSEL_KIND_INTEGER);
+inline constexpr Asn1Item kTagZero = Plain(0, TESSEL_KIND_OCTET_STRING, 0);
 inline constexpr Asn1Item kUnknownPrimitive = Plain(0, 7);
 inline constexpr Asn1Item kUnknownConstructed = Plain(TESSEL_FLAG_CONSTRUCTED, 7);
 
