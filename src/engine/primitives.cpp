@@ -83,7 +83,7 @@ Status SetNamedBits(Asn1BitString* bits, uint32_t flags) {
 using namespace tessel;
 
 uint32_t TESSEL_CALL GetAsn1Value(const Asn1Value* value, uint8_t* buffer, uint32_t* length) {
-  if (value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (value == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   if (value->data == nullptr && value->length != 0) return Fail(TESSEL_ABSENT);
   return Deliver(ContentOf(*value), buffer, length);
 }

@@ -61,7 +61,7 @@ TEST(Primitives, ValuesAreReadAsStored) {
   const Asn1BitString noBits{0, 0, nullptr};
   EXPECT_EQ(TESSEL_ABSENT, GetAsn1BitString(&noBits, nullptr, nullptr, &length));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1Value(nullptr, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1Value(&empty, nullptr, nullptr));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1Value(&hollow, nullptr, nullptr));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1BitString(&noBits, nullptr, nullptr, nullptr));
 }
 
