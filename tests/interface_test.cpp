@@ -42,7 +42,7 @@ TEST(Interface, LibraryExportsJustTheListedNames) {
 // The name in "TESSEL_API uint32_t TESSEL_CALL Name(...)" or "TESSEL_API extern const Asn1Item Name".
 std::string DeclaredName(std::string_view declaration) {
   declaration = declaration.substr(0, declaration.find('('));
-  return std::string(declaration.substr(declaration.find_last_of(" *") + 1));
+  return std::string(declaration.substr(declaration.find_last_of(" *\n") + 1));
 }
 
 // The declaration stands in a block that begins with a comment. A comment over several declarations names each, or the

@@ -18,8 +18,7 @@
  * A free function accepts null.
  *
  * Threads. The library keeps no state but the place of the last failure and, for adding days to a time, the length of
- * February. One object must not be used by two threads at
- * a time; different objects can be. */
+ * February. One object must not be used by two threads at a time; different objects can be. */
 #ifndef TESSEL_TESSEL_H
 #define TESSEL_TESSEL_H
 
@@ -30,7 +29,10 @@
 #include "tessel/decoder.h"
 #include "tessel/descriptor.h"
 #include "tessel/encoder.h"
+#include "tessel/extension_lists.h"
+#include "tessel/extension_values.h"
 #include "tessel/extensions.h"
+#include "tessel/key_identifiers.h"
 #include "tessel/lifecycle.h"
 #include "tessel/lists.h"
 #include "tessel/names.h"

@@ -53,6 +53,8 @@ inline constexpr auto kBitString = Primitive<Asn1BitString>(TESSEL_KIND_BIT_STRI
 inline constexpr auto kOctetString = Primitive<Asn1Value>(TESSEL_KIND_OCTET_STRING);
 inline constexpr auto kNull = Primitive<Asn1Value>(TESSEL_KIND_NULL);
 inline constexpr auto kOid = Primitive<Asn1Oid>(TESSEL_KIND_OBJECT_IDENTIFIER);
+inline constexpr auto kUtf8String = Primitive<Asn1Value>(TESSEL_KIND_UTF8_STRING);
+inline constexpr auto kIa5String = Primitive<Asn1Value>(TESSEL_KIND_IA5_STRING);
 inline constexpr auto kEnumerated = Primitive<Asn1Value>(TESSEL_KIND_ENUMERATED);
 inline constexpr auto kUtcTime = Primitive<Asn1Value>(TESSEL_KIND_UTC_TIME);
 inline constexpr auto kGeneralizedTime = Primitive<Asn1Value>(TESSEL_KIND_GENERALIZED_TIME);
@@ -120,6 +122,10 @@ struct MemberRow {
 // One row of a SEQUENCE. The member must point to the node type of its item.
 template <auto memberPointer, const auto& memberItem>
 inline constexpr MemberRow<memberPointer, memberItem> Member{};
+
+// For an open value that is always constructed, under a tag of its own.
+template <const auto& item>
+inline constexpr auto AlwaysConstructed = detail::WithFlags(item, TESSEL_FLAG_CONSTRUCTED);
 
 namespace detail {
 

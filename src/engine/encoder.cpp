@@ -264,6 +264,12 @@ Status EncodeTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint3
   return WriteTree(item, node, buffer, length);
 }
 
+Status Encoding::Make(const Asn1Item& item, const void* node) {
+  if (Status status = MeasureTree(item, node, length_); status.Failed()) return status;
+  block_.reset(static_cast<uint8_t*>(AllocateOctets(length_)));
+  return block_ == nullptr ? Fail(TESSEL_OUT_OF_MEMORY) : WriteTree(item, node, block_.get(), length_);
+}
+
 }  // namespace tessel
 
 using namespace tessel;

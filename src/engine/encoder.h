@@ -1,6 +1,7 @@
 // From a tree to DER.
 #pragma once
 
+#include "engine/memory.h"
 #include "engine/status.h"
 #include "tessel/encoder.h"
 
@@ -14,5 +15,16 @@ Status WriteTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32
 
 // Encodes into the caller's buffer, whose capacity `length` holds and whose needed length it receives.
 Status EncodeTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t& length);
+
+// The encoding of a tree in a block of its own.
+class Encoding {
+ public:
+  Status Make(const Asn1Item& item, const void* node);
+  [[nodiscard]] Octets Get() const { return {block_.get(), length_}; }
+
+ private:
+  Scratch<uint8_t> block_;
+  uint32_t length_ = 0;
+};
 
 }  // namespace tessel

@@ -11,10 +11,17 @@
 namespace tessel {
 namespace {
 
-// What the first block of a new tree holds beside its root.
-constexpr size_t kRoomForMembers = 1024;
+// What the first block of a new tree holds beside its root: by a guess, since the tree is not measured.
+constexpr size_t kRoomForTree = 1024;
+constexpr size_t kRoomForLeaf = 64;
 
-size_t RoomBeside(const Asn1Item& item) { return ShapeOf(item) == Shape::kSlotsNode ? kRoomForMembers : 0; }
+size_t RoomBeside(const Asn1Item& item) {
+  if (ShapeOf(item) != Shape::kSlotsNode) return 0;
+  for (uint32_t i = 0; i < item.memberCount; ++i) {
+    if (ShapeOf(*item.members[i]) == Shape::kSlotsNode) return kRoomForTree;
+  }
+  return item.memberCount * kRoomForLeaf;
+}
 
 template <class Node>
 Status Place(Pool& pool, const Node& value, void*& node) {

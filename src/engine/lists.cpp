@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "engine/codec.h"
 #include "engine/nodes.h"
@@ -33,21 +32,6 @@ Status Grow(Asn1List& list) {
   return Status();
 }
 
-// An item's encoding in a block of its own.
-struct Encoding {
-  Scratch<uint8_t> block;
-  uint32_t length = 0;
-
-  Status Make(const Asn1Item& item, const void* node) {
-    if (Status status = MeasureTree(item, node, length); status.Failed()) return status;
-    block.reset(static_cast<uint8_t*>(AllocateOctets(length)));
-    return block == nullptr ? Fail(TESSEL_OUT_OF_MEMORY) : WriteTree(item, node, block.get(), length);
-  }
-  [[nodiscard]] bool Equals(const Encoding& other) const {
-    return length == other.length && std::memcmp(block.get(), other.block.get(), length) == 0;
-  }
-};
-
 }  // namespace
 
 Status AppendTo(Asn1List& list, void* item) {
@@ -73,7 +57,7 @@ Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item) {
   for (uint32_t i = 0; i < list.count; ++i) {
     Encoding present;
     if (Status status = present.Make(element, list.items[i]); status.Failed()) return status;
-    if (present.Equals(encoding)) return Fail(TESSEL_ALREADY_PRESENT);
+    if (std::ranges::equal(present.Get(), encoding.Get())) return Fail(TESSEL_ALREADY_PRESENT);
   }
   return AppendTo(list, item);
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
+#include "engine/codec.h"
 #include "engine/descriptor.h"
 #include "engine/memory.h"
 #include "engine/owned_tree.h"
+#include "engine/slot.h"
 #include "engine/status.h"
 #include "tessel/lists.h"
 #include "tessel/nodes.h"
@@ -47,6 +50,31 @@ Status AddNew(ListOf<Element>& list, OwnedTree<Element> element, Site at = {}) {
   Status status = AppendTo(list, element.Get());
   if (status.Ok()) static_cast<void>(element.Release());
   return status;
+}
+
+// Appends a copy of an element, which can be made of borrowed nodes.
+template <class Element>
+Status AddCopy(ListOf<Element>& list, const Item<Element>& item, const Element* source, Site at = {}) {
+  OwnedTree<Element> copy(item);
+  if (Status status = Copy(item, source, copy.Out(), at); status.Failed()) return status;
+  return AddNew(list, std::move(copy), at);
+}
+
+// The same with the list in a slot, which is made when there is none. When it fails the slot is as it was.
+template <class List, class Element>
+Status AddCopyTo(const Slot<List>& slot, const Item<List>& listItem, const Item<Element>& item, const Element* source) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  if (slot.Member() != nullptr) return AddCopy(*slot.Member(), item, source, slot.At());
+  OwnedTree<List> list(listItem);
+  if (Status status = Create(listItem, Leaves::kEmpty, list.Out()); status.Failed()) return status;
+  if (Status status = AddCopy(*list.Get(), item, source, slot.At()); status.Failed()) return status;
+  return Take(slot, listItem, list.Release());
+}
+
+// Releases the element at an index.
+template <class Element>
+Status RemoveElement(ListOf<Element>* list, const Item<Element>& item, uint32_t index, Site at = {}) {
+  return list == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : RemoveAt(*list, item, index, at);
 }
 
 inline Status GetCount(const Asn1List* list, uint32_t* count, Site at = {}) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
-#include "engine/codec.h"
 #include "engine/descriptor.h"
+#include "engine/lists.h"
+#include "engine/slot.h"
 #include "engine/status.h"
 
 namespace tessel {
@@ -15,31 +17,30 @@ class Path {
   using Root = decltype(detail::StructOf(first));
 
  public:
-  // The last member. A null root is TESSEL_INVALID_ARGUMENT, a null member on the way TESSEL_ABSENT.
-  template <class Node>
-  static Status Reach(const Root* root, Node*& node, Site at = {}) {
-    if (root == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-    return Step<Node, first, rest...>(root, node, at);
+  // The slot of the last member. Unreachable: a null root is TESSEL_INVALID_ARGUMENT, a null member on the way
+  // TESSEL_ABSENT. Functions that only read have a const root; all they do with the slot is to load it.
+  static auto In(const Root* root, Site at = {}) {
+    return Step<first, rest...>(const_cast<Root*>(root), root == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : Status(),
+                                at);
   }
 
-  // The encoding of the last member, in the caller's buffer.
-  template <class Node>
-  static Status Encode(const Item<Node>& item, const Root* root, uint8_t* buffer, uint32_t* length, Site at = {}) {
-    Node* node = nullptr;
-    if (Status status = Reach(root, node, at); status.Failed()) return status;
-    return tessel::Encode(item, node, buffer, length, at);
+  // The same in an element of a list. Unreachable also as GetElement tells.
+  static auto InElement(const ListOf<Root>* list, uint32_t index, Site at = {}) {
+    Root* element = nullptr;
+    Status status = GetElement(list, index, &element, at);
+    return Step<first, rest...>(element, status, at);
   }
 
  private:
-  template <class Node, auto member, auto... further, class Struct>
-  static Status Step(const Struct* parent, Node*& node, Site at) {
-    auto* child = parent->*member;
-    if (child == nullptr) return Fail(TESSEL_ABSENT, at);
+  template <auto member, auto... further, class Struct>
+  static auto Step(Struct* parent, Status status, Site at) {
+    using Child = std::remove_pointer_t<std::remove_reference_t<decltype(parent->*member)>>;
     if constexpr (sizeof...(further) == 0) {
-      node = child;
-      return Status();
+      return status.Failed() ? Slot<Child>(status, at) : Slot<Child>(parent->*member, at);
     } else {
-      return Step<Node, further...>(child, node, at);
+      Child* child = status.Failed() ? nullptr : parent->*member;
+      if (status.Ok() && child == nullptr) status = Fail(TESSEL_ABSENT, at);
+      return Step<further...>(child, status, at);
     }
   }
 };

@@ -1,9 +1,9 @@
 #include "engine/primitives.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
+#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
@@ -11,12 +11,6 @@
 
 namespace tessel {
 namespace {
-
-// The octets of a number from the least to the most significant.
-std::array<uint8_t, 4> LittleEndian(uint32_t number) {
-  return {static_cast<uint8_t>(number), static_cast<uint8_t>(number >> 8), static_cast<uint8_t>(number >> 16),
-          static_cast<uint8_t>(number >> 24)};
-}
 
 // A copy of the octets in a block of their own; null for none. False when there is no memory.
 bool CopyOctets(Octets octets, uint8_t*& copy) {
@@ -43,6 +37,37 @@ Status PlainType(uint32_t tag, Item<Asn1Value>& item) {
 
 }  // namespace
 
+Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Site at) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (value.data == nullptr && value.length != 0) return Fail(TESSEL_ABSENT, at);
+  return Deliver(ContentOf(value), buffer, length, at);
+}
+
+Status ReadInt32(const Asn1Value& value, int32_t* number, Site at) {
+  if (number == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (value.data == nullptr) return Fail(TESSEL_ABSENT, at);
+  const Octets content = ContentOf(value);
+  if (content.size() > sizeof *number) return Fail(TESSEL_BUFFER_TOO_SMALL, at);
+  uint32_t bits = !content.empty() && (content[0] & 0x80) != 0 ? UINT32_MAX : 0;
+  for (const uint8_t octet : content) bits = bits << 8 | octet;
+  *number = static_cast<int32_t>(bits);
+  return Status();
+}
+
+Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Site at) {
+  if (flag == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (!IsBooleanContent(ContentOf(value))) return Fail(TESSEL_INVALID_CONTENT, at);
+  *flag = value.data[0] != 0 ? 1 : 0;
+  return Status();
+}
+
+Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused, Site at) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (bits.data == nullptr) return Fail(TESSEL_ABSENT, at);
+  if (unused != nullptr) *unused = static_cast<uint8_t>(bits.unused);
+  return Deliver(ContentOf(bits), buffer, length, at);
+}
+
 Asn1Value* NewValue(uint32_t tag, Octets content) {
   void* node = nullptr;
   if (CreateTree(kInteger, node, Leaves::kEmpty).Failed()) return nullptr;
@@ -60,22 +85,15 @@ Status SetContent(Asn1Value& value, uint32_t tag, Octets content) {
   return Status();
 }
 
-Status SetBits(Asn1BitString* bits, const uint8_t* octets, uint32_t length, uint8_t unused, TrailingZeros zeros) {
+Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Site at) {
   constexpr uint8_t kMostUnusedBits = 7;
-  if (bits == nullptr || octets == nullptr || unused > kMostUnusedBits) return Fail(TESSEL_INVALID_ARGUMENT);
-  BitCount count{length, length == 0 ? uint8_t{0} : unused};
-  if (zeros == TrailingZeros::kTrimmed) count = WithoutTrailingZeros({octets, length}, unused);
+  if (octets == nullptr || unused > kMostUnusedBits) return Fail(TESSEL_INVALID_ARGUMENT, at);
   uint8_t* copy = nullptr;
-  if (!CopyOctets({octets, count.length}, copy)) return Fail(TESSEL_OUT_OF_MEMORY);
-  if (copy != nullptr) copy[count.length - 1] &= static_cast<uint8_t>(0xFF << count.unused);
-  Replace(*bits, copy, count.length);
-  bits->unused = count.unused;
+  if (!CopyOctets({octets, length}, copy)) return Fail(TESSEL_OUT_OF_MEMORY, at);
+  if (copy != nullptr) copy[length - 1] &= static_cast<uint8_t>(0xFF << unused);
+  Replace(bits, copy, length);
+  bits.unused = copy == nullptr ? 0 : unused;
   return Status();
-}
-
-Status SetNamedBits(Asn1BitString* bits, uint32_t flags) {
-  const std::array<uint8_t, 4> octets = LittleEndian(flags);
-  return SetBits(bits, octets.data(), octets.size(), 0, TrailingZeros::kTrimmed);
 }
 
 }  // namespace tessel
@@ -83,9 +101,7 @@ Status SetNamedBits(Asn1BitString* bits, uint32_t flags) {
 using namespace tessel;
 
 uint32_t TESSEL_CALL GetAsn1Value(const Asn1Value* value, uint8_t* buffer, uint32_t* length) {
-  if (value == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (value->data == nullptr && value->length != 0) return Fail(TESSEL_ABSENT);
-  return Deliver(ContentOf(*value), buffer, length);
+  return value == nullptr ? Fail(TESSEL_INVALID_ARGUMENT) : ReadValue(*value, buffer, length);
 }
 
 uint32_t TESSEL_CALL GetAsn1ValueAndType(const Asn1Value* value, uint32_t* type, uint8_t* buffer, uint32_t* length) {
@@ -114,28 +130,15 @@ uint32_t TESSEL_CALL GetAsn1Integer(const Asn1Value* value, uint8_t* buffer, uin
 }
 
 uint32_t TESSEL_CALL GetAsn1Int32(const Asn1Value* value, int32_t* number) {
-  if (value == nullptr || number == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (value->data == nullptr) return Fail(TESSEL_ABSENT);
-  const Octets content = ContentOf(*value);
-  if (content.size() > sizeof *number) return Fail(TESSEL_BUFFER_TOO_SMALL);
-  uint32_t bits = !content.empty() && (content[0] & 0x80) != 0 ? UINT32_MAX : 0;
-  for (const uint8_t octet : content) bits = bits << 8 | octet;
-  *number = static_cast<int32_t>(bits);
-  return Status();
+  return value == nullptr ? Fail(TESSEL_INVALID_ARGUMENT) : ReadInt32(*value, number);
 }
 
 uint32_t TESSEL_CALL GetAsn1Boolean(const Asn1Value* value, uint32_t* flag) {
-  if (value == nullptr || flag == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (!IsBooleanContent(ContentOf(*value))) return Fail(TESSEL_INVALID_CONTENT);
-  *flag = value->data[0] != 0 ? 1 : 0;
-  return Status();
+  return value == nullptr ? Fail(TESSEL_INVALID_ARGUMENT) : ReadBoolean(*value, flag);
 }
 
 uint32_t TESSEL_CALL GetAsn1BitString(const Asn1BitString* bits, uint8_t* unused, uint8_t* buffer, uint32_t* length) {
-  if (bits == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (bits->data == nullptr) return Fail(TESSEL_ABSENT);
-  if (unused != nullptr) *unused = static_cast<uint8_t>(bits->unused);
-  return Deliver(ContentOf(*bits), buffer, length);
+  return bits == nullptr ? Fail(TESSEL_INVALID_ARGUMENT) : ReadBits(*bits, buffer, length, unused);
 }
 
 uint32_t TESSEL_CALL SetAsn1Integer(Asn1Value* value, const uint8_t* octets, uint32_t length) {
@@ -150,13 +153,13 @@ uint32_t TESSEL_CALL SetAsn1Integer(Asn1Value* value, const uint8_t* octets, uin
 }
 
 uint32_t TESSEL_CALL SetAsn1Int32(Asn1Value* value, int32_t number) {
-  const std::array<uint8_t, 4> octets = LittleEndian(static_cast<uint32_t>(number));
-  return SetAsn1Integer(value, octets.data(), octets.size());
+  if (value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const NumberNode source(TESSEL_KIND_INTEGER, number);
+  return SetContent(*value, TESSEL_KIND_INTEGER, ContentOf(source.Node()));
 }
 
 Asn1Value* TESSEL_CALL AllocAsn1Integer(int32_t number) {
-  OwnedTree value(kInteger, NewValue(TESSEL_KIND_INTEGER, {}));
-  return value.Get() != nullptr && SetAsn1Int32(value.Get(), number) == TESSEL_OK ? value.Release() : nullptr;
+  return NewValue(TESSEL_KIND_INTEGER, ContentOf(NumberNode(TESSEL_KIND_INTEGER, number).Node()));
 }
 
 Asn1Value* TESSEL_CALL AllocAsn1Integer_s(const uint8_t* octets, uint32_t length) {
@@ -181,9 +184,7 @@ uint32_t TESSEL_CALL CheckAsn1Integer(const Asn1Value* value) {
 }
 
 uint32_t TESSEL_CALL EncodeAsn1Int32(int32_t number, uint8_t* buffer, uint32_t* length) {
-  const OwnedTree value(kInteger, AllocAsn1Integer(number));
-  if (value.Get() == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  return Encode(kInteger, value.Get(), buffer, length);
+  return Encode(kInteger, &NumberNode(TESSEL_KIND_INTEGER, number).Node(), buffer, length);
 }
 
 uint32_t TESSEL_CALL DecodeAsn1Int32(const uint8_t* data, uint32_t size, int32_t* number) {
@@ -198,8 +199,7 @@ uint32_t TESSEL_CALL EncodeAsn1PrimitiveValue(uint32_t tag, const uint8_t* conte
   if (content == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Item<Asn1Value> item{};
   if (Status status = PlainType(tag, item); status.Failed()) return status;
-  // Only read, so the caller's own octets serve as the content.
-  const Asn1Value value{item.kind, size, const_cast<uint8_t*>(content)};
+  const Asn1Value value = Borrow(item.kind, {content, size});
   return Encode(item, &value, buffer, length);
 }
 

@@ -1,6 +1,7 @@
 // The contents of primitive values.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 #include "engine/memory.h"
@@ -20,6 +21,12 @@ inline bool IsIntegerContent(Octets content) {
   return content.size() == 1 || (content.size() > 1 && !IsRedundant(content[0], content[1]));
 }
 
+// As the exported functions of these names, GetAsn1..., on nodes that are there.
+Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Site at = {});
+Status ReadInt32(const Asn1Value& value, int32_t* number, Site at = {});
+Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Site at = {});
+Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr, Site at = {});
+
 // A new node with a copy of the content, or null when there is no memory.
 Asn1Value* NewValue(uint32_t tag, Octets content);
 
@@ -31,22 +38,15 @@ struct BitCount {
   uint32_t length = 0;
   uint8_t unused = 0;
 };
-inline BitCount WithoutTrailingZeros(Octets octets, uint8_t unused) {
-  for (size_t length = octets.size(); length > 0; --length, unused = 0) {
-    for (; unused < 8; ++unused) {
-      if ((octets[length - 1] >> unused & 1) != 0) return {static_cast<uint32_t>(length), unused};
-    }
+constexpr BitCount WithoutTrailingZeros(Octets octets) {
+  for (size_t length = octets.size(); length > 0; --length) {
+    if (octets[length - 1] == 0) continue;
+    return {static_cast<uint32_t>(length), static_cast<uint8_t>(std::countr_zero(octets[length - 1]))};
   }
   return {};
 }
 
-// Whether a string of bits ends with its last set bit, as named bits do (X.690, 11.2.2).
-enum class TrailingZeros : bool { kKept, kTrimmed };
-
 // Replaces the bits of a node by a copy. Unused bits become 0. When it fails the node is as it was.
-Status SetBits(Asn1BitString* bits, const uint8_t* octets, uint32_t length, uint8_t unused, TrailingZeros zeros);
-
-// The same for named bits held in a number: bit 7 is named bit 0, bit 0 named bit 7, bit 15 named bit 8.
-Status SetNamedBits(Asn1BitString* bits, uint32_t flags);
+Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Site at = {});
 
 }  // namespace tessel

@@ -26,16 +26,6 @@ Status Read(const Asn1Value* node, std::optional<Record> (*parse)(Octets), Recor
   return fields ? SetFields(time, *fields) : Fail(TESSEL_INVALID_CONTENT);
 }
 
-// Puts a copy into a member, in place of what it holds.
-template <class Node>
-Status Replace(const Item<Node>& item, Node*& member, const Node* source) {
-  Node* copy = nullptr;
-  if (Status status = Copy(item, source, &copy); status.Failed()) return status;
-  FreeTree(&item, member);
-  member = copy;
-  return Status();
-}
-
 template <class Node>
 Status DecodeAndRead(const Item<Node>& item, const uint8_t* data, uint32_t size, LibraryTime* time,
                      Status (*read)(const Node&, LibraryTime*, Site), Site at = {}) {
@@ -91,16 +81,16 @@ Status TimeNode::SetGeneralized(const LibraryPreciseTime* time, Site at) {
   return Hold(TESSEL_KIND_GENERALIZED_TIME, time, FormatPreciseTime, at);
 }
 
-Status StoreTime(const LibraryTime* time, Time*& member, Site at) {
-  TimeNode node;
-  if (Status status = node.Set(time, at); status.Failed()) return status;
-  return Replace(kTime, member, node.AsTime());
+Status GetTime(const Slot<Time>& slot, LibraryTime* time) {
+  Time* node = nullptr;
+  if (Status status = slot.Load(node); status.Failed()) return status;
+  return ReadTime(*node, time, slot.At());
 }
 
-Status StoreGeneralizedTime(const LibraryTime* time, Asn1Value*& member, Site at) {
+Status SetTime(const Slot<Time>& slot, const LibraryTime* time) {
   TimeNode node;
-  if (Status status = node.SetGeneralized(time, at); status.Failed()) return status;
-  return Replace(kGeneralizedTime, member, node.AsValue());
+  if (Status status = node.Set(time, slot.At()); status.Failed()) return status;
+  return Store(slot, kTime, static_cast<const Time*>(node.AsTime()));
 }
 
 }  // namespace tessel

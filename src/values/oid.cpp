@@ -144,28 +144,53 @@ Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Site at) {
   return status;
 }
 
-Asn1Oid* NewOid(const uint8_t* counted) {
-  return static_cast<Asn1Oid*>(NewValue(TESSEL_KIND_OBJECT_IDENTIFIER, OidContent(counted)));
+Status GetOid(const Slot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length) {
+  Asn1Oid* oid = nullptr;
+  if (Status status = slot.Load(oid); status.Failed()) return status;
+  return DeliverOid(ContentOf(*oid), buffer, length, slot.At());
 }
 
-Status FindId(OidTable table, const uint8_t* counted, uint32_t* id, Site at) {
-  if (counted == nullptr || id == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+Status SetOid(const Slot<Asn1Oid>& slot, const uint8_t* counted) {
+  if (counted == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
+  const Asn1Oid source = BorrowOid(counted);
+  return Store(slot, kOid, &source);
+}
+
+Status FindId(OidTable table, Octets content, uint32_t& id, Site at) {
   for (const OidRow& row : table) {
-    if (!std::ranges::equal(row.oid.Content(), OidContent(counted))) continue;
-    *id = row.id;
+    if (!std::ranges::equal(row.oid.Content(), content)) continue;
+    id = row.id;
     return Status();
   }
   return Fail(TESSEL_UNKNOWN_OID, at);
 }
 
-Status GetOid(OidTable table, uint32_t id, uint8_t* buffer, uint32_t* length, Site at) {
-  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Site at) {
   for (const OidRow& row : table) {
-    if (row.id == id) return DeliverOid(row.oid.Content(), buffer, length, at);
+    if (row.id != id) continue;
+    counted = row.oid.Data();
+    return Status();
   }
   return Fail(TESSEL_UNKNOWN_ID, at);
 }
 
+OidTable AlgorithmTable() { return kAlgorithms; }
+
+namespace {
+
+Status TellId(OidTable table, const uint8_t* counted, uint32_t* id, Site at = {}) {
+  if (counted == nullptr || id == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  return FindId(table, OidContent(counted), *id, at);
+}
+
+Status DeliverOidOf(OidTable table, uint32_t id, uint8_t* buffer, uint32_t* length, Site at = {}) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  const uint8_t* counted = nullptr;
+  if (Status status = FindOid(table, id, counted, at); status.Failed()) return status;
+  return DeliverOid(OidContent(counted), buffer, length, at);
+}
+
+}  // namespace
 }  // namespace tessel
 
 using namespace tessel;
@@ -221,15 +246,15 @@ uint32_t TESSEL_CALL IsOidAndAsn1ObjectIdentifierEquals(const uint8_t* oid, cons
 }
 
 uint32_t TESSEL_CALL FindNameAttributeTypeIdByOid(const uint8_t* oid, uint32_t* id) {
-  return FindId(kNameAttributeTypes, oid, id);
+  return TellId(kNameAttributeTypes, oid, id);
 }
 
 uint32_t TESSEL_CALL GetNameAttributeTypeOid(uint32_t id, uint8_t* buffer, uint32_t* length) {
-  return GetOid(kNameAttributeTypes, id, buffer, length);
+  return DeliverOidOf(kNameAttributeTypes, id, buffer, length);
 }
 
-uint32_t TESSEL_CALL FindAlgIdByOid(const uint8_t* oid, uint32_t* id) { return FindId(kAlgorithms, oid, id); }
+uint32_t TESSEL_CALL FindAlgIdByOid(const uint8_t* oid, uint32_t* id) { return TellId(kAlgorithms, oid, id); }
 
 uint32_t TESSEL_CALL GetPublicKeyAlgorithmOid(uint32_t id, uint8_t* buffer, uint32_t* length) {
-  return GetOid(kAlgorithms, id, buffer, length);
+  return DeliverOidOf(kAlgorithms, id, buffer, length);
 }

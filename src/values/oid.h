@@ -6,7 +6,9 @@
 #include <span>
 #include <string_view>
 
+#include "engine/borrowed.h"
 #include "engine/memory.h"
+#include "engine/slot.h"
 #include "engine/status.h"
 #include "tessel/nodes.h"
 #include "tessel/oid.h"
@@ -21,8 +23,14 @@ constexpr Octets OidContent(const uint8_t* counted) { return {counted + 1, count
 // Delivers content octets as a counted identifier. TESSEL_MALFORMED: there are more than can be counted.
 Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Site at = {});
 
-// A new node with the content of a counted identifier, or null when there is no memory.
-Asn1Oid* NewOid(const uint8_t* counted);
+// A member as a counted identifier. Setting always stores a new node.
+Status GetOid(const Slot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length);
+Status SetOid(const Slot<Asn1Oid>& slot, const uint8_t* counted);
+
+// A node that borrows the content of a counted identifier.
+constexpr Asn1Oid BorrowOid(const uint8_t* counted) {
+  return {Borrow(TESSEL_KIND_OBJECT_IDENTIFIER, OidContent(counted))};
+}
 
 // A counted identifier known when the library is compiled, written as text: Oid("2.5.4.3").
 struct CountedOid {
@@ -70,7 +78,10 @@ struct OidRow {
 };
 using OidTable = std::span<const OidRow>;
 
-Status FindId(OidTable table, const uint8_t* counted, uint32_t* id, Site at = {});
-Status GetOid(OidTable table, uint32_t id, uint8_t* buffer, uint32_t* length, Site at = {});
+Status FindId(OidTable table, Octets content, uint32_t& id, Site at = {});
+Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Site at = {});
+
+// As FindAlgIdByOid and GetPublicKeyAlgorithmOid have it.
+OidTable AlgorithmTable();
 
 }  // namespace tessel

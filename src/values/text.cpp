@@ -1,4 +1,4 @@
-#include "tessel/text.h"
+#include "values/text.h"
 
 #include <algorithm>
 #include <array>
@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "engine/buffer.h"
+#include "tessel/text.h"
 
 namespace tessel {
 namespace {
@@ -23,20 +24,24 @@ consteval Utf8 Encoded(uint32_t codePoint) {
   return {{static_cast<char>(0xE0 | codePoint >> 12), kTail(codePoint >> 6), kTail(codePoint)}, 3};
 }
 
-// Windows-1251 in UTF-8. The upper half is moved as one piece, so that the letters from 0xC0 on come right; below them
-// only those listed here have a place of their own.
+// The letters and signs that have a place of their own; the other letters follow each other.
+struct AnsiRow {
+  uint8_t ansi;
+  uint16_t codePoint;
+};
+constexpr AnsiRow kOwnPlaces[] = {{0xA8, 0x0401}, {0xB8, 0x0451}, {0xAA, 0x0404}, {0xBA, 0x0454}, {0xAF, 0x0407},
+                                  {0xBF, 0x0457}, {0xA1, 0x040E}, {0xA2, 0x045E}, {0xB0, 0x00B0}, {0xB7, 0x00B7},
+                                  {0xA4, 0x00A4}, {0x95, 0x2022}, {0xB9, 0x2116}};
+
+// What separates a letter's code point from its octet.
+constexpr uint32_t kLetterDistance = 848;
+
+// Windows-1251 in UTF-8. The upper half is moved as one piece, so that the letters from 0xC0 on come right.
 consteval std::array<Utf8, 256> MakeAnsiTable() {
   std::array<Utf8, 256> table{};
   for (uint32_t c = 0; c < 0x80; ++c) table[c] = Encoded(c);
-  for (uint32_t c = 0x80; c < 0x100; ++c) table[c] = Encoded(c + 848);
-  struct Row {
-    uint8_t ansi;
-    uint16_t codePoint;
-  };
-  constexpr Row kOwnPlaces[] = {{0xA8, 0x0401}, {0xB8, 0x0451}, {0xAA, 0x0404}, {0xBA, 0x0454}, {0xAF, 0x0407},
-                                {0xBF, 0x0457}, {0xA1, 0x040E}, {0xA2, 0x045E}, {0xB0, 0x00B0}, {0xB7, 0x00B7},
-                                {0xA4, 0x00A4}, {0x95, 0x2022}, {0xB9, 0x2116}};
-  for (const Row& row : kOwnPlaces) table[row.ansi] = Encoded(row.codePoint);
+  for (uint32_t c = 0x80; c < 0x100; ++c) table[c] = Encoded(c + kLetterDistance);
+  for (const AnsiRow& row : kOwnPlaces) table[row.ansi] = Encoded(row.codePoint);
   return table;
 }
 
@@ -64,7 +69,50 @@ Status Reverse(const uint8_t* signature, uint32_t size, uint8_t* buffer, uint32_
   return Deliver({reversed.data(), size}, buffer, length, at);
 }
 
+bool StartsWith(Octets octets, const Utf8& character) {
+  return octets.size() >= character.size &&
+         std::equal(octets.begin(), octets.begin() + character.size, character.octets.begin(),
+                    [](uint8_t octet, char c) { return octet == static_cast<uint8_t>(c); });
+}
+
+// The octet of a sequence of two: of Cyrillic ones the letter, of others what the same bits make.
+uint8_t AnsiOfPair(uint8_t lead, uint8_t continuation) {
+  const uint32_t codePoint = (lead >> 2 & 5U) << 8 | (lead & 3U) << 6 | (continuation & 0x3FU);
+  if (codePoint == 0x401) return 0xA8;
+  if (codePoint == 0x451) return 0xB8;
+  return static_cast<uint8_t>(codePoint - kLetterDistance);
+}
+
 }  // namespace
+
+bool TakeAnsi(Octets& utf8, AnsiRepertoire repertoire, uint8_t& ansi) {
+  while (!utf8.empty()) {
+    if (repertoire == AnsiRepertoire::kAll) {
+      for (const AnsiRow& row : kOwnPlaces) {
+        if (!StartsWith(utf8, kAnsiTable[row.ansi])) continue;
+        utf8 = utf8.subspan(kAnsiTable[row.ansi].size);
+        ansi = row.ansi;
+        return true;
+      }
+    }
+    const uint8_t first = utf8[0];
+    const bool isPair = (first & 0xE0) == 0xC0 && utf8.size() > 1;
+    if (first < 0x80) ansi = first;
+    if (isPair) ansi = AnsiOfPair(first, utf8[1]);
+    utf8 = utf8.subspan(isPair ? 2 : 1);
+    if (first < 0x80 || isPair) return true;
+  }
+  return false;
+}
+
+uint8_t AnsiOfUnit(uint16_t unit) {
+  if (unit < 0x100) return static_cast<uint8_t>(unit);
+  for (const AnsiRow& row : kOwnPlaces) {
+    if (row.codePoint == unit) return row.ansi;
+  }
+  return unit >= 0x400 && unit < 0x450 ? static_cast<uint8_t>(unit + 0xB0) : uint8_t{'?'};
+}
+
 }  // namespace tessel
 
 using namespace tessel;

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "engine/descriptor.h"
+#include "engine/slot.h"
 #include "engine/status.h"
 #include "tessel/nodes.h"
 #include "tessel/time.h"
@@ -54,9 +55,8 @@ class TimeNode {
   Time choice_{};
 };
 
-// Put a new node into the member of a tree, in place of the one that it holds, if any. After a failure, with the
-// statuses of TimeNode, the member is as it was.
-Status StoreTime(const LibraryTime* time, Time*& member, Site at = {});
-Status StoreGeneralizedTime(const LibraryTime* time, Asn1Value*& member, Site at = {});
+// Members. Setting stores a new node; the statuses are those of TimeNode.
+Status GetTime(const Slot<Time>& slot, LibraryTime* time);
+Status SetTime(const Slot<Time>& slot, const LibraryTime* time);
 
 }  // namespace tessel

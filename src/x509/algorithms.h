@@ -1,8 +1,11 @@
-// Algorithm identifiers and public keys (RFC 5280, 4.1.1.2 and 4.1.2.7).
+// Algorithm identifiers, public keys and the GOST R 34.10 parameters.
 #pragma once
 
 #include "engine/descriptor.h"
+#include "engine/slot.h"
+#include "engine/status.h"
 #include "tessel/algorithms.h"
+#include "values/oid.h"
 
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL }
 struct AlgorithmIdentifier {
@@ -13,6 +16,13 @@ struct AlgorithmIdentifier {
 struct SubjectPublicKeyInfo {
   AlgorithmIdentifier* algorithm;
   Asn1BitString* subjectPublicKey;
+};
+
+// AlgorithmGostR34102001Parameters and AlgorithmGostR34102012Parameters alike.
+struct AlgorithmGostR3410Parameters {
+  Asn1Oid* publicKeyParamSet;
+  Asn1Oid* digestParamSet;
+  Asn1Oid* encryptionParamSet;
 };
 
 namespace tessel {
@@ -26,5 +36,67 @@ inline constexpr auto kSubjectPublicKeyInfo = Sequence{
     Member<&SubjectPublicKeyInfo::algorithm, kAlgorithmIdentifier>,
     Member<&SubjectPublicKeyInfo::subjectPublicKey, kBitString>,
 };
+
+inline constexpr CountedOid kGost28147CryptoProA = Oid("1.2.643.2.2.31.1");
+inline constexpr CountedOid kGost28147Tc26Z = Oid("1.2.643.7.1.2.5.1.1");
+inline constexpr Asn1Oid kGost28147CryptoProANode = BorrowOid(kGost28147CryptoProA.Data());
+inline constexpr Asn1Oid kGost28147Tc26ZNode = BorrowOid(kGost28147Tc26Z.Data());
+
+inline constexpr auto kAlgorithmGostR34102001Parameters = Sequence{
+    Member<&AlgorithmGostR3410Parameters::publicKeyParamSet, kOid>,
+    Member<&AlgorithmGostR3410Parameters::digestParamSet, kOid>,
+    Member<&AlgorithmGostR3410Parameters::encryptionParamSet, Default<kOid, kGost28147CryptoProANode>>,
+};
+
+inline constexpr auto kAlgorithmGostR34102012Parameters = Sequence{
+    Member<&AlgorithmGostR3410Parameters::publicKeyParamSet, kOid>,
+    Member<&AlgorithmGostR3410Parameters::digestParamSet, kOid>,
+    Member<&AlgorithmGostR3410Parameters::encryptionParamSet, Default<kOid, kGost28147Tc26ZNode>>,
+};
+
+// The numbers of algorithms that the GOST functions look at (oid.h).
+enum GostAlgorithm : uint32_t {
+  kGostR34102001 = 102,
+  kGostR34102012With256Bits = 3000,
+  kGostR34102012With512Bits = 3001
+};
+
+// What the parameters of a GOST algorithm identifier are.
+enum GostParametersMode : uint8_t { kNullParameters = 0, kParameterSets = 1, kNoParameters = 0xFF };
+
+// The three parameter sets by their numbers.
+struct GostParameterSets {
+  uint32_t publicKey = 0;
+  uint32_t digest = 0;
+  uint32_t encryption = 0;
+};
+
+// Where an algorithm identifier goes: a counted identifier and the element of the parameters. A half whose buffer and
+// length are both null is left out.
+struct AlgorithmBuffers {
+  uint8_t* oid;
+  uint32_t* oidLength;
+  uint8_t* parameters;
+  uint32_t* parametersLength;
+};
+
+// The halves of an algorithm identifier; both are always answered.
+struct AlgorithmHalves {
+  Status oid;
+  Status parameters;
+};
+AlgorithmHalves GetAlgorithmHalves(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
+
+// The convention of all functions named ...AlgorithmOidAndParameters and ...AlgorithmIdAndParameters.
+Status GetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
+Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const uint8_t* oid, Octets parameters);
+Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets parameters);
+
+// As SetAlgorithmGostR34102001AndParameters.
+Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,
+                        const GostParameterSets& sets);
+
+// The parameter sets of a key, checked to be those of its algorithm. As GetCertificateDecodedPublicKeyGostR34102012.
+Status GetGostParameterSets(const Slot<AlgorithmIdentifier>& slot, GostParameterSets& sets);
 
 }  // namespace tessel

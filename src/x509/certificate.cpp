@@ -1,16 +1,78 @@
 #include "x509/certificate.h"
 
+#include <array>
+#include <cstring>
+
+#include "engine/borrowed.h"
+#include "engine/buffer.h"
 #include "engine/codec.h"
+#include "engine/encoder.h"
 #include "engine/lists.h"
+#include "engine/nodes.h"
 #include "engine/path.h"
+#include "x509/extension_lists.h"
+#include "x509/name_text.h"
 
 using namespace tessel;
 
+namespace tessel {
 namespace {
 
 constexpr Path<&Certificate::tbsCertificate> kToBeSignedPart;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::version> kVersion;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::signature> kInnerSignatureAlgorithm;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::validity, &Validity::notBefore> kNotBefore;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::validity, &Validity::notAfter> kNotAfter;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subject> kSubject;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subjectPublicKeyInfo, &SubjectPublicKeyInfo::algorithm>
+    kPublicKeyAlgorithm;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::issuerUniqueID> kIssuerUniqueId;
+constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subjectUniqueID> kSubjectUniqueId;
+constexpr Path<&Certificate::signatureAlgorithm> kOuterSignatureAlgorithm;
+constexpr Path<&Certificate::signatureValue> kSignatureValue;
+
+// What stands beside the to-be-signed part counts only with it.
+template <class Member>
+auto InSigned(const Member& member, const Certificate* certificate, Site at = {}) {
+  auto slot = member.In(certificate, at);
+  TbsCertificate* part = nullptr;
+  Status status = kToBeSignedPart.In(certificate, at).Load(part);
+  return status.Failed() ? decltype(slot)(status, at) : slot;
+}
+
+// Null octets remove the member.
+Status SetUniqueId(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint32_t size, uint8_t unused) {
+  return octets == nullptr ? Remove(slot, kBitString) : SetBits(slot, octets, size, unused);
+}
+
+// Sets both signature algorithms, the inner one first.
+template <class Set>
+Status SetSignatureAlgorithms(const Certificate* certificate, Set set, Site at = {}) {
+  if (Status status = set(kInnerSignatureAlgorithm.In(certificate, at)); status.Failed()) return status;
+  return set(kOuterSignatureAlgorithm.In(certificate, at));
+}
+
+// Reads the OCTET STRING that the subject's public key holds, when that has no more than `largest` octets.
+Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* buffer, uint32_t* length, Site at = {}) {
+  Asn1BitString* key = nullptr;
+  if (Status status = kPublicKey.In(certificate, at).Load(key); status.Failed()) return status;
+  const Octets encoding = ContentOf(*key);
+  if (encoding.empty()) return Fail(TESSEL_ABSENT, at);
+  if (encoding.size() > largest) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL, at);
+  OwnedTree<Asn1Value> octets(kOctetString);
+  Status status = Decode(kOctetString, encoding.data(), static_cast<uint32_t>(encoding.size()), octets.Out(), at);
+  return status.Failed() ? status : Deliver(ContentOf(*octets.Get()), buffer, length, at);
+}
 
 }  // namespace
+
+Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Site at) {
+  if (certificate == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (certificate->tbsCertificate == nullptr) return Fail(TESSEL_NOT_FOUND, at);
+  return FindExtensionValue(kExtensions.In(certificate, at), oid, value);
+}
+
+}  // namespace tessel
 
 constinit const Asn1Item CertificateItem = kCertificate;
 constinit const Asn1Item CertificatesItem = kCertificates;
@@ -65,5 +127,253 @@ uint32_t TESSEL_CALL GetCertificatesCertificate(const Certificates* certificates
 }
 
 uint32_t TESSEL_CALL GetCertificateToBeSignedPart(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
-  return kToBeSignedPart.Encode(kTbsCertificate, certificate, buffer, length);
+  return EncodeMember(kToBeSignedPart.In(certificate), kTbsCertificate, buffer, length);
+}
+
+// Members.
+
+uint32_t TESSEL_CALL GetCertificateVersion(const Certificate* certificate, int32_t* version) {
+  return GetNumber(kVersion.In(certificate), version);
+}
+
+uint32_t TESSEL_CALL SetCertificateVersion(Certificate* certificate, uint32_t version) {
+  constexpr uint32_t kLargestVersion = 2;
+  if (version > kLargestVersion) return Fail(TESSEL_INVALID_ARGUMENT);
+  return SetNumber(kVersion.In(certificate), static_cast<int32_t>(version));
+}
+
+uint32_t TESSEL_CALL GetCertificateSerialNumber(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
+  return GetContent(kSerialNumber.In(certificate), buffer, length);
+}
+
+uint32_t TESSEL_CALL SetCertificateSerialNumber(Certificate* certificate, const uint8_t* serial, uint32_t size) {
+  return SetContent(kSerialNumber.In(certificate), TESSEL_KIND_INTEGER, serial, size);
+}
+
+const uint8_t* TESSEL_CALL ptr_GetCertificateSerialNumber(const Certificate* certificate, uint32_t* length) {
+  const Asn1Value* serial = kSerialNumber.In(certificate).OrNull();
+  if (serial == nullptr || length == nullptr) return nullptr;
+  *length = serial->length;
+  return serial->data;
+}
+
+uint32_t TESSEL_CALL GetCertificateIssuer(Certificate* certificate, X509Name** name) {
+  return GetName(kIssuer.In(certificate), name);
+}
+
+uint32_t TESSEL_CALL GetCertificateSubject(Certificate* certificate, X509Name** name) {
+  return GetName(kSubject.In(certificate), name);
+}
+
+uint32_t TESSEL_CALL SetCertificateIssuer(Certificate* certificate, const X509Name* name) {
+  return SetName(kIssuer.In(certificate), name);
+}
+
+uint32_t TESSEL_CALL SetCertificateSubject(Certificate* certificate, const X509Name* name) {
+  return SetName(kSubject.In(certificate), name);
+}
+
+uint32_t TESSEL_CALL SetCertificateIssuer_i(Certificate* certificate, X509Name* name, uint32_t copies) {
+  return SetName(kIssuer.In(certificate), name, copies != 0 ? Ownership::kCopies : Ownership::kTakes);
+}
+
+uint32_t TESSEL_CALL SetCertificateSubject_i(Certificate* certificate, X509Name* name, uint32_t copies) {
+  return SetName(kSubject.In(certificate), name, copies != 0 ? Ownership::kCopies : Ownership::kTakes);
+}
+
+uint32_t TESSEL_CALL GetCertificateValidNotBefore(const Certificate* certificate, LibraryTime* time) {
+  return GetTime(kNotBefore.In(certificate), time);
+}
+
+uint32_t TESSEL_CALL GetCertificateValidNotAfter(const Certificate* certificate, LibraryTime* time) {
+  return GetTime(kNotAfter.In(certificate), time);
+}
+
+uint32_t TESSEL_CALL SetCertificateValidNotBefore(Certificate* certificate, const LibraryTime* time) {
+  return SetTime(kNotBefore.In(certificate), time);
+}
+
+uint32_t TESSEL_CALL SetCertificateValidNotAfter(Certificate* certificate, const LibraryTime* time) {
+  return SetTime(kNotAfter.In(certificate), time);
+}
+
+uint32_t TESSEL_CALL GetCertificateIssuerUniqueId(const Certificate* certificate, uint8_t* buffer, uint32_t* length,
+                                                  uint8_t* unused) {
+  return GetBits(kIssuerUniqueId.In(certificate), buffer, length, unused);
+}
+
+uint32_t TESSEL_CALL GetCertificateSubjectUniqueId(const Certificate* certificate, uint8_t* buffer, uint32_t* length,
+                                                   uint8_t* unused) {
+  return GetBits(kSubjectUniqueId.In(certificate), buffer, length, unused);
+}
+
+uint32_t TESSEL_CALL SetCertificateIssuerUniqueId(Certificate* certificate, const uint8_t* octets, uint32_t size,
+                                                  uint8_t unused) {
+  return SetUniqueId(kIssuerUniqueId.In(certificate), octets, size, unused);
+}
+
+uint32_t TESSEL_CALL SetCertificateSubjectUniqueId(Certificate* certificate, const uint8_t* octets, uint32_t size,
+                                                   uint8_t unused) {
+  return SetUniqueId(kSubjectUniqueId.In(certificate), octets, size, unused);
+}
+
+uint32_t TESSEL_CALL GetCertificatePublicKey(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
+  return GetBits(kPublicKey.In(certificate), buffer, length);
+}
+
+uint32_t TESSEL_CALL SetCertificatePublicKey(Certificate* certificate, const uint8_t* key, uint32_t size) {
+  return SetBits(kPublicKey.In(certificate), key, size);
+}
+
+uint32_t TESSEL_CALL GetCertificatePublicKeyAlgorithmOidAndParameters(const Certificate* certificate, uint8_t* oid,
+                                                                      uint32_t* oidLength, uint8_t* parameters,
+                                                                      uint32_t* parametersLength) {
+  return GetAlgorithm(kPublicKeyAlgorithm.In(certificate), {oid, oidLength, parameters, parametersLength});
+}
+
+uint32_t TESSEL_CALL SetCertificatePublicKeyAlgorithmOidAndParameters(Certificate* certificate, const uint8_t* oid,
+                                                                      const uint8_t* parameters,
+                                                                      uint32_t parametersSize) {
+  return SetAlgorithm(kPublicKeyAlgorithm.In(certificate), oid, {parameters, parametersSize});
+}
+
+uint32_t TESSEL_CALL SetCertificatePublicKeyAlgorithmIdAndParameters(Certificate* certificate, uint32_t algorithm,
+                                                                     const uint8_t* parameters,
+                                                                     uint32_t parametersSize) {
+  return SetAlgorithm(kPublicKeyAlgorithm.In(certificate), algorithm, {parameters, parametersSize});
+}
+
+uint32_t TESSEL_CALL GetCertificateSignatureAlgorithmOidAndParameters(const Certificate* certificate, uint8_t* oid,
+                                                                      uint32_t* oidLength, uint8_t* parameters,
+                                                                      uint32_t* parametersLength) {
+  return GetAlgorithm(kInnerSignatureAlgorithm.In(certificate), {oid, oidLength, parameters, parametersLength});
+}
+
+uint32_t TESSEL_CALL SetCertificateSignatureAlgorithmOidAndParameters(Certificate* certificate, const uint8_t* oid,
+                                                                      const uint8_t* parameters,
+                                                                      uint32_t parametersSize) {
+  return SetSignatureAlgorithms(certificate, [&](const Slot<AlgorithmIdentifier>& slot) {
+    return SetAlgorithm(slot, oid, {parameters, parametersSize});
+  });
+}
+
+uint32_t TESSEL_CALL GetCertificateSignature(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
+  return GetBits(InSigned(kSignatureValue, certificate), buffer, length);
+}
+
+uint32_t TESSEL_CALL SetCertificateSignature(Certificate* certificate, const uint8_t* signature, uint32_t size) {
+  return SetBits(InSigned(kSignatureValue, certificate), signature, size);
+}
+
+// GOST R 34.10 keys and signatures.
+
+uint32_t TESSEL_CALL SetCertificateGostR34102001SignatureAlgorithmID(Certificate* certificate, uint32_t algorithm,
+                                                                     uint8_t mode) {
+  if (mode != kNullParameters && mode != kNoParameters) return Fail(TESSEL_INVALID_ARGUMENT);
+  return SetSignatureAlgorithms(
+      certificate, [&](const Slot<AlgorithmIdentifier>& slot) { return SetGostAlgorithm(slot, algorithm, mode, {}); });
+}
+
+uint32_t TESSEL_CALL SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(Certificate* certificate,
+                                                                                  uint32_t algorithm, uint8_t mode,
+                                                                                  uint32_t publicKeySet,
+                                                                                  uint32_t digestSet,
+                                                                                  uint32_t encryptionSet) {
+  return SetSignatureAlgorithms(certificate, [&](const Slot<AlgorithmIdentifier>& slot) {
+    return SetGostAlgorithm(slot, algorithm, mode, {publicKeySet, digestSet, encryptionSet});
+  });
+}
+
+uint32_t TESSEL_CALL SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters(Certificate* certificate,
+                                                                                  uint32_t algorithm, uint8_t mode,
+                                                                                  uint32_t publicKeySet,
+                                                                                  uint32_t digestSet,
+                                                                                  uint32_t encryptionSet) {
+  return SetGostAlgorithm(kPublicKeyAlgorithm.In(certificate), algorithm, mode,
+                          {publicKeySet, digestSet, encryptionSet});
+}
+
+uint32_t TESSEL_CALL SetCertificateGostR34102001PublicKey(Certificate* certificate, const uint8_t* key, uint32_t size) {
+  if (key == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const Asn1Value octets = Borrow(TESSEL_KIND_OCTET_STRING, {key, size});
+  std::array<uint8_t, 256> wrapped;
+  uint32_t length = wrapped.size();
+  Status status = Encode(kOctetString, &octets, wrapped.data(), &length);
+  if (status == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+  return status.Failed() ? status : SetBits(kPublicKey.In(certificate), wrapped.data(), length);
+}
+
+uint32_t TESSEL_CALL GetCertificatePublicKeyGostR3410(const Certificate* certificate, uint8_t* buffer,
+                                                      uint32_t* length) {
+  constexpr size_t kLargestKey = 270;
+  return GetWrappedKey(certificate, kLargestKey, buffer, length);
+}
+
+uint32_t TESSEL_CALL GetCertificateDecodedPublicKeyGostR34102012(const Certificate* certificate, uint8_t* buffer,
+                                                                 uint32_t* length, uint32_t* publicKeySet,
+                                                                 uint32_t* digestSet, uint32_t* encryptionSet) {
+  constexpr size_t kLargestKey = 168;
+  if (length == nullptr || publicKeySet == nullptr || digestSet == nullptr || encryptionSet == nullptr) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
+  }
+  GostParameterSets sets;
+  Status status = GetGostParameterSets(kPublicKeyAlgorithm.In(certificate), sets);
+  if (status.Failed()) return status;
+  *publicKeySet = sets.publicKey;
+  *digestSet = sets.digest;
+  *encryptionSet = sets.encryption;
+  return GetWrappedKey(certificate, kLargestKey, buffer, length);
+}
+
+// Extensions.
+
+uint32_t TESSEL_CALL GetCertificateExtensions(Certificate* certificate, X509ExtensionsSlot** slot) {
+  if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const Slot<X509Extensions> extensions = kExtensions.In(certificate);
+  if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+  *slot = PublicSlot(extensions.Member());
+  return Status();
+}
+
+uint32_t TESSEL_CALL SetCertificateExtensions(Certificate* certificate, const X509ExtensionsSlot* slot) {
+  return Store<X509Extensions>(kExtensions.In(certificate), kX509Extensions, MemberOf(slot).OrNull());
+}
+
+uint32_t TESSEL_CALL GetCertificateExtensionValue(const Certificate* certificate, const uint8_t* oid, uint8_t* buffer,
+                                                  uint32_t* length) {
+  if (oid == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  Octets value;
+  Status status = FindCertificateExtension(certificate, OidContent(oid), value);
+  return status.Failed() ? status : Deliver(value, buffer, length);
+}
+
+uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* certificate, const char* uri) {
+  constexpr size_t kLargestValue = 2048;
+  if (uri == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const Slot<X509Extensions> extensions = kExtensions.In(certificate);
+  if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+
+  Asn1Value text = Borrow(TESSEL_KIND_IA5_STRING, {reinterpret_cast<const uint8_t*>(uri), std::strlen(uri)});
+  X509GeneralName generalName{{kUniformResourceIdentifier, &text}};
+  BorrowedList<X509GeneralNames> fullName(&generalName);
+  DistributionPointName name{{kFullName, fullName.Node()}};
+  DistributionPoint point{&name, nullptr, nullptr};
+  BorrowedList<ExtensionCrlDistributionPoints> points(&point);
+
+  Encoding value;
+  if (Status status = value.Make(kCrlDistributionPoints, points.Node()); status.Failed()) return status;
+  if (value.Get().size() > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
+  return ReplaceExtension(extensions, kCrlDistributionPointsOid, value.Get());
+}
+
+uint32_t TESSEL_CALL GetCertificateCN(const Certificate* certificate, char* buffer, uint32_t* length) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const Slot<NameChoice> subject = kSubject.In(certificate);
+  if (subject.Unreachable().Failed()) return subject.Unreachable();
+  NameText text;
+  if (const Asn1Value* serial = kSerialNumber.In(certificate).OrNull(); serial != nullptr) {
+    if (Status status = text.AppendSerialNumber(ContentOf(*serial)); status.Failed()) return status;
+  }
+  if (Status status = text.AppendCommonNames(NameOrNull(subject)); status.Failed()) return status;
+  return text.DeliverTo(buffer, length);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/descriptor.h"
+#include "engine/path.h"
 #include "tessel/certificate.h"
 #include "values/time.h"
 #include "x509/algorithms.h"
@@ -61,5 +62,16 @@ inline constexpr auto kCertificate = Sequence{
 };
 
 inline constexpr auto kCertificates = SequenceOf<Certificates, kCertificate>();
+
+// The members that more than one source file is about.
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::serialNumber> kSerialNumber;
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::issuer> kIssuer;
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subjectPublicKeyInfo,
+                      &SubjectPublicKeyInfo::subjectPublicKey>
+    kPublicKey;
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::extensions> kExtensions;
+
+// The value of an extension; lent. TESSEL_NOT_FOUND also when there is no to-be-signed part.
+Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Site at = {});
 
 }  // namespace tessel

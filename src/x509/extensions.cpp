@@ -1,4 +1,211 @@
 #include "x509/extensions.h"
 
-constinit const Asn1Item X509ExtensionItem = tessel::kX509Extension;
-constinit const Asn1Item X509ExtensionsItem = tessel::kX509Extensions;
+#include <algorithm>
+
+#include "engine/borrowed.h"
+#include "engine/buffer.h"
+#include "engine/codec.h"
+#include "engine/lists.h"
+#include "engine/nodes.h"
+#include "engine/owned_tree.h"
+#include "engine/path.h"
+#include "engine/primitives.h"
+
+using namespace tessel;
+
+constinit const Asn1Item X509ExtensionItem = kX509Extension;
+constinit const Asn1Item X509ExtensionsItem = kX509Extensions;
+
+namespace tessel {
+namespace {
+
+constexpr Path<&X509Extension::extnID> kExtensionId;
+constexpr Path<&X509Extension::critical> kCritical;
+constexpr Path<&X509Extension::extnValue> kExtensionValue;
+
+bool HasId(const X509Extension* extension, Octets oid) {
+  return extension != nullptr && extension->extnID != nullptr && std::ranges::equal(ContentOf(*extension->extnID), oid);
+}
+
+// Removes the extensions with an identifier, but not among the last `kept`. What follows a removed one moves into its
+// place and is passed over.
+void RemoveById(X509Extensions& list, Octets oid, uint32_t kept) {
+  for (uint32_t i = 0; i + kept < list.count; ++i) {
+    if (HasId(list.At(i), oid)) static_cast<void>(RemoveAt(list, kX509Extension, i));
+  }
+}
+
+// Hands an extension that borrows its parts to `use`.
+template <class Use>
+Status WithExtension(const uint8_t* oid, bool critical, const uint8_t* value, uint32_t size, Use use, Site at = {}) {
+  if (oid == nullptr || value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  Asn1Oid id = BorrowOid(oid);
+  Asn1Value content = Borrow(TESSEL_KIND_OCTET_STRING, {value, size});
+  const X509Extension extension{&id, BorrowBoolean(critical), &content};
+  return use(extension);
+}
+
+Status AddExtension(const Slot<X509Extensions>& slot, const X509Extension& extension) {
+  return AddCopyTo(slot, kX509Extensions, kX509Extension, &extension);
+}
+
+}  // namespace
+
+// A struct of one pointer and that pointer stand at the same address. The library never uses the name of the member, so
+// that there is one type by which the place is reached.
+X509ExtensionsSlot* PublicSlot(X509Extensions*& member) { return reinterpret_cast<X509ExtensionsSlot*>(&member); }
+
+Slot<X509Extensions> MemberOf(const X509ExtensionsSlot* slot, Site at) {
+  if (slot == nullptr) return {Fail(TESSEL_INVALID_ARGUMENT, at), at};
+  return {*reinterpret_cast<X509Extensions**>(const_cast<X509ExtensionsSlot*>(slot)), at};
+}
+
+Status FindExtension(const Slot<X509Extensions>& slot, Octets oid, uint32_t& index) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  const X509Extensions* list = slot.OrNull();
+  const uint32_t count = list == nullptr ? 0 : list->count;
+  for (uint32_t i = 0; i < count; ++i) {
+    if (!HasId(list->At(i), oid)) continue;
+    index = i;
+    return Status();
+  }
+  return Fail(TESSEL_NOT_FOUND, slot.At());
+}
+
+Status FindExtensionValue(const Slot<X509Extensions>& slot, Octets oid, Octets& value) {
+  uint32_t index = 0;
+  if (Status status = FindExtension(slot, oid, index); status.Failed()) return status;
+  Asn1Value* node = nullptr;
+  if (Status status = kExtensionValue.InElement(slot.Member(), index, slot.At()).Load(node); status.Failed()) {
+    return status;
+  }
+  value = ContentOf(*node);
+  return Status();
+}
+
+Status ReplaceExtension(const Slot<X509Extensions>& slot, const CountedOid& oid, Octets value) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  const auto add = [&slot](const X509Extension& extension) { return AddExtension(slot, extension); };
+  Status status = WithExtension(oid.Data(), false, value.data(), static_cast<uint32_t>(value.size()), add, slot.At());
+  if (status.Ok()) RemoveById(*slot.Member(), oid.Content(), 1);
+  return status;
+}
+
+}  // namespace tessel
+
+// A single extension.
+
+uint32_t TESSEL_CALL CreateX509Extension(X509Extension** extension, const uint8_t* oid, uint32_t critical,
+                                         const uint8_t* value, uint32_t size) {
+  if (extension == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  *extension = nullptr;
+  const auto copy = [extension](const X509Extension& source) { return Copy(kX509Extension, &source, extension); };
+  return WithExtension(oid, critical != 0, value, size, copy);
+}
+
+uint32_t TESSEL_CALL SetX509Extension(X509Extension* extension, const uint8_t* oid, uint32_t critical,
+                                      const uint8_t* value, uint32_t size) {
+  if (extension == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const auto set = [extension, oid](const X509Extension& source) {
+    Status status = SetOid(kExtensionId.In(extension), oid);
+    if (status.Ok()) status = Store<Asn1Value>(kCritical.In(extension), kBoolean, source.critical);
+    if (status.Ok()) status = Store<Asn1Value>(kExtensionValue.In(extension), kOctetString, source.extnValue);
+    return status;
+  };
+  return WithExtension(oid, critical != 0, value, size, set);
+}
+
+uint32_t TESSEL_CALL GetX509Extension(const X509Extension* extension, uint8_t* oid, uint32_t* oidLength,
+                                      uint32_t* critical, uint8_t* value, uint32_t* valueLength) {
+  if (oidLength == nullptr || critical == nullptr || valueLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  Status oidStatus = GetOid(kExtensionId.In(extension), oid, oidLength);
+  Status valueStatus = GetContent(kExtensionValue.In(extension), value, valueLength);
+  Asn1Value* flag = nullptr;
+  if (Status status = kCritical.In(extension).Load(flag); status.Failed()) return status;
+  if (Status status = ReadBoolean(*flag, critical); status.Failed()) return status;
+  return oidStatus.Failed() ? oidStatus : valueStatus;
+}
+
+uint32_t TESSEL_CALL DecodeX509Extension(const uint8_t* data, uint32_t size, X509Extension** extension) {
+  return Decode(kX509Extension, data, size, extension);
+}
+uint32_t TESSEL_CALL EncodeX509Extension(const X509Extension* extension, uint8_t* buffer, uint32_t* length) {
+  return Encode(kX509Extension, extension, buffer, length);
+}
+uint32_t TESSEL_CALL FreeX509Extension(X509Extension* extension) { return Free(kX509Extension, extension); }
+
+// A list of extensions.
+
+uint32_t TESSEL_CALL CreateX509Extensions(X509Extensions** extensions) {
+  return Create(kX509Extensions, Leaves::kEmpty, extensions);
+}
+uint32_t TESSEL_CALL DecodeX509Extensions(const uint8_t* data, uint32_t size, X509Extensions** extensions) {
+  return Decode(kX509Extensions, data, size, extensions);
+}
+uint32_t TESSEL_CALL EncodeX509Extensions(const X509Extensions* extensions, uint8_t* buffer, uint32_t* length) {
+  return Encode(kX509Extensions, extensions, buffer, length);
+}
+uint32_t TESSEL_CALL FreeX509Extensions(X509Extensions* extensions) { return Free(kX509Extensions, extensions); }
+
+uint32_t TESSEL_CALL AddX509ExtensionsExtension(X509ExtensionsSlot* slot, const uint8_t* oid, uint32_t critical,
+                                                const uint8_t* value, uint32_t size) {
+  const Slot<X509Extensions> member = MemberOf(slot);
+  const auto add = [&member](const X509Extension& extension) { return AddExtension(member, extension); };
+  return WithExtension(oid, critical != 0, value, size, add);
+}
+
+uint32_t TESSEL_CALL FindX509Extension(const X509ExtensionsSlot* slot, const uint8_t* oid, uint32_t* index) {
+  if (oid == nullptr || index == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  return FindExtension(MemberOf(slot), OidContent(oid), *index);
+}
+
+uint32_t TESSEL_CALL GetX509ExtensionsExtensionsCount(const X509ExtensionsSlot* slot, uint32_t* count) {
+  if (slot == nullptr || count == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const X509Extensions* list = MemberOf(slot).OrNull();
+  *count = list == nullptr ? 0 : list->count;
+  return Status();
+}
+
+uint32_t TESSEL_CALL GetX509ExtensionsExtension(const X509ExtensionsSlot* slot, uint32_t index, uint8_t* oid,
+                                                uint32_t* oidLength, uint32_t* critical, uint8_t* value,
+                                                uint32_t* valueLength) {
+  X509Extensions* list = nullptr;
+  if (Status status = MemberOf(slot).Load(list); status.Failed()) return status;
+  X509Extension* extension = nullptr;
+  if (Status status = GetElement(list, index, &extension); status.Failed()) return status;
+  return GetX509Extension(extension, oid, oidLength, critical, value, valueLength);
+}
+
+uint32_t TESSEL_CALL GetX509ExtensionsExtensionValue(const X509ExtensionsSlot* slot, const uint8_t* oid,
+                                                     uint8_t* buffer, uint32_t* length) {
+  if (oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  Octets value;
+  if (Status status = FindExtensionValue(MemberOf(slot), OidContent(oid), value); status.Failed()) return status;
+  return Deliver(value, buffer, length);
+}
+
+uint32_t TESSEL_CALL RemoveX509ExtensionsExtension(X509ExtensionsSlot* slot, uint32_t index) {
+  X509Extensions* list = nullptr;
+  if (Status status = MemberOf(slot).Load(list); status.Failed()) return status;
+  return RemoveElement(list, kX509Extension, index);
+}
+
+uint32_t TESSEL_CALL RemoveX509ExtensionsExtension2(X509ExtensionsSlot* slot, const uint8_t* oid) {
+  if (slot == nullptr || oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (X509Extensions* list = MemberOf(slot).OrNull(); list != nullptr) RemoveById(*list, OidContent(oid), 0);
+  return Status();
+}
+
+uint32_t TESSEL_CALL RemoveX509Extensions(X509ExtensionsSlot* slot) { return Remove(MemberOf(slot), kX509Extensions); }
+
+uint32_t TESSEL_CALL ClearX509Extensions(X509ExtensionsSlot* slot) {
+  if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (X509Extensions* list = MemberOf(slot).OrNull(); list != nullptr) Clear(*list, kX509Extension);
+  return Status();
+}
+
+uint32_t TESSEL_CALL SetX509ExtensionsSorted(X509ExtensionsSlot* slot, uint32_t sorted) {
+  if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  SetAsn1ListSorted(MemberOf(slot).OrNull(), sorted);
+  return Status();
+}

@@ -1,8 +1,11 @@
-// Extensions (RFC 5280, 4.1).
+// Extensions and lists of them.
 #pragma once
 
 #include "engine/descriptor.h"
+#include "engine/slot.h"
+#include "engine/status.h"
 #include "tessel/extensions.h"
+#include "values/oid.h"
 
 struct X509Extension {
   Asn1Oid* extnID;
@@ -21,5 +24,21 @@ inline constexpr auto kX509Extension = Sequence{
 };
 
 inline constexpr auto kX509Extensions = SequenceOf<X509Extensions, kX509Extension>();
+
+inline constexpr CountedOid kSubjectKeyIdentifierOid = Oid("2.5.29.14");
+inline constexpr CountedOid kCrlDistributionPointsOid = Oid("2.5.29.31");
+inline constexpr CountedOid kAuthorityKeyIdentifierOid = Oid("2.5.29.35");
+
+// The public slot and the member that it stands for are the same place.
+X509ExtensionsSlot* PublicSlot(X509Extensions*& member);
+Slot<X509Extensions> MemberOf(const X509ExtensionsSlot* slot, Site at = {});
+
+// As FindX509Extension and GetX509ExtensionsExtensionValue; the octets are lent.
+Status FindExtension(const Slot<X509Extensions>& slot, Octets oid, uint32_t& index);
+Status FindExtensionValue(const Slot<X509Extensions>& slot, Octets oid, Octets& value);
+
+// Adds an extension that is not critical, in place of those with the same identifier that
+// RemoveX509ExtensionsExtension2 removes. When it fails the slot is as it was.
+Status ReplaceExtension(const Slot<X509Extensions>& slot, const CountedOid& oid, Octets value);
 
 }  // namespace tessel

@@ -1,3 +1,344 @@
 #include "x509/names.h"
 
-constinit const Asn1Item X509NameItem = tessel::kX509Name;
+#include <algorithm>
+#include <string_view>
+
+#include "engine/borrowed.h"
+#include "engine/buffer.h"
+#include "engine/choices.h"
+#include "engine/codec.h"
+#include "engine/header.h"
+#include "engine/lists.h"
+#include "engine/nodes.h"
+#include "engine/owned_tree.h"
+#include "engine/path.h"
+#include "engine/primitives.h"
+#include "values/oid.h"
+
+using namespace tessel;
+
+constinit const Asn1Item X509NameItem = kX509Name;
+constinit const Asn1Item X509GeneralNameItem = kX509GeneralName;
+constinit const Asn1Item X509GeneralNamesItem = kX509GeneralNames;
+constinit const Asn1Item PKIFreeTextItem = kPKIFreeText;
+
+namespace tessel {
+namespace {
+
+constexpr Path<&AttributeTypeAndValue::type> kType;
+constexpr Path<&AttributeTypeAndValue::value> kValue;
+
+}  // namespace
+
+Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
+  if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
+  NameChoice* choice = nullptr;
+  if (Status status = slot.Load(choice); status.Failed()) return status;
+  if (choice->value == nullptr) {
+    X509Name* empty = nullptr;
+    if (Status status = Create(kX509Name, Leaves::kEmpty, &empty, slot.At()); status.Failed()) return status;
+    *static_cast<Asn1Choice*>(choice) = {0, empty};
+  }
+  *name = static_cast<X509Name*>(choice->value);
+  return Status();
+}
+
+X509Name* NameOrNull(const Slot<NameChoice>& slot) {
+  const NameChoice* choice = slot.OrNull();
+  return choice == nullptr ? nullptr : static_cast<X509Name*>(choice->value);
+}
+
+Status SetName(const Slot<NameChoice>& slot, const X509Name* name, Ownership ownership) {
+  if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
+  NameChoice* choice = nullptr;
+  if (Status status = slot.Load(choice); status.Failed()) return status;
+  if (ownership == Ownership::kTakes) {
+    return name == choice->value ? Status() : SetChoice(kName, *choice, 0, const_cast<X509Name*>(name));
+  }
+  X509Name* copy = nullptr;
+  if (Status status = Copy(kX509Name, name, &copy, slot.At()); status.Failed()) return status;
+  return SetChoice(kName, *choice, 0, copy);
+}
+
+namespace {
+
+bool IsElementTag(uint8_t tagClass, uint8_t constructed) {
+  return (tagClass & ~kClassBits) == 0 && (constructed & ~kConstructedBit) == 0;
+}
+
+Status AddRdn(X509Name& name) {
+  OwnedTree<RelativeDistinguishedName> rdn(kRelativeDistinguishedName);
+  if (Status status = Create(kRelativeDistinguishedName, Leaves::kEmpty, rdn.Out()); status.Failed()) return status;
+  return AddNew(name, std::move(rdn));
+}
+
+Status AddAttribute(RelativeDistinguishedName& rdn, const uint8_t* oid, ElementTag tag, Octets content) {
+  Asn1Oid type = BorrowOid(oid);
+  Asn1Any value{};
+  const AttributeTypeAndValue source{&type, &value};
+  OwnedTree<AttributeTypeAndValue> attribute(kAttributeTypeAndValue);
+  if (Status status = Copy(kAttributeTypeAndValue, &source, attribute.Out()); status.Failed()) return status;
+  if (Status status = SetOpenValue(*attribute->value, tag, tag.number, content); status.Failed()) return status;
+  return AddNew(rdn, std::move(attribute));
+}
+
+// An empty span stands for a value that is absent.
+Octets EncodingOfValue(const AttributeTypeAndValue* attribute) {
+  return attribute == nullptr || attribute->value == nullptr ? Octets() : ContentOf(*attribute->value);
+}
+
+// Length and content are compared, the identifier octet is not.
+bool HaveSameValue(const AttributeTypeAndValue* first, const AttributeTypeAndValue* second) {
+  const Octets one = EncodingOfValue(first);
+  const Octets other = EncodingOfValue(second);
+  if (one.empty() || other.empty()) return one.empty() && other.empty();
+  return std::ranges::equal(one.subspan(1), other.subspan(1));
+}
+
+bool HaveSameValues(const RelativeDistinguishedName* first, const RelativeDistinguishedName* second) {
+  if (first == nullptr || second == nullptr) return first == second;
+  if (first->count != second->count) return false;
+  for (uint32_t i = 0; i < first->count; ++i) {
+    if (!HaveSameValue(first->At(i), second->At(i))) return false;
+  }
+  return true;
+}
+
+// The repertoires of string types, each wider than the one before; of IA5String without control characters.
+bool IsNumeric(uint8_t c) { return (c >= '0' && c <= '9') || c == ' '; }
+bool IsPrintable(uint8_t c) {
+  constexpr std::string_view kSigns = "'()+,-./:=?";
+  const bool isLetter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  return isLetter || IsNumeric(c) || kSigns.find(static_cast<char>(c)) != std::string_view::npos;
+}
+bool IsIa5(uint8_t c) { return c >= ' ' && c <= 127; }
+
+// The universal tag of an alternative's node; 0 for those that are kept as a whole element.
+uint32_t TagOfAlternative(uint32_t alternative) {
+  const Asn1Item& item = *kX509GeneralName.members[alternative];
+  return item.kind == TESSEL_KIND_ANY ? 0 : UniversalTag(item);
+}
+
+// Makes the general name out of a node that borrows the value, and hands it to `use`.
+template <class Use>
+Status WithGeneralName(uint32_t alternative, const uint8_t* value, uint32_t size, Use use, Site at) {
+  if (value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (alternative >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE, at);
+  const uint32_t tag = TagOfAlternative(alternative);
+  if (tag == 0 && size == 0) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  Asn1Value node = alternative == kRegisteredId ? BorrowOid(value) : Borrow(tag == 0 ? value[0] : tag, {value, size});
+  const X509GeneralName name{{alternative, &node}};
+  return use(name);
+}
+
+}  // namespace
+}  // namespace tessel
+
+uint32_t TESSEL_CALL CreateX509Name(X509Name** name) { return Create(kX509Name, Leaves::kEmpty, name); }
+uint32_t TESSEL_CALL CreateX509GeneralName(X509GeneralName** name) {
+  return Create(kX509GeneralName, Leaves::kEmpty, name);
+}
+uint32_t TESSEL_CALL CreateX509GeneralNames(X509GeneralNames** names) {
+  return Create(kX509GeneralNames, Leaves::kEmpty, names);
+}
+uint32_t TESSEL_CALL CreatePKIFreeText(PKIFreeText** text) { return Create(kPKIFreeText, Leaves::kEmpty, text); }
+
+uint32_t TESSEL_CALL CopyX509Name(const X509Name* source, X509Name** copy) { return Copy(kX509Name, source, copy); }
+uint32_t TESSEL_CALL CreateX509GeneralNameCopy(const X509GeneralName* source, X509GeneralName** copy) {
+  return Copy(kX509GeneralName, source, copy);
+}
+uint32_t TESSEL_CALL CopyX509GeneralNames(const X509GeneralNames* source, X509GeneralNames** copy) {
+  return Copy(kX509GeneralNames, source, copy);
+}
+uint32_t TESSEL_CALL CreatePKIFreeTextCopy(const PKIFreeText* source, PKIFreeText** copy) {
+  return Copy(kPKIFreeText, source, copy);
+}
+
+uint32_t TESSEL_CALL DecodeX509Name(const uint8_t* data, uint32_t size, X509Name** name) {
+  return Decode(kX509Name, data, size, name);
+}
+uint32_t TESSEL_CALL DecodeX509GeneralNames(const uint8_t* data, uint32_t size, X509GeneralNames** names) {
+  return Decode(kX509GeneralNames, data, size, names);
+}
+uint32_t TESSEL_CALL DecodePKIFreeText(const uint8_t* data, uint32_t size, PKIFreeText** text) {
+  return Decode(kPKIFreeText, data, size, text);
+}
+
+uint32_t TESSEL_CALL EncodeX509Name(const X509Name* name, uint8_t* buffer, uint32_t* length) {
+  return Encode(kX509Name, name, buffer, length);
+}
+uint32_t TESSEL_CALL EncodeX509GeneralNames(const X509GeneralNames* names, uint8_t* buffer, uint32_t* length) {
+  return Encode(kX509GeneralNames, names, buffer, length);
+}
+uint32_t TESSEL_CALL EncodePKIFreeText(const PKIFreeText* text, uint8_t* buffer, uint32_t* length) {
+  return Encode(kPKIFreeText, text, buffer, length);
+}
+
+uint32_t TESSEL_CALL FreeX509Name(X509Name* name) { return Free(kX509Name, name); }
+uint32_t TESSEL_CALL FreeX509GeneralName(X509GeneralName* name) { return Free(kX509GeneralName, name); }
+uint32_t TESSEL_CALL FreeX509GeneralNames(X509GeneralNames* names) { return Free(kX509GeneralNames, names); }
+uint32_t TESSEL_CALL FreePKIFreeText(PKIFreeText* text) { return Free(kPKIFreeText, text); }
+
+// Distinguished names.
+
+uint32_t TESSEL_CALL ClearX509Name(X509Name* name) {
+  if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  Clear(*name, kRelativeDistinguishedName);
+  return Status();
+}
+
+uint32_t TESSEL_CALL GetX509NameRdnCount(const X509Name* name, uint32_t* count) { return GetCount(name, count); }
+
+uint32_t TESSEL_CALL GetX509NameEntryCount(const X509Name* name, uint32_t rdn, uint32_t* count) {
+  RelativeDistinguishedName* attributes = nullptr;
+  if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
+  return GetCount(attributes, count);
+}
+
+uint32_t TESSEL_CALL AddX509NameEntry(X509Name* name, const uint8_t* value, uint32_t size, uint32_t stringType,
+                                      const uint8_t* oid, uint32_t newRdn) {
+  return AddX509NameEntryExt(name, value, size, TESSEL_CLASS_UNIVERSAL, 0, stringType, oid, newRdn);
+}
+
+uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, uint32_t size, uint8_t tagClass,
+                                         uint8_t constructed, uint32_t stringType, const uint8_t* oid,
+                                         uint32_t newRdn) {
+  if (name == nullptr || value == nullptr || oid == nullptr || !IsElementTag(tagClass, constructed)) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
+  }
+  if (newRdn != 0) {
+    if (Status status = AddRdn(*name); status.Failed()) return status;
+  }
+  RelativeDistinguishedName* last = nullptr;
+  if (Status status = GetElement(name, name->count - 1, &last); status.Failed()) return status;
+  return AddAttribute(*last, oid, {tagClass, constructed, stringType}, {value, size});
+}
+
+uint32_t TESSEL_CALL GetX509NameEntry(const X509Name* name, uint32_t rdn, uint32_t entry, uint8_t* buffer,
+                                      uint32_t* length, uint32_t* stringType, uint8_t* oid, uint32_t* oidLength) {
+  uint8_t tagClass = 0;
+  uint8_t constructed = 0;
+  return GetX509NameEntryExt(name, rdn, entry, buffer, length, &tagClass, &constructed, stringType, oid, oidLength);
+}
+
+uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32_t rdn, uint32_t entry, uint8_t* buffer,
+                                         uint32_t* length, uint8_t* tagClass, uint8_t* constructed,
+                                         uint32_t* stringType, uint8_t* oid, uint32_t* oidLength) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  RelativeDistinguishedName* attributes = nullptr;
+  if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
+  Asn1Any* value = nullptr;
+  if (Status status = kValue.InElement(attributes, entry).Load(value); status.Failed()) return status;
+  const uint32_t capacity = *length;
+  uint32_t headerLength = 0;
+  // Tells the tag, and with it that the pointers are there.
+  const uint32_t info = GetAsn1AnyInfo(value, tagClass, constructed, stringType, length, &headerLength);
+  if (info != TESSEL_OK) return info;
+  Status status = GetOid(kType.InElement(attributes, entry), oid, oidLength);
+  if (status.Failed() || (buffer == nullptr && oid == nullptr)) return status;
+  if (buffer == nullptr || oid == nullptr || capacity < *length) return Fail(TESSEL_BUFFER_TOO_SMALL);
+  std::copy_n(value->data + headerLength, *length, buffer);
+  return Status();
+}
+
+uint32_t TESSEL_CALL DeleteX509NameEntry(X509Name* name, uint32_t rdn, uint32_t entry) {
+  RelativeDistinguishedName* attributes = nullptr;
+  if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
+  if (attributes->count == 1 && entry == 0) return RemoveElement(name, kRelativeDistinguishedName, rdn);
+  return RemoveElement(attributes, kAttributeTypeAndValue, entry);
+}
+
+uint32_t TESSEL_CALL CompareX509Names(const X509Name* first, const X509Name* second) {
+  if (first == nullptr || second == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (first->items == nullptr || second->items == nullptr) return Fail(TESSEL_ABSENT);
+  if (first->count != second->count) return Fail(TESSEL_DIFFERENT);
+  for (uint32_t i = 0; i < first->count; ++i) {
+    if (!HaveSameValues(first->At(i), second->At(i))) return Fail(TESSEL_DIFFERENT);
+  }
+  return Status();
+}
+
+uint32_t TESSEL_CALL DetermineSuitableStringType(const uint8_t* text, uint32_t length, uint32_t* stringType) {
+  if (text == nullptr || stringType == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const Octets all(text, length);
+  if (!std::ranges::all_of(all, IsIa5)) {
+    *stringType = TESSEL_KIND_UTF8_STRING;
+  } else if (std::ranges::all_of(all, IsNumeric)) {
+    *stringType = TESSEL_KIND_NUMERIC_STRING;
+  } else if (std::ranges::all_of(all, IsPrintable)) {
+    *stringType = TESSEL_KIND_PRINTABLE_STRING;
+  } else {
+    *stringType = TESSEL_KIND_IA5_STRING;
+  }
+  return Status();
+}
+
+// General names.
+
+uint32_t TESSEL_CALL AddX509GeneralName(X509GeneralNames* names, uint32_t alternative, const uint8_t* value,
+                                        uint32_t size) {
+  if (names == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const auto add = [names](const X509GeneralName& name) { return AddCopy(*names, kX509GeneralName, &name); };
+  return WithGeneralName(alternative, value, size, add, {});
+}
+
+uint32_t TESSEL_CALL AllocX509GeneralNameValue(X509GeneralName** name, uint32_t alternative, const uint8_t* value,
+                                               uint32_t size) {
+  if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  *name = nullptr;
+  const auto copy = [name](const X509GeneralName& source) { return Copy(kX509GeneralName, &source, name); };
+  return WithGeneralName(alternative, value, size, copy, {});
+}
+
+uint32_t TESSEL_CALL GetX509GeneralNameCount(const X509GeneralNames* names, uint32_t* count) {
+  return GetCount(names, count);
+}
+
+uint32_t TESSEL_CALL GetX509GeneralName(const X509GeneralNames* names, uint32_t index, uint32_t* alternative,
+                                        uint8_t* buffer, uint32_t* length) {
+  X509GeneralName* name = nullptr;
+  if (Status status = GetElement(names, index, &name); status.Failed()) return status;
+  return GetX509GeneralNameValue(name, alternative, buffer, length);
+}
+
+uint32_t TESSEL_CALL GetX509GeneralNameValue(const X509GeneralName* name, uint32_t* alternative, uint8_t* buffer,
+                                             uint32_t* length) {
+  if (name == nullptr || alternative == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  *alternative = name->index;
+  if (name->index >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
+  const auto* value = static_cast<const Asn1Value*>(name->value);
+  if (value == nullptr) return Fail(TESSEL_ABSENT);
+  return name->index == kRegisteredId ? DeliverOid(ContentOf(*value), buffer, length)
+                                      : ReadValue(*value, buffer, length);
+}
+
+uint32_t TESSEL_CALL GetX509NameFromGeneralNames(const X509GeneralNames* names, X509Name** name) {
+  if (names == nullptr || name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  *name = nullptr;
+  for (uint32_t i = 0; i < names->count; ++i) {
+    const X509GeneralName* candidate = names->At(i);
+    if (candidate == nullptr || candidate->index != kDirectoryName || candidate->value == nullptr) continue;
+    const Octets encoding = ContentOf(*static_cast<const Asn1Value*>(candidate->value));
+    if (encoding.empty()) continue;
+    if (Decode(kX509Name, encoding.data(), static_cast<uint32_t>(encoding.size()), name).Ok()) return Status();
+  }
+  return Fail(TESSEL_NOT_FOUND);
+}
+
+// Free text.
+
+uint32_t TESSEL_CALL AddPKIFreeTextString(PKIFreeText* text, const uint8_t* utf8, uint32_t size) {
+  if (text == nullptr || utf8 == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  const Asn1Value source = Borrow(TESSEL_KIND_UTF8_STRING, {utf8, size});
+  return AddCopy(*text, kUtf8String, &source);
+}
+
+uint32_t TESSEL_CALL GetPKIFreeTextStringCount(const PKIFreeText* text, uint32_t* count) {
+  return GetCount(text, count);
+}
+
+uint32_t TESSEL_CALL GetPKIFreeTextString(const PKIFreeText* text, uint32_t index, uint8_t* buffer, uint32_t* length) {
+  Asn1Value* string = nullptr;
+  if (Status status = GetElement(text, index, &string); status.Failed()) return status;
+  return ReadValue(*string, buffer, length);
+}

@@ -1,9 +1,8 @@
-#include "engine/primitives.h"
-
 #include <gtest/gtest.h>
 
 #include <cstring>
 
+#include "support/objects.h"
 #include "support/octets.h"
 #include "support/tree.h"
 #include "tessel/tessel.h"
@@ -11,26 +10,6 @@
 
 namespace test {
 namespace {
-
-// Calls an output function three ways: for the size, with one octet too few, with just enough.
-template <class Call>
-Bytes Fetch(Call call) {
-  uint32_t size = 0;
-  EXPECT_EQ(0U, call(nullptr, &size));
-  Bytes buffer(size + 1, 0xEE);
-  if (size > 0) {
-    uint32_t length = size - 1;
-    EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, call(buffer.data(), &length));
-    EXPECT_EQ(size, length);
-    EXPECT_EQ(Bytes(size + 1, 0xEE), buffer);
-  }
-  uint32_t length = size;
-  EXPECT_EQ(0U, call(buffer.data(), &length));
-  EXPECT_EQ(size, length);
-  EXPECT_EQ(0xEE, buffer.back());
-  buffer.pop_back();
-  return buffer;
-}
 
 Tree Value(const Asn1Item& item, const char* encoding) { return std::move(Decode(item, FromHex(encoding)).tree); }
 
@@ -149,20 +128,6 @@ TEST(Primitives, BitStringsTellTheirUnusedBits) {
               return GetAsn1BitString(&tree.As<Asn1BitString>(), &unused, b, l);
             })));
   EXPECT_EQ(5U, unused);
-
-  const struct {
-    const char* octets;
-    uint8_t unused;
-    uint32_t trimmedLength;
-    uint8_t trimmedUnused;
-  } cases[] = {{"80 00", 0, 1, 7}, {"00 00", 0, 0, 0}, {"", 0, 0, 0},      {"01", 0, 1, 0},    {"06 00 00", 0, 1, 1},
-               {"07", 1, 1, 1},    {"01", 1, 0, 0},    {"10 7F", 7, 1, 4}, {"FF FF", 7, 2, 7}, {"00 80", 3, 2, 7}};
-  for (const auto& c : cases) {
-    const Bytes octets = FromHex(c.octets);
-    const tessel::BitCount count = tessel::WithoutTrailingZeros(octets, c.unused);
-    EXPECT_EQ(c.trimmedLength, count.length) << c.octets;
-    EXPECT_EQ(c.trimmedUnused, count.unused) << c.octets;
-  }
 }
 
 TEST(Primitives, LoneValuesOfEveryPlainType) {

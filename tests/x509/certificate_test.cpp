@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/objects.h"
 #include "support/octets.h"
 #include "support/samples.h"
 #include "support/tree.h"
@@ -9,22 +10,6 @@
 
 namespace test {
 namespace {
-
-template <class Object, class Function>
-Bytes ToBuffer(Function function, const Object* object) {
-  uint32_t size = 0;
-  EXPECT_EQ(0U, function(object, nullptr, &size));
-  Bytes buffer(size + 1, 0xEE);
-  uint32_t length = size - 1;
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, function(object, buffer.data(), &length));
-  EXPECT_EQ(size, length);
-  EXPECT_EQ(Bytes(size + 1, 0xEE), buffer);
-  EXPECT_EQ(0U, function(object, buffer.data(), &length));
-  EXPECT_EQ(size, length);
-  EXPECT_EQ(0xEE, buffer[size]);
-  buffer.pop_back();
-  return buffer;
-}
 
 // Those of the corpus that are not DER: a flag that is neither true nor false, and values that equal their DEFAULT,
 // which are left out when the certificate is written.
@@ -75,7 +60,7 @@ TEST(Certificate, RealOnesSurviveTheRoundTrip) {
     EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&X509ExtensionsItem, certificate->tbsCertificate->extensions,
                                             copy->tbsCertificate->extensions, &equal));
     EXPECT_EQ(1U, equal);
-    const Bytes octets = ToBuffer(EncodeCertificate, certificate);
+    const Bytes octets = FetchFrom<Certificate>(certificate, EncodeCertificate);
     if (expectation.octetsLeftOut == 0) {
       EXPECT_EQ(ToHex(sample.octets), ToHex(octets));
     } else {
@@ -83,9 +68,9 @@ TEST(Certificate, RealOnesSurviveTheRoundTrip) {
     }
     FreeCertificate(certificate);
 
-    EXPECT_EQ(octets, ToBuffer(EncodeCertificate, copy));
+    EXPECT_EQ(octets, FetchFrom<Certificate>(copy, EncodeCertificate));
     // The to-be-signed part is the first element inside.
-    const Bytes part = ToBuffer(GetCertificateToBeSignedPart, copy);
+    const Bytes part = FetchFrom<Certificate>(copy, GetCertificateToBeSignedPart);
     const uint32_t at = HeaderLength(octets);
     ASSERT_LE(at + part.size(), octets.size());
     EXPECT_TRUE(std::equal(part.begin(), part.end(), octets.begin() + at));
@@ -136,6 +121,233 @@ TEST(Certificate, NewOnesAreIncomplete) {
   FreeCertificate(certificate);
 }
 
+OwnedCertificate NewCertificate() {
+  OwnedCertificate certificate;
+  EXPECT_EQ(0U, CreateCertificate(certificate.Out()));
+  return certificate;
+}
+
+TEST(Certificate, VersionAndSerialNumber) {
+  const OwnedCertificate certificate = NewCertificate();
+  int32_t version = 77;
+  EXPECT_EQ(0U, GetCertificateVersion(certificate, &version));
+  EXPECT_EQ(0, version);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateVersion(certificate, 3));
+  EXPECT_EQ(0U, SetCertificateVersion(certificate, 2));
+  EXPECT_EQ(0U, GetCertificateVersion(certificate, &version));
+  EXPECT_EQ(2, version);
+  certificate->tbsCertificate->version = nullptr;  // as a tree that was built by hand may have it
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateVersion(certificate, &version));
+  EXPECT_EQ(0U, SetCertificateVersion(certificate, 1));
+
+  const Bytes serial = FromHex("00 00 05");
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateSerialNumber(certificate, serial.data(), 0));
+  EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, serial.data(), 3));
+  EXPECT_EQ(serial, FetchFrom<Certificate>(certificate, GetCertificateSerialNumber)) << "as it was given";
+  uint32_t length = 0;
+  const uint8_t* lent = ptr_GetCertificateSerialNumber(certificate, &length);
+  EXPECT_EQ(serial, Bytes(lent, lent + length));
+  EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, lent + 1, 2)) << "out of what it replaces";
+  EXPECT_EQ("00 05", ToHex(FetchFrom<Certificate>(certificate, GetCertificateSerialNumber)));
+  EXPECT_EQ(nullptr, ptr_GetCertificateSerialNumber(nullptr, &length));
+  EXPECT_EQ(nullptr, ptr_GetCertificateSerialNumber(certificate, nullptr));
+}
+
+TEST(Certificate, NamesAreLentCopiedAndTaken) {
+  const OwnedCertificate certificate = NewCertificate();
+  X509Name* issuer = nullptr;
+  ASSERT_EQ(0U, GetCertificateIssuer(certificate, &issuer)) << "an empty name is made";
+  uint32_t count = 77;
+  EXPECT_EQ(0U, GetX509NameRdnCount(issuer, &count));
+  EXPECT_EQ(0U, count);
+  const Bytes oid = Counted("2.5.4.3");
+  EXPECT_EQ(0U, AddX509NameEntry(issuer, oid.data(), 4, 12, oid.data(), 1));
+  X509Name* again = nullptr;
+  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &again));
+  EXPECT_EQ(issuer, again);
+
+  EXPECT_EQ(0U, SetCertificateSubject(certificate, issuer));
+  X509Name* subject = nullptr;
+  ASSERT_EQ(0U, GetCertificateSubject(certificate, &subject));
+  EXPECT_NE(issuer, subject);
+  EXPECT_EQ(0U, CompareX509Names(issuer, subject));
+  EXPECT_EQ(0U, SetCertificateSubject(certificate, subject)) << "its own copy";
+  OwnedName name;
+  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  X509Name* const given = name.Release();
+  EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0));
+  EXPECT_EQ(0U, GetCertificateSubject(certificate, &subject));
+  EXPECT_EQ(given, subject);
+  EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0)) << "which it has already";
+  EXPECT_EQ(0U, SetCertificateIssuer_i(certificate, subject, 1));
+  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &issuer));
+  EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(issuer, subject)) << "both have no RDN";
+}
+
+TEST(Certificate, TimesAreWrittenByTheirYear) {
+  const OwnedCertificate certificate = NewCertificate();
+  const OwnedTime read = TimeOf(2000, 1, 1);
+  for (const auto& [year, index] : {std::pair{2049U, 0U}, {2050U, 1U}, {1950U, 0U}}) {
+    const OwnedTime time = TimeOf(year, 2, 3);
+    EXPECT_EQ(0U, SetCertificateValidNotBefore(certificate, time));
+    EXPECT_EQ(0U, SetCertificateValidNotAfter(certificate, time));
+    EXPECT_EQ(index, certificate->tbsCertificate->validity->notAfter->index);
+    EXPECT_EQ(0U, GetCertificateValidNotAfter(certificate, read));
+    EXPECT_EQ(0, CompareTime(read, time));
+    EXPECT_EQ(0U, GetCertificateValidNotBefore(certificate, read));
+    EXPECT_EQ(0, CompareTime(read, time));
+  }
+}
+
+TEST(Certificate, BitStrings) {
+  const OwnedCertificate certificate = NewCertificate();
+  const Bytes octets = FromHex("FF FF");
+  uint32_t length = 0;
+  uint8_t unused = 77;
+  const auto read = [&](uint8_t* buffer, uint32_t* size) {
+    return GetCertificateSubjectUniqueId(certificate, buffer, size, &unused);
+  };
+  EXPECT_EQ(TESSEL_ABSENT, read(nullptr, &length));
+  EXPECT_EQ(0U, SetCertificateSubjectUniqueId(certificate, octets.data(), 2, 3));
+  EXPECT_EQ("FF F8", ToHex(Fetch(read)));
+  EXPECT_EQ(3, unused);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateSubjectUniqueId(certificate, octets.data(), 2, 8));
+  EXPECT_EQ("FF F8", ToHex(Fetch(read)));
+  EXPECT_EQ(0U, SetCertificateSubjectUniqueId(certificate, nullptr, 2, 0));
+  EXPECT_EQ(TESSEL_ABSENT, read(nullptr, &length));
+  EXPECT_EQ(0U, SetCertificateIssuerUniqueId(certificate, octets.data(), 1, 0));
+  EXPECT_EQ("FF", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
+              return GetCertificateIssuerUniqueId(certificate, buffer, size, nullptr);
+            })));
+
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateSignature(certificate, nullptr, 2));
+  EXPECT_EQ(0U, SetCertificateSignature(certificate, octets.data(), 2));
+  EXPECT_EQ(octets, FetchFrom<Certificate>(certificate, GetCertificateSignature));
+  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, octets.data(), 2));
+  EXPECT_EQ(octets, FetchFrom<Certificate>(certificate, GetCertificatePublicKey));
+}
+
+TEST(Certificate, WithoutAToBeSignedPart) {
+  const OwnedCertificate whole = NewCertificate();
+  const Bytes octets = FromHex("01 02");
+  ASSERT_EQ(0U, SetCertificateSignature(whole, octets.data(), 2));
+  Certificate part{nullptr, whole->signatureAlgorithm, whole->signatureValue};
+  uint32_t length = 0;
+  uint8_t unused = 0;
+  X509Name* name = nullptr;
+  X509ExtensionsSlot* slot = nullptr;
+  const OwnedTime time = TimeOf(2026, 11, 21);
+  const Bytes oid = Counted("2.5.29.15");
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateSignature(&part, nullptr, &length));
+  EXPECT_EQ(TESSEL_ABSENT, SetCertificateSignature(&part, octets.data(), 2));
+  EXPECT_EQ(TESSEL_ABSENT, SetCertificateVersion(&part, 1));
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateSerialNumber(&part, nullptr, &length));
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateSubject(&part, &name));
+  EXPECT_EQ(TESSEL_ABSENT, SetCertificateValidNotAfter(&part, time));
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateIssuerUniqueId(&part, nullptr, &length, &unused));
+  EXPECT_EQ(TESSEL_ABSENT, SetCertificateSignatureAlgorithmOidAndParameters(&part, oid.data(), nullptr, 0));
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateExtensions(&part, &slot));
+  EXPECT_EQ(TESSEL_ABSENT, GetCertificateCN(&part, nullptr, &length));
+  EXPECT_EQ(TESSEL_ABSENT, SetCertificateSubjectKeyIdentifier(&part));
+  EXPECT_EQ(TESSEL_ABSENT, SetCertificateExtensionCrlDistributionPoints(&part, "u"));
+  EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateExtensionValue(&part, oid.data(), nullptr, &length));
+  EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateSubjectKeyIdentifier(&part, nullptr, &length));
+}
+
+TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
+  const OwnedCertificate certificate = NewCertificate();
+  const auto parametersOf = [](const AlgorithmIdentifier* algorithm) {
+    return algorithm->parameters == nullptr ? 0 : algorithm->parameters->length;
+  };
+  const auto expectBoth = [&](const char* oid, uint32_t parametersLength) {
+    const AlgorithmIdentifier* const both[] = {certificate->tbsCertificate->signature, certificate->signatureAlgorithm};
+    for (const AlgorithmIdentifier* each : both) {
+      EXPECT_EQ(1U, IsOidAndAsn1ObjectIdentifierEquals(Counted(oid).data(), each->algorithm));
+      EXPECT_EQ(parametersLength, parametersOf(each));
+    }
+  };
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateGostR34102001SignatureAlgorithmID(certificate, 100, 1));
+  EXPECT_EQ(TESSEL_UNKNOWN_ID, SetCertificateGostR34102001SignatureAlgorithmID(certificate, 99, 0));
+  EXPECT_EQ(0U, SetCertificateGostR34102001SignatureAlgorithmID(certificate, 100, 0));
+  expectBoth("1.2.643.2.2.3", 2);
+  EXPECT_EQ(0U, SetCertificateGostR34102001SignatureAlgorithmID(certificate, 3002, 0xFF));
+  expectBoth("1.2.643.7.1.1.3.2", 0);
+  EXPECT_EQ(0U, SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(certificate, 100, 1, 1, 1, 1));
+  expectBoth("1.2.643.2.2.3", 20);
+  const Bytes null = FromHex("05 00");
+  EXPECT_EQ(0U, SetCertificateSignatureAlgorithmOidAndParameters(certificate, Counted("1.2.3").data(), null.data(), 2));
+  expectBoth("1.2.3", 2);
+}
+
+TEST(Certificate, ExtensionsInPlace) {
+  const OwnedCertificate certificate = NewCertificate();
+  X509ExtensionsSlot* slot = nullptr;
+  ASSERT_EQ(0U, GetCertificateExtensions(certificate, &slot));
+  const Bytes usage = Counted("2.5.29.15");
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateExtensionValue(certificate, usage.data(), nullptr, &length));
+  EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, usage.data(), 1, usage.data(), 2));
+  EXPECT_EQ("03 55", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
+              return GetCertificateExtensionValue(certificate, usage.data(), buffer, size);
+            })));
+  EXPECT_EQ(0U, SetCertificateExtensions(certificate, slot)) << "a copy of its own";
+  const OwnedCertificate other = NewCertificate();
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateExtensions(other, nullptr));
+  EXPECT_EQ(0U, SetCertificateExtensions(other, slot));
+  EXPECT_EQ(0U, GetCertificateExtensionValue(other, usage.data(), nullptr, &length));
+
+  EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "http://a/, b"));
+  EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "c"));
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
+              return GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), buffer, size);
+            })));
+  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &length));
+  EXPECT_EQ(2U, length);
+  const std::string longest(2048 - 20, 'u');
+  EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, longest.c_str()));
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL,
+            SetCertificateExtensionCrlDistributionPoints(certificate, (longest + "u").c_str()));
+}
+
+// The display string of a subject whose common names have these values.
+std::string DisplayText(const Bytes& serial, std::initializer_list<std::pair<uint32_t, Bytes>> commonNames) {
+  const OwnedCertificate certificate = NewCertificate();
+  EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, serial.data(), SizeOf(serial)));
+  X509Name* subject = nullptr;
+  EXPECT_EQ(0U, GetCertificateSubject(certificate, &subject));
+  for (const auto& [type, value] : commonNames) {
+    EXPECT_EQ(0U, AddX509NameEntry(subject, value.data(), SizeOf(value), type, Counted("2.5.4.10").data(), 1));
+    EXPECT_EQ(0U, AddX509NameEntry(subject, value.data(), SizeOf(value), type, Counted("2.5.4.3").data(), 0));
+    EXPECT_EQ(0U, AddX509NameEntry(subject, value.data(), SizeOf(value), type, Counted("2.5.4.3").data(), 0));
+  }
+  char buffer[1024];
+  uint32_t length = 0;
+  const uint32_t status = GetCertificateCN(certificate, nullptr, &length);
+  if (status != TESSEL_OK) return std::to_string(status);
+  uint32_t capacity = length - 1;
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, GetCertificateCN(certificate, buffer, &capacity));
+  EXPECT_EQ(length, capacity);
+  EXPECT_EQ(0U, GetCertificateCN(certificate, buffer, &capacity));
+  EXPECT_EQ(length - 1, capacity);
+  EXPECT_EQ('\0', buffer[capacity]);
+  return {buffer, capacity};
+}
+
+TEST(Certificate, DisplayText) {
+  const Bytes text = ToBytes("Az");
+  const Bytes number = FromHex("41 7B");
+  EXPECT_EQ("Az, ????", DisplayText(text, {{19, ToBytes("John")}}));
+  EXPECT_EQ("John\xC8\xFF", DisplayText(number, {{12, ToBytes("John")}, {12, ToBytes("Ия")}}));
+  EXPECT_EQ("\xA8\xB8\xB4", DisplayText(number, {{12, ToBytes("ЁёЄ")}})) << "letters beyond Russian are shifted";
+  EXPECT_EQ("ab", DisplayText(number, {{12, FromHex("61 E2 84 96 80 62 D0")}})) << "what is no pair is dropped";
+  EXPECT_EQ("\xA8\xAA\xB9\xC8?z", DisplayText(number, {{30, FromHex("04 01 04 04 21 16 04 18 20 00 00 7A 00")}}));
+  EXPECT_EQ(", ", DisplayText(Bytes(99, 'A'), {}).substr(99));
+  EXPECT_EQ("", DisplayText(Bytes(100, 'A'), {}));
+  EXPECT_EQ(1023U, DisplayText(number, {{19, Bytes(1023, 'a')}}).size());
+  EXPECT_EQ("49", DisplayText(number, {{19, Bytes(1024, 'a')}}));
+  EXPECT_EQ("49", DisplayText(number, {{12, Bytes(1025, 0x80)}}));
+}
+
 TEST(Certificates, AreAListThatOwnsItsElements) {
   ::Certificates* list = nullptr;
   ASSERT_EQ(0U, CreateCertificates(&list));
@@ -157,7 +369,7 @@ TEST(Certificates, AreAListThatOwnsItsElements) {
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetCertificatesCertificate(list, 30, &lent));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddCertificateToCertificates(list, nullptr));
 
-  const Bytes octets = ToBuffer(EncodeCertificates, list);
+  const Bytes octets = FetchFrom<::Certificates>(list, EncodeCertificates);
   ASSERT_GE(octets.size(), all.size());
   EXPECT_TRUE(std::equal(all.rbegin(), all.rend(), octets.rbegin()));
   ::Certificates* decoded = nullptr;
@@ -165,7 +377,7 @@ TEST(Certificates, AreAListThatOwnsItsElements) {
   ::Certificates* copy = nullptr;
   ASSERT_EQ(0U, CreateCertificatesCopy(decoded, &copy));
   FreeCertificates(decoded);
-  EXPECT_EQ(octets, ToBuffer(EncodeCertificates, copy));
+  EXPECT_EQ(octets, FetchFrom<::Certificates>(copy, EncodeCertificates));
 
   // An empty slot is told, and does not stand in the way of freeing.
   FreeCertificate(static_cast<Certificate*>(copy->items[3]));

@@ -1,0 +1,47 @@
+#include "engine/slot.h"
+
+#include "engine/borrowed.h"
+#include "engine/owned_tree.h"
+#include "engine/primitives.h"
+
+namespace tessel {
+
+Status GetContent(const Slot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length) {
+  Asn1Value* value = nullptr;
+  if (Status status = slot.Load(value); status.Failed()) return status;
+  return ReadValue(*value, buffer, length, slot.At());
+}
+
+Status SetContent(const Slot<Asn1Value>& slot, Asn1Kind kind, const uint8_t* octets, uint32_t size) {
+  Asn1Value* value = nullptr;
+  if (Status status = slot.Load(value); status.Failed()) return status;
+  if (octets == nullptr || size == 0) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
+  return SetContent(*value, static_cast<uint32_t>(kind), {octets, size});
+}
+
+Status GetNumber(const Slot<Asn1Value>& slot, int32_t* number) {
+  Asn1Value* value = nullptr;
+  if (Status status = slot.Load(value); status.Failed()) return status;
+  return ReadInt32(*value, number, slot.At());
+}
+
+Status SetNumber(const Slot<Asn1Value>& slot, int32_t number) {
+  return Store(slot, kInteger, &NumberNode(TESSEL_KIND_INTEGER, number).Node());
+}
+
+Status GetBits(const Slot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* length, uint8_t* unused) {
+  Asn1BitString* bits = nullptr;
+  if (Status status = slot.Load(bits); status.Failed()) return status;
+  return ReadBits(*bits, buffer, length, unused, slot.At());
+}
+
+Status SetBits(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint32_t size, uint8_t unused) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  const Asn1BitString none{};
+  OwnedTree<Asn1BitString> bits(kBitString);
+  if (Status status = Copy(kBitString, &none, bits.Out()); status.Failed()) return status;
+  if (Status status = SetBits(*bits.Get(), octets, size, unused, slot.At()); status.Failed()) return status;
+  return Take(slot, kBitString, bits.Release());
+}
+
+}  // namespace tessel

@@ -1,0 +1,98 @@
+// The member that a function is about, and what functions do with members of any type.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include "engine/codec.h"
+#include "engine/descriptor.h"
+#include "engine/lifecycle.h"
+#include "engine/status.h"
+#include "tessel/nodes.h"
+
+namespace tessel {
+
+// Where the pointer to a member stands, or why it cannot be reached. Made by Path and by functions that start from a
+// public handle; every function below first passes on that reason.
+template <class Node>
+class Slot {
+ public:
+  Slot(Node*& member, Site at) : member_(&member), at_(at) {}
+  Slot(Status unreachable, Site at) : unreachable_(unreachable), at_(at) {}
+
+  // The place of the function that the slot was made for.
+  [[nodiscard]] Site At() const { return at_; }
+  [[nodiscard]] Status Unreachable() const { return unreachable_; }
+  // Only of a slot that is reachable.
+  [[nodiscard]] Node*& Member() const { return *member_; }
+
+  // The member's node. TESSEL_ABSENT: there is none.
+  Status Load(Node*& node) const {
+    if (unreachable_.Failed()) return unreachable_;
+    if (*member_ == nullptr) return Fail(TESSEL_ABSENT, at_);
+    node = *member_;
+    return Status();
+  }
+
+  // The node, or null when it is absent or cannot be reached.
+  [[nodiscard]] Node* OrNull() const { return unreachable_.Ok() ? *member_ : nullptr; }
+
+ private:
+  Status unreachable_;
+  Node** member_ = nullptr;
+  Site at_;
+};
+
+// A handle as a slot. Unreachable: a null one is TESSEL_INVALID_ARGUMENT.
+template <class Node>
+Slot<Node> SlotOf(Node*& handle, Site at = {}) {
+  return handle == nullptr ? Slot<Node>(Fail(TESSEL_INVALID_ARGUMENT, at), at) : Slot<Node>(handle, at);
+}
+
+// Puts a node into the slot, which takes it, in place of the one that it holds.
+template <class Node>
+Status Take(const Slot<Node>& slot, const Item<Node>& item, Node* node) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  Node* held = std::exchange(slot.Member(), node);
+  if (held != node) FreeTree(&item, held);
+  return Status();
+}
+
+template <class Node>
+Status Remove(const Slot<Node>& slot, const Item<Node>& item) {
+  return Take<Node>(slot, item, nullptr);
+}
+
+// Puts a copy of a node into the slot, in place of the one that it holds, which the source can be a part of. When it
+// fails the slot is as it was.
+template <class Node>
+Status Store(const Slot<Node>& slot, const Item<Node>& item, const Node* source) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  Node* copy = nullptr;
+  if (Status status = Copy(item, source, &copy, slot.At()); status.Failed()) return status;
+  return Take(slot, item, copy);
+}
+
+// The encoding of the member alone, in the caller's buffer.
+template <class Node>
+Status EncodeMember(const Slot<Node>& slot, const Item<Node>& item, uint8_t* buffer, uint32_t* length) {
+  Node* node = nullptr;
+  if (Status status = slot.Load(node); status.Failed()) return status;
+  return Encode(item, node, buffer, length, slot.At());
+}
+
+// Members of primitive types.
+
+// An INTEGER, OCTET STRING, ... as content octets. Setting needs at least one, and a node to put them in.
+Status GetContent(const Slot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length);
+Status SetContent(const Slot<Asn1Value>& slot, Asn1Kind kind, const uint8_t* octets, uint32_t size);
+
+// An INTEGER as a number. Setting makes the node when there is none.
+Status GetNumber(const Slot<Asn1Value>& slot, int32_t* number);
+Status SetNumber(const Slot<Asn1Value>& slot, int32_t number);
+
+// A BIT STRING; `unused` can be null. Setting stores a new node.
+Status GetBits(const Slot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr);
+Status SetBits(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint32_t size, uint8_t unused = 0);
+
+}  // namespace tessel

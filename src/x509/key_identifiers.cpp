@@ -1,0 +1,194 @@
+#include "tessel/key_identifiers.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "engine/borrowed.h"
+#include "engine/buffer.h"
+#include "engine/codec.h"
+#include "engine/encoder.h"
+#include "engine/nodes.h"
+#include "engine/owned_tree.h"
+#include "tessel/text.h"
+#include "values/sha1.h"
+#include "values/text.h"
+#include "x509/certificate.h"
+#include "x509/extension_values.h"
+#include "x509/extensions.h"
+#include "x509/names.h"
+
+using namespace tessel;
+
+namespace tessel {
+namespace {
+
+constexpr CountedOid kArdekKeyIdentifierOid = Oid("1.2.643.3.123.3.1");
+
+constexpr size_t kLargestExtensionValue = 1024;
+constexpr size_t kLargestHashedKey = 512;
+constexpr size_t kLargestKeyIdentifier = 32;
+constexpr size_t kLargestSerialNumber = 64;
+constexpr size_t kLargestArdekIdentifier = 138;
+
+// The value of a key identifier extension, when it is not larger than they may be: `tooLarge` tells that it is.
+Status FindIdentifier(const Certificate* certificate, const CountedOid& oid, TesselStatus tooLarge, Octets& value,
+                      Site at = {}) {
+  if (Status status = FindCertificateExtension(certificate, oid.Content(), value, at); status.Failed()) return status;
+  return value.size() > kLargestExtensionValue ? Fail(tooLarge, at) : Status();
+}
+
+// Encodes a tree and stores it as the value of an extension.
+Status ReplaceValue(const Slot<X509Extensions>& extensions, const CountedOid& oid, const Asn1Item& item,
+                    const void* node) {
+  if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+  Encoding value;
+  if (Status status = value.Make(item, node); status.Failed()) return status;
+  return ReplaceExtension(extensions, oid, value.Get());
+}
+
+// Subject key identifiers of at most 32 octets, as far as this file reads them itself.
+struct KeyIdentifier {
+  std::array<uint8_t, kLargestKeyIdentifier> octets;
+  uint32_t length = kLargestKeyIdentifier;
+
+  Status Read(const Certificate* certificate, Site at = {}) {
+    const uint32_t status = GetCertificateSubjectKeyIdentifier(certificate, octets.data(), &length);
+    return status == TESSEL_OK ? Status() : Fail(static_cast<TesselStatus>(status), at);
+  }
+  [[nodiscard]] Octets Get() const { return Octets(octets).first(length); }
+};
+
+bool IsGiven(const uint8_t* octets, uint32_t size) { return octets != nullptr && size != 0; }
+
+}  // namespace
+}  // namespace tessel
+
+uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certificate* certificate, uint8_t* buffer,
+                                                        uint32_t* length) {
+  Octets value;
+  Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, TESSEL_OUT_OF_MEMORY, value);
+  if (status.Failed()) return status;
+  return DecodeExtensionSubjectKeyIdentifier(value.data(), static_cast<uint32_t>(value.size()), buffer, length);
+}
+
+uint32_t TESSEL_CALL SetCertificateSubjectKeyIdentifier(Certificate* certificate) {
+  Asn1BitString* key = nullptr;
+  if (Status status = kPublicKey.In(certificate).Load(key); status.Failed()) return status;
+  const Octets octets = ContentOf(*key);
+  if (octets.empty()) return Fail(TESSEL_ABSENT);
+  if (octets.size() > kLargestHashedKey) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+  const Sha1Digest digest = Sha1(octets);
+  const Asn1Value identifier = Borrow(TESSEL_KIND_OCTET_STRING, digest);
+  return ReplaceValue(kExtensions.In(certificate), kSubjectKeyIdentifierOid, kOctetString, &identifier);
+}
+
+uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier(const Certificate* certificate, uint8_t* keyIdentifier,
+                                                          uint32_t* keyIdentifierLength, X509GeneralNames** names,
+                                                          uint8_t* serial, uint32_t* serialLength) {
+  if (names == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  *names = nullptr;
+  Octets value;
+  Status status = FindIdentifier(certificate, kAuthorityKeyIdentifierOid, TESSEL_INTERNAL_BUFFER_TOO_SMALL, value);
+  if (status.Failed()) return status;
+  return DecodeExtensionAuthorityKeyIdentifier(value.data(), static_cast<uint32_t>(value.size()), keyIdentifier,
+                                               keyIdentifierLength, names, serial, serialLength);
+}
+
+uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier2(const Certificate* certificate, uint8_t* keyIdentifier,
+                                                           uint32_t* keyIdentifierLength, X509Name** name,
+                                                           uint8_t* serial, uint32_t* serialLength) {
+  if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  *name = nullptr;
+  OwnedTree<X509GeneralNames> names(kX509GeneralNames);
+  const uint32_t status = GetCertificateAuthorityKeyIdentifier(certificate, keyIdentifier, keyIdentifierLength,
+                                                               names.Out(), serial, serialLength);
+  if (status != TESSEL_OK || names.Get() == nullptr) return status;
+  return GetX509NameFromGeneralNames(names.Get(), name);
+}
+
+uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier2(Certificate* certificate, const uint8_t* keyIdentifier,
+                                                           uint32_t keyIdentifierSize, const X509Name* issuer,
+                                                           const uint8_t* serial, uint32_t serialSize) {
+  const bool pointsToKey = IsGiven(keyIdentifier, keyIdentifierSize);
+  const bool pointsToCertificate = issuer != nullptr && IsGiven(serial, serialSize);
+  if (certificate == nullptr || (!pointsToKey && !pointsToCertificate)) return Fail(TESSEL_INVALID_ARGUMENT);
+
+  Asn1Value key = Borrow(TESSEL_KIND_OCTET_STRING, {keyIdentifier, keyIdentifierSize});
+  Asn1Value number = Borrow(TESSEL_KIND_INTEGER, {serial, serialSize});
+  Encoding encodedIssuer;
+  Asn1Any directoryName{};
+  if (issuer != nullptr) {
+    if (Status status = encodedIssuer.Make(kX509Name, issuer); status.Failed()) return status;
+    directoryName = BorrowOpenValue(encodedIssuer.Get());
+  }
+  X509GeneralName generalName{{kDirectoryName, &directoryName}};
+  BorrowedList<X509GeneralNames> names(&generalName);
+  const AuthorityKeyIdentifier identifier{NullIfEmpty(key), issuer == nullptr ? nullptr : names.Node(),
+                                          NullIfEmpty(number)};
+  return ReplaceValue(kExtensions.In(certificate), kAuthorityKeyIdentifierOid, kAuthorityKeyIdentifier, &identifier);
+}
+
+uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certificate, const Certificate* issuer) {
+  if (certificate == nullptr || issuer == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  KeyIdentifier key;
+  if (key.Read(issuer).Failed()) key.length = 0;
+  Asn1Value* serial = nullptr;
+  if (Status status = kSerialNumber.In(issuer).Load(serial); status.Failed()) return status;
+  if (serial->length > kLargestSerialNumber) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+  const X509Name* name = NameOrNull(kIssuer.In(issuer));
+  return SetCertificateAuthorityKeyIdentifier2(certificate, key.octets.data(), key.length, name, serial->data,
+                                               serial->length);
+}
+
+uint32_t TESSEL_CALL IsCertificateCorrespondToAuthKeyIdent(const Certificate* certificate, const uint8_t* keyIdentifier,
+                                                           uint32_t keyIdentifierSize, const X509Name* issuer,
+                                                           const uint8_t* serial, uint32_t serialSize) {
+  const bool pointsToKey = IsGiven(keyIdentifier, keyIdentifierSize);
+  if (certificate == nullptr || (!pointsToKey && issuer == nullptr && !IsGiven(serial, serialSize))) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
+  }
+  if (pointsToKey) {
+    KeyIdentifier key;
+    Status status = key.Read(certificate);
+    if (status == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+    if (status.Failed()) return status;
+    return std::ranges::equal(key.Get(), Octets(keyIdentifier, keyIdentifierSize)) ? Status() : Fail(TESSEL_DIFFERENT);
+  }
+  const Asn1Value* number = kSerialNumber.In(certificate).OrNull();
+  if (number == nullptr || number->data == nullptr) return Fail(TESSEL_INVALID_CONTENT);
+  const Octets given(serial, serial == nullptr ? 0 : serialSize);
+  if (!std::ranges::equal(ContentOf(*number), given)) return Fail(TESSEL_DIFFERENT);
+  const X509Name* name = NameOrNull(kIssuer.In(certificate));
+  return name == nullptr ? Fail(TESSEL_ABSENT) : CompareX509Names(name, issuer);
+}
+
+uint32_t TESSEL_CALL SetCertificateArdekKeyIdentifier(Certificate* certificate, const char* text) {
+  if (text == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  std::array<char, kLargestArdekIdentifier> utf8;
+  uint32_t length = utf8.size();
+  const uint32_t converted = ConvertAnsiToUTF8(text, utf8.data(), &length);
+  if (converted == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+  if (converted != TESSEL_OK) return converted;
+  const Asn1Value string = Borrow(TESSEL_KIND_UTF8_STRING, {reinterpret_cast<const uint8_t*>(utf8.data()), length});
+  uint32_t encodedLength = 0;
+  if (Status status = MeasureTree(kUtf8String, &string, encodedLength); status.Failed()) return status;
+  if (encodedLength > kLargestArdekIdentifier) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+  return ReplaceValue(kExtensions.In(certificate), kArdekKeyIdentifierOid, kUtf8String, &string);
+}
+
+uint32_t TESSEL_CALL GetArdekIdentifierFromCertificate(const Certificate* certificate, char* buffer, uint32_t* length) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  Octets value;
+  Status status = FindCertificateExtension(certificate, kArdekKeyIdentifierOid.Content(), value);
+  if (status.Failed()) return status;
+  OwnedTree<Asn1Value> string(kUtf8String);
+  status = Decode(kUtf8String, value.data(), static_cast<uint32_t>(value.size()), string.Out());
+  if (status.Failed()) return status;
+  Octets utf8 = ContentOf(*string.Get());
+  status = Offer(utf8.size(), buffer, length);
+  if (status.Failed() || buffer == nullptr) return status;
+  *length = 0;
+  for (uint8_t ansi = 0; TakeAnsi(utf8, AnsiRepertoire::kAll, ansi);) buffer[(*length)++] = static_cast<char>(ansi);
+  return Status();
+}

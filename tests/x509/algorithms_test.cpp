@@ -1,0 +1,229 @@
+#include <gtest/gtest.h>
+
+#include "support/objects.h"
+#include "support/octets.h"
+#include "support/tree.h"
+#include "tessel/tessel.h"
+
+namespace test {
+namespace {
+
+constexpr const char* kNull = "05 00";
+// CryptoPro A, GOST R 34.11-94, and the DEFAULT encryption set left out.
+constexpr const char* kSets2001 = "30 12 06 07 2A 85 03 02 02 23 01 06 07 2A 85 03 02 02 1E 01";
+// TC26 512 A, GOST R 34.11-2012 of 512 bits, and the DEFAULT of 2012, which the schema of 2001 writes.
+constexpr const char* kSets2012 =
+    "30 20 06 09 2A 85 03 07 01 02 01 02 01 06 08 2A 85 03 07 01 01 02 03 06 09 2A 85 03 07 01 02 05 01 01";
+
+struct Sets {
+  uint32_t status;
+  uint8_t mode = 77;
+  uint32_t publicKey = 0;
+  uint32_t digest = 0;
+  uint32_t encryption = 0;
+};
+
+Sets DecodeSets(const Bytes& parameters) {
+  Sets sets{};
+  const Guarded input(parameters);
+  sets.status = DecodeAlgorithmGostR34102001Parameters(input.Data(), input.Size(), &sets.mode, &sets.publicKey,
+                                                       &sets.digest, &sets.encryption);
+  return sets;
+}
+
+TEST(GostParameters, ByNumbers) {
+  const struct {
+    uint8_t mode;
+    Sets sets;
+    const char* encoding;
+  } cases[] = {{0, {}, kNull}, {1, {0, 1, 1, 1, 1}, kSets2001}, {1, {0, 1, 10, 4, 9}, kSets2012}, {0xFF, {}, ""}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.encoding);
+    const Bytes encoding = Fetch([&c](uint8_t* buffer, uint32_t* length) {
+      return EncodeAlgorithmGostR34102001Parameters(c.mode, c.sets.publicKey, c.sets.digest, c.sets.encryption, buffer,
+                                                    length);
+    });
+    EXPECT_EQ(c.encoding, ToHex(encoding));
+    const Sets decoded = DecodeSets(encoding);
+    EXPECT_EQ(0U, decoded.status);
+    EXPECT_EQ(c.mode, decoded.mode);
+    EXPECT_EQ(c.sets.publicKey, decoded.publicKey);
+    EXPECT_EQ(c.sets.digest, decoded.digest);
+    EXPECT_EQ(c.sets.encryption, decoded.encryption);
+  }
+  uint32_t length = 0;
+  const auto encode = [&length](uint8_t mode, uint32_t publicKey, uint32_t digest, uint32_t encryption) {
+    return EncodeAlgorithmGostR34102001Parameters(mode, publicKey, digest, encryption, nullptr, &length);
+  };
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, encode(2, 1, 1, 1));
+  EXPECT_EQ(TESSEL_UNKNOWN_ID, encode(1, 13, 1, 1));
+  EXPECT_EQ(TESSEL_UNKNOWN_ID, encode(1, 1, 0, 1));
+  EXPECT_EQ(TESSEL_UNKNOWN_ID, encode(1, 1, 1, 10));
+  EXPECT_EQ(TESSEL_UNKNOWN_OID,
+            DecodeSets(FromHex("30 12 06 07 2A 85 03 02 02 23 09 06 07 2A 85 03 02 02 1E 01")).status);
+  EXPECT_EQ(TESSEL_MALFORMED, DecodeSets(FromHex("30 09 06 07 2A 85 03 02 02 23 01")).status);
+  EXPECT_EQ(TESSEL_MALFORMED, DecodeSets(FromHex("30 80 06 01 2A 06 01 2A 00")).status);
+}
+
+TEST(GostParameters, ByIdentifiers) {
+  const Bytes publicKey = Counted("1.2.643.7.1.2.1.2.1");
+  const Bytes digest = Counted("1.2.643.7.1.1.2.3");
+  const Bytes encryption = Counted("1.2.643.7.1.2.5.1.1");
+  const auto encode = [&](uint32_t algorithm, uint8_t mode, const uint8_t* encryptionSet) {
+    return ToHex(Fetch([&](uint8_t* buffer, uint32_t* length) {
+      return EncodeAlgorithmGostR3410ParametersOid(algorithm, mode, publicKey.data(), digest.data(), encryptionSet,
+                                                   buffer, length);
+    }));
+  };
+  const std::string withoutEncryption = "30 15 06 09 2A 85 03 07 01 02 01 02 01 06 08 2A 85 03 07 01 01 02 03";
+  EXPECT_EQ(kSets2012, encode(102, 1, encryption.data()));
+  EXPECT_EQ(withoutEncryption, encode(3001, 1, encryption.data())) << "the DEFAULT of 2012";
+  EXPECT_EQ(withoutEncryption, encode(102, 1, nullptr));
+  EXPECT_EQ(kNull, encode(3000, 0, nullptr));
+  EXPECT_EQ("", encode(3000, 0xFF, nullptr));
+
+  // What is left out is another DEFAULT to each schema.
+  const Bytes parameters = FromHex(withoutEncryption);
+  uint8_t mode = 0;
+  Bytes oids[3] = {Bytes(16), Bytes(16), Bytes(16)};
+  const auto decode = [&](uint32_t algorithm, const Bytes& encoding, uint32_t capacity) {
+    uint32_t lengths[3] = {16, capacity, 16};
+    const uint32_t status =
+        DecodeAlgorithmGostR3410ParameterOids(algorithm, encoding.data(), SizeOf(encoding), &mode, oids[0].data(),
+                                              &lengths[0], oids[1].data(), &lengths[1], oids[2].data(), &lengths[2]);
+    for (int i = 0; i < 3; ++i) oids[i].resize(lengths[i]);
+    return status;
+  };
+  EXPECT_EQ(0U, decode(3000, parameters, 16));
+  EXPECT_EQ(publicKey, oids[0]);
+  EXPECT_EQ(digest, oids[1]);
+  EXPECT_EQ(encryption, oids[2]);
+  for (Bytes& oid : oids) oid.assign(16, 0);
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(102, parameters, 3));
+  EXPECT_EQ(publicKey, oids[0]) << "the others are answered all the same";
+  EXPECT_EQ(Counted("1.2.643.2.2.31.1"), oids[2]);
+  EXPECT_EQ(0U, decode(102, FromHex(kNull), 16));
+  EXPECT_EQ(0, mode);
+  EXPECT_TRUE(oids[0].empty() && oids[1].empty() && oids[2].empty());
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, decode(103, parameters, 16));
+}
+
+// In a certificate, whose functions follow the convention of all.
+struct Algorithm {
+  uint32_t status;
+  Bytes oid;
+  Bytes parameters;
+};
+
+Algorithm KeyAlgorithm(const Certificate* certificate, uint32_t oidCapacity = 32, uint32_t parametersCapacity = 64) {
+  Algorithm algorithm{0, Bytes(32), Bytes(64)};
+  algorithm.status = GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, algorithm.oid.data(), &oidCapacity,
+                                                                      algorithm.parameters.data(), &parametersCapacity);
+  algorithm.oid.resize(oidCapacity);
+  algorithm.parameters.resize(parametersCapacity);
+  return algorithm;
+}
+
+TEST(Algorithms, AreReadAndSetInHalves) {
+  OwnedCertificate certificate;
+  ASSERT_EQ(0U, CreateCertificate(certificate.Out()));
+  const Bytes oid = Counted("1.2.840.10045.2.1");
+  const Bytes curve = FromHex("06 08 2A 86 48 CE 3D 03 01 07");
+  const auto set = [&](const Bytes& parameters, uint32_t size) {
+    return SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, oid.data(), parameters.data(), size);
+  };
+  ASSERT_EQ(0U, set(curve, SizeOf(curve)));
+  EXPECT_EQ(0U, KeyAlgorithm(certificate).status);
+  EXPECT_EQ(oid, KeyAlgorithm(certificate).oid);
+  EXPECT_EQ(curve, KeyAlgorithm(certificate).parameters);
+  for (const Algorithm& small : {KeyAlgorithm(certificate, 7, 10), KeyAlgorithm(certificate, 8, 9)}) {
+    EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, small.status);
+    EXPECT_EQ(8U, small.oid.size());
+    EXPECT_EQ(10U, small.parameters.size());
+  }
+  uint32_t length = 0;
+  EXPECT_EQ(0U, GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, nullptr, &length));
+  EXPECT_EQ(10U, length);
+  Bytes buffer(16);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
+            GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, buffer.data(), nullptr, nullptr, &length));
+  ASSERT_EQ(0U, set(curve, 0)) << "nothing is what a length of 0 says";
+  EXPECT_EQ(0U, KeyAlgorithm(certificate).status);
+  EXPECT_TRUE(KeyAlgorithm(certificate).parameters.empty());
+  ASSERT_EQ(0U, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 1, curve.data(), 2));
+  EXPECT_EQ(Counted("1.2.840.113549.1.1.1"), KeyAlgorithm(certificate).oid);
+  EXPECT_EQ(TESSEL_UNKNOWN_ID, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 5, nullptr, 0));
+}
+
+TEST(Algorithms, StandAloneKeys) {
+  const Bytes info = FromHex("30 0F 30 09 06 03 2A 03 04 04 02 AA BB 03 02 00 55");
+  uint8_t oid[8];
+  uint8_t key[8];
+  uint8_t parameters[8];
+  const auto decode = [&](uint32_t oidCapacity, uint32_t keyCapacity, uint32_t parametersCapacity) {
+    const Guarded input(info);
+    const uint32_t status = DecodeSubjectPublicKeyInfo(input.Data(), input.Size(), oid, &oidCapacity, key, &keyCapacity,
+                                                       parameters, &parametersCapacity);
+    EXPECT_EQ(4U, oidCapacity);
+    EXPECT_EQ(1U, keyCapacity);
+    EXPECT_EQ(4U, parametersCapacity);
+    return status;
+  };
+  EXPECT_EQ(0U, decode(8, 8, 8));
+  EXPECT_EQ("03 2A 03 04", ToHex(Bytes(oid, oid + 4)));
+  EXPECT_EQ("04 02 AA BB", ToHex(Bytes(parameters, parameters + 4)));
+  EXPECT_EQ(0x55, key[0]);
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(0, 8, 8));
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(8, 0, 8));
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(8, 8, 0));
+
+  const DecodeResult decoded = Decode(SubjectPublicKeyInfoItem, info);
+  ASSERT_EQ(0U, decoded.status);
+  EXPECT_EQ("55", ToHex(FetchFrom(static_cast<const SubjectPublicKeyInfo*>(decoded.tree.Root()),
+                                  GetSubjectPublicKeyInfoPublicKey)));
+}
+
+TEST(Algorithms, OfGostKeysBelongToTheirSets) {
+  OwnedCertificate certificate;
+  ASSERT_EQ(0U, CreateCertificate(certificate.Out()));
+  const Bytes key(128, 0x5A);
+  ASSERT_EQ(0U, SetCertificateGostR34102001PublicKey(certificate, key.data(), SizeOf(key)));
+  uint32_t sets[3] = {};
+  const auto check = [&](uint32_t algorithm, uint8_t mode, uint32_t publicKey, uint32_t digest) {
+    EXPECT_EQ(0U, SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters(certificate, algorithm, mode, publicKey,
+                                                                               digest, 1));
+    uint32_t length = 0;
+    return GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0], &sets[1], &sets[2]);
+  };
+  uint32_t accepted = 0;
+  for (const uint32_t algorithm : {102U, 3000U, 3001U}) {
+    for (uint32_t publicKey = 1; publicKey <= 12; ++publicKey) {
+      for (uint32_t digest = 1; digest <= 4; ++digest) {
+        const bool expected = algorithm == 102    ? publicKey <= 6 && digest <= 2
+                              : algorithm == 3000 ? (publicKey <= 7 || publicKey == 9) && digest == 3
+                                                  : (publicKey == 8 || publicKey >= 10) && digest == 4;
+        ASSERT_EQ(expected ? TESSEL_OK : TESSEL_INVALID_KEY, check(algorithm, 1, publicKey, digest))
+            << algorithm << " " << publicKey << " " << digest;
+        if (!expected) continue;
+        ++accepted;
+        EXPECT_TRUE(sets[0] == publicKey && sets[1] == digest && sets[2] == 1);
+      }
+    }
+  }
+  EXPECT_EQ(6U * 2 + 8 + 4, accepted);
+  EXPECT_EQ(TESSEL_INVALID_KEY, check(3000, 0, 7, 3));
+  EXPECT_EQ(TESSEL_INVALID_KEY, check(3000, 0xFF, 7, 3));
+  EXPECT_EQ(TESSEL_INVALID_KEY, check(1, 1, 7, 3)) << "RSA";
+  const Bytes unknown = Counted("1.2.840.10045.2.1");
+  ASSERT_EQ(0U, SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, unknown.data(), nullptr, 0));
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_UNKNOWN_OID,
+            GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0], &sets[1], &sets[2]));
+  EXPECT_EQ(key, FetchFrom<Certificate>(certificate, GetCertificatePublicKeyGostR3410));
+  const Bytes wide(254, 1);
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 254));
+  EXPECT_EQ(0U, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 253));
+}
+
+}  // namespace
+}  // namespace test

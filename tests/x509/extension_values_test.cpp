@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/objects.h"
+#include "support/octets.h"
+#include "support/tree.h"
+#include "tessel/tessel.h"
+
+namespace test {
+namespace {
+
+TEST(ExtensionValues, NamedBits) {
+  const struct {
+    uint32_t bits;
+    const char* encoding;
+  } cases[] = {{0x80, "03 02 07 80"},
+               {0x06, "03 02 01 06"},
+               {0x01, "03 02 00 01"},
+               {0x8000, "03 03 07 00 80"},
+               {0x80FE, "03 03 07 FE 80"},
+               {0, "03 01 00"},
+               {0x01000000, "03 05 00 00 00 00 01"}};
+  for (const auto& c : cases) {
+    for (const auto& [encode, decode] :
+         {std::pair{&EncodeExtensionKeyUsage, &DecodeExtensionKeyUsage},
+          {&EncodeExtensionNetscapeCertificateType, &DecodeExtensionNetscapeCertificateType}}) {
+      const Bytes octets = Fetch([&](uint8_t* buffer, uint32_t* length) { return encode(c.bits, buffer, length); });
+      EXPECT_EQ(c.encoding, ToHex(octets));
+      uint32_t bits = 0xEEEEEEEE;
+      EXPECT_EQ(0U, decode(octets.data(), SizeOf(octets), &bits));
+      EXPECT_EQ(c.bits, bits);
+    }
+  }
+  uint32_t bits = 0;
+  const Bytes wide = FromHex("03 06 00 01 02 03 04 05");
+  EXPECT_EQ(0U, DecodeExtensionKeyUsage(wide.data(), SizeOf(wide), &bits));
+  EXPECT_EQ(0x04030201U, bits) << "32 bits, and no more";
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionNetscapeCertificateType(wide.data(), 0, &bits));
+}
+
+TEST(ExtensionValues, OfOneNode) {
+  const Bytes number = FromHex("00 80");
+  using Encode = decltype(&EncodeExtensionCrlNumber);
+  using Decode = decltype(&DecodeExtensionCrlNumber);
+  const struct {
+    Encode encode;
+    Decode decode;
+    const char* encoding;
+  } cases[] = {
+      {EncodeExtensionSubjectKeyIdentifier, DecodeExtensionSubjectKeyIdentifier, "04 02 00 80"},
+      {EncodeExtensionCrlNumber, DecodeExtensionCrlNumber, "02 02 00 80"},
+      {EncodeExtensionDeltaCrlIndicator, DecodeExtensionDeltaCrlIndicator, "02 02 00 80"},
+  };
+  for (const auto& c : cases) {
+    const Bytes octets =
+        Fetch([&](uint8_t* buffer, uint32_t* length) { return c.encode(number.data(), 2, buffer, length); });
+    EXPECT_EQ(c.encoding, ToHex(octets));
+    EXPECT_EQ(number, Fetch([&](uint8_t* buffer, uint32_t* length) {
+                return c.decode(octets.data(), SizeOf(octets), buffer, length);
+              }));
+  }
+
+  for (const auto& [reason, encoding] :
+       {std::pair{1, "0A 01 01"}, {0, "0A 01 00"}, {-1, "0A 01 FF"}, {128, "0A 02 00 80"}}) {
+    const Bytes octets = Fetch([reason = reason](uint8_t* buffer, uint32_t* length) {
+      return EncodeExtensionReasonCode(reason, buffer, length);
+    });
+    EXPECT_EQ(encoding, ToHex(octets));
+    int32_t decoded = 77;
+    EXPECT_EQ(0U, DecodeExtensionReasonCode(octets.data(), SizeOf(octets), &decoded));
+    EXPECT_EQ(reason, decoded);
+  }
+  int32_t reason = 0;
+  const Bytes empty = FromHex("0A 00");
+  EXPECT_EQ(TESSEL_MALFORMED, DecodeExtensionReasonCode(empty.data(), 2, &reason));
+
+  const OwnedTime time = TimeOf(2026, 11, 21);
+  const Bytes date = Fetch([&](uint8_t* b, uint32_t* l) { return EncodeExtensionInvalidityDate(time, b, l); });
+  EXPECT_EQ(FromHex("18 0F") + ToBytes("20261121123059Z"), date);
+  const OwnedTime decoded = TimeOf(2000, 1, 1);
+  EXPECT_EQ(0U, DecodeExtensionInvalidityDate(date.data(), SizeOf(date), decoded));
+  EXPECT_EQ(0, CompareTime(time, decoded));
+}
+
+TEST(ExtensionValues, BasicConstraints) {
+  constexpr uint32_t kNone = 0xFFFFFFFF;
+  const struct {
+    uint32_t cA;
+    uint32_t pathLength;
+    const char* encoding;
+  } cases[] = {{1, kNone, "30 03 01 01 FF"},
+               {0, kNone, "30 00"},
+               {7, 0, "30 06 01 01 FF 02 01 00"},
+               {0, 300, "30 04 02 02 01 2C"}};
+  for (const auto& c : cases) {
+    const Bytes octets = Fetch([&c](uint8_t* buffer, uint32_t* length) {
+      return EncodeExtensionBasicConstraints(c.cA, c.pathLength, buffer, length);
+    });
+    EXPECT_EQ(c.encoding, ToHex(octets));
+    uint8_t cA = 77;
+    uint32_t pathLength = 77;
+    EXPECT_EQ(0U, DecodeExtensionBasicConstraints(octets.data(), SizeOf(octets), &cA, &pathLength));
+    EXPECT_EQ(c.cA != 0 ? 0xFF : 0x00, cA);
+    EXPECT_EQ(c.pathLength, pathLength);
+  }
+}
+
+TEST(ExtensionValues, AuthorityKeyIdentifier) {
+  OwnedGeneralNames names;
+  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  const Bytes name = FromHex("30 00");
+  ASSERT_EQ(0U, AddX509GeneralName(names, 4, name.data(), 2));
+  const Bytes key = FromHex("01 02 03");
+  const Bytes serial = FromHex("00 FF");
+  const struct {
+    bool hasKey;
+    bool hasIssuer;
+    const char* encoding;
+  } cases[] = {{true, true, "30 0F 80 03 01 02 03 A1 04 A4 02 30 00 82 02 00 FF"},
+               {true, false, "30 05 80 03 01 02 03"},
+               {false, true, "30 0A A1 04 A4 02 30 00 82 02 00 FF"},
+               {false, false, "30 00"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.encoding);
+    // Null with a length, and a pointer without one, both leave a field out.
+    const Bytes octets = Fetch([&](uint8_t* buffer, uint32_t* length) {
+      return EncodeExtensionAuthorityKeyIdentifier(c.hasKey ? key.data() : nullptr, 3,
+                                                   c.hasIssuer ? names.Get() : nullptr, serial.data(),
+                                                   c.hasIssuer ? 2 : 0, buffer, length);
+    });
+    EXPECT_EQ(c.encoding, ToHex(octets));
+    uint8_t keyBuffer[8];
+    uint8_t serialBuffer[8];
+    const auto decode = [&](uint32_t keyCapacity, uint32_t serialCapacity, bool found) {
+      const Guarded input(octets);
+      OwnedGeneralNames decoded;
+      const uint32_t status = DecodeExtensionAuthorityKeyIdentifier(input.Data(), input.Size(), keyBuffer, &keyCapacity,
+                                                                    decoded.Out(), serialBuffer, &serialCapacity);
+      EXPECT_EQ(c.hasKey ? 3U : 0U, keyCapacity);
+      EXPECT_EQ(c.hasIssuer ? 2U : 0U, serialCapacity);
+      EXPECT_EQ(found && c.hasIssuer, decoded != nullptr);
+      return status;
+    };
+    EXPECT_EQ(0U, decode(8, 8, true));
+    EXPECT_EQ(c.hasKey ? TESSEL_BUFFER_TOO_SMALL : TESSEL_OK, decode(2, 8, !c.hasKey));
+    EXPECT_EQ(c.hasIssuer ? TESSEL_BUFFER_TOO_SMALL : TESSEL_OK, decode(8, 1, false));
+  }
+}
+
+TEST(ExtensionValues, PrivateKeyUsagePeriod) {
+  const OwnedTime start = TimeOf(2020, 1, 2);
+  const OwnedTime end = TimeOf(2026, 11, 21);
+  const OwnedTime first = TimeOf(1999, 1, 1);
+  const OwnedTime second = TimeOf(1999, 1, 1);
+  const OwnedTime untouched = TimeOf(1999, 1, 1);
+  const Bytes octets =
+      Fetch([&](uint8_t* b, uint32_t* l) { return EncodeExtensionPrivateKeyUsagePeriod(nullptr, end, b, l); });
+  EXPECT_EQ(FromHex("30 11 81 0F") + ToBytes("20261121123059Z"), octets);
+  EXPECT_EQ(0U, DecodeExtensionPrivateKeyUsagePeriod(octets.data(), SizeOf(octets), first, second));
+  EXPECT_EQ(0, CompareTime(first, untouched)) << "an absent field leaves its record";
+  EXPECT_EQ(0, CompareTime(second, end));
+  const Bytes both =
+      Fetch([&](uint8_t* b, uint32_t* l) { return EncodeExtensionPrivateKeyUsagePeriod(start, end, b, l); });
+  EXPECT_EQ(0U, DecodeExtensionPrivateKeyUsagePeriod(both.data(), SizeOf(both), first, second));
+  EXPECT_EQ(0, CompareTime(first, start));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionPrivateKeyUsagePeriod(both.data(), 0, first, second));
+  OwnedTime null;
+  ASSERT_EQ(0U, CreateLibraryTime(null.Out()));
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_INVALID_TIME, EncodeExtensionPrivateKeyUsagePeriod(null, end, nullptr, &length));
+}
+
+struct Point {
+  uint32_t status;
+  const X509GeneralNames* fullName;
+  const X509Name* relativeName;
+  std::string flags;
+};
+
+// Flags as value:presence, reasons among them.
+Point DecodePoint(const Bytes& octets) {
+  Point point{};
+  uint8_t flags[4] = {0x77, 0x77, 0x77, 0x77};
+  uint32_t present[4] = {9, 9, 9, 9};
+  uint32_t reasons = 0x77;
+  uint32_t hasReasons = 9;
+  const Guarded input(octets);
+  point.status = DecodeExtensionIssuingDistributionPoint(
+      input.Data(), input.Size(), &point.fullName, &point.relativeName, &flags[0], &present[0], &flags[1], &present[1],
+      &reasons, &hasReasons, &flags[2], &present[2], &flags[3], &present[3]);
+  point.flags = ToHex({flags[0], flags[1], flags[2], flags[3]}) + " " + std::to_string(reasons) + ":" +
+                std::to_string(hasReasons) + " " + std::to_string(present[0] + present[1] + present[2] + present[3]);
+  return point;
+}
+
+TEST(ExtensionValues, IssuingDistributionPoint) {
+  OwnedGeneralNames names;
+  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  const Bytes uri = ToBytes("u");
+  ASSERT_EQ(0U, AddX509GeneralName(names, 6, uri.data(), 1));
+  OwnedName relative;
+  ASSERT_EQ(0U, CreateX509Name(relative.Out()));
+  const auto encode = [&](bool full, bool other, uint8_t userCerts, uint32_t reasons, uint8_t indirect) {
+    return Fetch([&](uint8_t* buffer, uint32_t* length) {
+      return EncodeExtensionIssuingDistributionPoint(full ? names.Get() : nullptr, other ? relative.Get() : nullptr,
+                                                     userCerts, 1, 0xFF, 0, reasons, reasons != 0 ? 1 : 0, indirect,
+                                                     indirect, 0xFF, 1, buffer, length);
+    });
+  };
+  // The full name goes first; the reasons are under [1], and read back with a TRUE [1] before them or without.
+  const Bytes all = encode(true, true, 0xFF, 0x60, 1);
+  EXPECT_EQ("30 14 A0 05 A0 03 86 01 75 81 01 FF 81 02 05 60 84 01 FF 85 01 FF", ToHex(all));
+  Point point = DecodePoint(all);
+  EXPECT_EQ(0U, point.status);
+  EXPECT_NE(nullptr, point.fullName);
+  EXPECT_EQ(nullptr, point.relativeName);
+  EXPECT_EQ("FF 00 FF FF 96:1 4", point.flags);
+  FreeX509GeneralNames(const_cast<X509GeneralNames*>(point.fullName));  // against the rules, and harmless
+
+  const Bytes reasonsAlone = encode(false, true, 0, 0x60, 0);
+  EXPECT_EQ("30 0B A0 02 A1 00 81 02 05 60 85 01 FF", ToHex(reasonsAlone));
+  point = DecodePoint(reasonsAlone);
+  EXPECT_EQ(0U, point.status);
+  EXPECT_EQ(nullptr, point.fullName);
+  EXPECT_NE(nullptr, point.relativeName);
+  EXPECT_EQ("00 00 00 FF 96:1 4", point.flags);
+
+  EXPECT_EQ("00 00 00 00 119:0 4", DecodePoint(FromHex("30 00")).flags);
+  EXPECT_EQ(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 82 01 05")).status);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodePoint({}).status);
+}
+
+}  // namespace
+}  // namespace test

@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/objects.h"
+#include "support/octets.h"
+#include "tessel/tessel.h"
+
+namespace test {
+namespace {
+
+const Bytes kKey = FromHex("00 01 02 03");
+// Of these octets.
+constexpr const char* kSha1 = "A0 2A 05 B0 25 B9 28 C0 39 CF 1A E7 E8 EE 04 E7 C1 90 C0 DB";
+
+OwnedCertificate WithKey(const char* issuerName) {
+  OwnedCertificate certificate;
+  EXPECT_EQ(0U, CreateCertificate(certificate.Out()));
+  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, kKey.data(), SizeOf(kKey)));
+  EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, kKey.data() + 1, 3));
+  X509Name* issuer = nullptr;
+  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &issuer));
+  const Bytes value = ToBytes(issuerName);
+  EXPECT_EQ(0U, AddX509NameEntry(issuer, value.data(), SizeOf(value), 12, Counted("2.5.4.3").data(), 1));
+  return certificate;
+}
+
+Bytes ExtensionOf(const Certificate* certificate, const char* oid) {
+  return Fetch([&](uint8_t* buffer, uint32_t* length) {
+    return GetCertificateExtensionValue(certificate, Counted(oid).data(), buffer, length);
+  });
+}
+
+uint32_t ExtensionCount(Certificate* certificate) {
+  X509ExtensionsSlot* slot = nullptr;
+  EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
+  uint32_t count = 0;
+  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &count));
+  return count;
+}
+
+void AddExtension(Certificate* certificate, const char* oid, const Bytes& value) {
+  X509ExtensionsSlot* slot = nullptr;
+  EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
+  EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, Counted(oid).data(), 1, value.data(), SizeOf(value)));
+}
+
+// An OCTET STRING of this many octets in all.
+Bytes OctetString(uint32_t size) {
+  return FromHex("04 82") + Bytes{uint8_t((size - 4) >> 8), uint8_t(size - 4)} + Bytes(size - 4);
+}
+
+TEST(SubjectKeyIdentifier, IsTheHashOfTheKey) {
+  const OwnedCertificate certificate = WithKey("A");
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
+  EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
+  EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
+  EXPECT_EQ(1U, ExtensionCount(certificate));
+  EXPECT_EQ(kSha1, ToHex(FetchFrom<Certificate>(certificate, GetCertificateSubjectKeyIdentifier)));
+  const Bytes largest(512, 7);
+  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, largest.data(), 512));
+  EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
+  const Bytes wide(513, 7);
+  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, wide.data(), 513));
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateSubjectKeyIdentifier(certificate));
+  EXPECT_EQ(1U, ExtensionCount(certificate)) << "the old one stays";
+}
+
+TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
+  const OwnedCertificate certificate = WithKey("A");
+  AddExtension(certificate, "2.5.29.14", OctetString(1024));
+  uint32_t length = 0;
+  EXPECT_EQ(0U, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
+  EXPECT_EQ(1020U, length);
+  const OwnedCertificate large = WithKey("A");
+  AddExtension(large, "2.5.29.14", OctetString(1025));
+  AddExtension(large, "2.5.29.35", OctetString(1025));
+  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, GetCertificateSubjectKeyIdentifier(large, nullptr, &length));
+  OwnedGeneralNames names;
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
+            GetCertificateAuthorityKeyIdentifier(large, nullptr, &length, names.Out(), nullptr, &length));
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
+            IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
+}
+
+TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
+  const OwnedCertificate issuer = WithKey("Root");
+  const OwnedCertificate certificate = WithKey("CA");
+  AddExtension(certificate, "2.5.29.35", {0});
+  const std::string names =
+      "A1 13 A4 11 30 0F 31 0D 30 0B 06 03 55 04 03 0C 04 52 6F 6F 74 "
+      "82 03 01 02 03";
+  EXPECT_EQ(0U, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
+  EXPECT_EQ("30 1A " + names, ToHex(ExtensionOf(certificate, "2.5.29.35")));
+  EXPECT_EQ(1U, ExtensionCount(certificate));
+  EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(issuer));
+  EXPECT_EQ(0U, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
+  EXPECT_EQ("30 30 80 14 " + std::string(kSha1) + " " + names, ToHex(ExtensionOf(certificate, "2.5.29.35")));
+
+  Bytes key(20);
+  Bytes serial(3);
+  uint32_t keyLength = 20;
+  uint32_t serialLength = 3;
+  OwnedName name;
+  ASSERT_EQ(0U, GetCertificateAuthorityKeyIdentifier2(certificate, key.data(), &keyLength, name.Out(), serial.data(),
+                                                      &serialLength));
+  const auto matches = [&](const Certificate* candidate, const Bytes& keyIdentifier, const X509Name* issuerName,
+                           const Bytes& number) {
+    return IsCertificateCorrespondToAuthKeyIdent(candidate, keyIdentifier.data(), SizeOf(keyIdentifier), issuerName,
+                                                 number.data(), SizeOf(number));
+  };
+  EXPECT_EQ(0U, matches(issuer, key, nullptr, {}));
+  EXPECT_EQ(0U, matches(issuer, {}, name, serial));
+  EXPECT_EQ(TESSEL_DIFFERENT, matches(issuer, Bytes(key.begin(), key.end() - 1), name, serial));
+  EXPECT_EQ(TESSEL_DIFFERENT, matches(issuer, {}, name, {1, 2}));
+  EXPECT_EQ(TESSEL_DIFFERENT, matches(WithKey("Else"), {}, name, serial));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, matches(issuer, {}, nullptr, {}));
+  EXPECT_EQ(TESSEL_NOT_FOUND, matches(certificate, key, nullptr, {}));
+  OwnedCertificate empty;
+  ASSERT_EQ(0U, CreateCertificate(empty.Out()));
+  EXPECT_EQ(TESSEL_INVALID_CONTENT, matches(empty, {}, name, serial));
+
+  const Bytes wide(65, 1);
+  EXPECT_EQ(0U, SetCertificateSerialNumber(issuer, wide.data(), 65));
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
+}
+
+TEST(AuthorityKeyIdentifier, OfValues) {
+  const OwnedCertificate certificate = WithKey("CA");
+  OwnedName name;
+  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  const auto set = [&](uint32_t keySize, const X509Name* issuer, uint32_t serialSize) {
+    return SetCertificateAuthorityKeyIdentifier2(certificate, kKey.data(), keySize, issuer, kKey.data(), serialSize);
+  };
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, name, 0));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, nullptr, 2));
+  EXPECT_EQ(0U, set(0, name, 1));
+  EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ToHex(ExtensionOf(certificate, "2.5.29.35")));
+  EXPECT_EQ(0U, set(2, nullptr, 0));
+  EXPECT_EQ("30 04 80 02 00 01", ToHex(ExtensionOf(certificate, "2.5.29.35")));
+
+  OwnedName none;
+  uint32_t keyLength = 0;
+  uint32_t serialLength = 77;
+  EXPECT_EQ(
+      0U, GetCertificateAuthorityKeyIdentifier2(certificate, nullptr, &keyLength, none.Out(), nullptr, &serialLength));
+  EXPECT_EQ(nullptr, none.Get());
+  EXPECT_EQ(2U, keyLength);
+  EXPECT_EQ(0U, serialLength);
+}
+
+TEST(ArdekKeyIdentifier, IsATextInWindows1251) {
+  const OwnedCertificate certificate = WithKey("CA");
+  const std::string text = "\xCA\xEB\xFE\xF7 \xB9 1 \xAA";
+  EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, text.c_str()));
+  EXPECT_EQ(1U, ExtensionCount(certificate));
+  EXPECT_EQ(FromHex("0C 11") + ToBytes("Ключ № 1 Є"), ExtensionOf(certificate, "1.2.643.3.123.3.1"));
+  char buffer[32];
+  uint32_t length = 16;
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, GetArdekIdentifierFromCertificate(certificate, buffer, &length));
+  EXPECT_EQ(17U, length) << "the length in UTF-8";
+  EXPECT_EQ(0U, GetArdekIdentifierFromCertificate(certificate, buffer, &length));
+  EXPECT_EQ(text, std::string(buffer, length));
+  EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, std::string(128, 'a').c_str()));
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
+            SetCertificateArdekKeyIdentifier(certificate, std::string(129, 'a').c_str()));
+  EXPECT_EQ(0U, GetArdekIdentifierFromCertificate(certificate, nullptr, &length));
+  EXPECT_EQ(128U, length);
+}
+
+}  // namespace
+}  // namespace test

@@ -1,0 +1,281 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "support/objects.h"
+#include "support/octets.h"
+#include "support/tree.h"
+#include "tessel/tessel.h"
+
+namespace test {
+namespace {
+
+constexpr uint32_t kUtf8 = TESSEL_KIND_UTF8_STRING;
+constexpr uint32_t kPrintable = TESSEL_KIND_PRINTABLE_STRING;
+
+uint32_t Add(X509Name* name, const char* type, uint32_t stringType, std::string_view value, uint32_t newRdn = 1) {
+  return AddX509NameEntry(name, reinterpret_cast<const uint8_t*>(value.data()), static_cast<uint32_t>(value.size()),
+                          stringType, Counted(type).data(), newRdn);
+}
+
+OwnedName NameOf(const char* type, uint32_t stringType, std::string_view value) {
+  OwnedName name;
+  EXPECT_EQ(0U, CreateX509Name(name.Out()));
+  EXPECT_EQ(0U, Add(name, type, stringType, value));
+  return name;
+}
+
+// An attribute as "rdn.entry oid tag content".
+std::string Entry(const X509Name* name, uint32_t rdn, uint32_t entry) {
+  Bytes value(64);
+  Bytes oid(32);
+  uint32_t length = SizeOf(value);
+  uint32_t oidLength = SizeOf(oid);
+  uint32_t type = 0;
+  EXPECT_EQ(0U, GetX509NameEntry(name, rdn, entry, value.data(), &length, &type, oid.data(), &oidLength));
+  std::string dotted(100, '\0');
+  uint32_t dottedLength = 100;
+  EXPECT_EQ(0U, ConvertOidToString(oid.data(), dotted.data(), &dottedLength));
+  dotted.resize(dottedLength - 1);
+  return dotted + " " + std::to_string(type) + " " + std::string(value.begin(), value.begin() + length);
+}
+
+TEST(Names, AreBuiltReadAndChanged) {
+  OwnedName name;
+  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Add(name, "2.5.4.3", kUtf8, "early", 0)) << "no RDN to join";
+  EXPECT_EQ(0U, Add(name, "2.5.4.6", kPrintable, "RU"));
+  EXPECT_EQ(0U, Add(name, "2.5.4.3", kUtf8, "Имя"));
+  EXPECT_EQ(0U, Add(name, "2.5.4.10", kUtf8, "", 0));
+  // An RDN is sorted when it is encoded, and only then.
+  EXPECT_EQ("2.5.4.3 12 Имя", Entry(name, 1, 0));
+  const Bytes octets = FetchFrom<X509Name>(name, EncodeX509Name);
+  EXPECT_EQ(
+      "30 27 31 0B 30 09 06 03 55 04 06 13 02 52 55 "
+      "31 18 30 07 06 03 55 04 0A 0C 00 30 0D 06 03 55 04 03 0C 06 D0 98 D0 BC D1 8F",
+      ToHex(octets));
+  OwnedName decoded;
+  ASSERT_EQ(0U, DecodeX509Name(octets.data(), SizeOf(octets), decoded.Out()));
+  EXPECT_EQ("2.5.4.10 12 ", Entry(decoded, 1, 0));
+
+  for (X509Name* each : {name.Get(), decoded.Get()}) {
+    uint32_t count = 0;
+    EXPECT_EQ(0U, GetX509NameEntryCount(each, 1, &count));
+    EXPECT_EQ(2U, count);
+    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetX509NameEntryCount(each, 2, &count));
+    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(each, 1, 2));
+    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(each, 0, 1));
+    EXPECT_EQ(0U, DeleteX509NameEntry(each, 0, 0)) << "the RDN goes with its only attribute";
+    EXPECT_EQ(0U, DeleteX509NameEntry(each, 0, 0));
+    EXPECT_EQ(0U, GetX509NameRdnCount(each, &count));
+    EXPECT_EQ(1U, count);
+    EXPECT_EQ(0U, GetX509NameEntryCount(each, 0, &count));
+    EXPECT_EQ(1U, count);
+    EXPECT_EQ(0U, Add(each, "2.5.4.3", kUtf8, "again", 0));
+    EXPECT_EQ(0U, ClearX509Name(each));
+    EXPECT_EQ(0U, GetX509NameRdnCount(each, &count));
+    EXPECT_EQ(0U, count);
+    EXPECT_EQ("30 00", ToHex(FetchFrom<X509Name>(each, EncodeX509Name)));
+  }
+}
+
+TEST(Names, ValuesUnderAnyTag) {
+  OwnedName name;
+  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  const Bytes value = FromHex("02 01 05");
+  const Bytes oid = Counted("2.5.4.45");
+  EXPECT_EQ(0U, AddX509NameEntryExt(name, value.data(), 3, 0x80, 0x20, 1000, oid.data(), 1));
+  for (const auto& [tagClass, constructed] : {std::pair<uint8_t, uint8_t>{0x81, 0}, {0x80, 1}}) {
+    EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
+              AddX509NameEntryExt(name, value.data(), 3, tagClass, constructed, 1, oid.data(), 1));
+  }
+  EXPECT_EQ("30 10 31 0E 30 0C 06 03 55 04 2D BF 87 68 03 02 01 05", ToHex(FetchFrom<X509Name>(name, EncodeX509Name)));
+  uint8_t tagClass = 0;
+  uint8_t constructed = 0;
+  uint32_t tag = 0;
+  uint8_t buffer[8];
+  uint8_t oidBuffer[8];
+  const auto read = [&](uint8_t* to, uint32_t capacity, uint8_t* oidTo, uint32_t oidCapacity) {
+    const uint32_t status =
+        GetX509NameEntryExt(name, 0, 0, to, &capacity, &tagClass, &constructed, &tag, oidTo, &oidCapacity);
+    EXPECT_EQ(3U, capacity);
+    EXPECT_EQ(4U, oidCapacity);
+    return status;
+  };
+  EXPECT_EQ(0U, read(nullptr, 0, nullptr, 0));
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer, 8, nullptr, 0)) << "the buffers go together";
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(nullptr, 0, oidBuffer, 8));
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer, 8, oidBuffer, 3));
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer, 2, oidBuffer, 4));
+  EXPECT_EQ(0U, read(buffer, 3, oidBuffer, 4));
+  EXPECT_EQ(value, Bytes(buffer, buffer + 3));
+  EXPECT_EQ(oid, Bytes(oidBuffer, oidBuffer + 4));
+  EXPECT_EQ(0x80, tagClass);
+  EXPECT_EQ(0x20, constructed);
+  EXPECT_EQ(1000U, tag);
+}
+
+TEST(Names, AreComparedByTheirValuesAlone) {
+  const OwnedName name = NameOf("2.5.4.3", kPrintable, "Same");
+  EXPECT_EQ(0U, CompareX509Names(name, NameOf("2.5.4.10", kPrintable, "Same")));
+  EXPECT_EQ(0U, CompareX509Names(name, NameOf("2.5.4.3", kUtf8, "Same")));
+  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, NameOf("2.5.4.3", kPrintable, "same")));
+  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, NameOf("2.5.4.3", kPrintable, "Samee")));
+
+  OwnedName longer;
+  ASSERT_EQ(0U, CopyX509Name(name, longer.Out()));
+  EXPECT_EQ(0U, CompareX509Names(name, longer));
+  EXPECT_EQ(0U, Add(longer, "2.5.4.3", kUtf8, "More", 0));
+  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
+  EXPECT_EQ(0U, DeleteX509NameEntry(longer, 0, 1));
+  EXPECT_EQ(0U, Add(longer, "2.5.4.3", kUtf8, "More"));
+  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
+
+  // A name that never had an RDN is absent; one that lost them is empty.
+  OwnedName never;
+  ASSERT_EQ(0U, CreateX509Name(never.Out()));
+  EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(never, never));
+  EXPECT_EQ(0U, ClearX509Name(longer));
+  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
+  EXPECT_EQ(0U, CompareX509Names(longer, longer));
+}
+
+TEST(Names, NarrowestStringType) {
+  const struct {
+    std::string_view text;
+    uint32_t type;
+  } cases[] = {{"", 18},     {"12 34", 18}, {"Ivanov", 19},  {"1 A", 19},    {"a(b)+,-./:=?'", 19},
+               {"a@b", 22},  {"a\x7F", 22}, {"1\x7F", 22},   {"a@\xD0", 12}, {"a\n", 12},
+               {"\x80", 12}, {"12\n", 12},  {"12*\xFF", 12}, {"ключ", 12}};
+  for (const auto& c : cases) {
+    uint32_t type = 0;
+    const Bytes text = ToBytes(c.text);
+    EXPECT_EQ(0U, DetermineSuitableStringType(reinterpret_cast<const uint8_t*>(c.text.data()), SizeOf(text), &type));
+    EXPECT_EQ(c.type, type) << c.text;
+  }
+}
+
+TEST(GeneralNames, OfEveryAlternative) {
+  const struct {
+    uint32_t alternative;
+    const char* value;
+    const char* encoding;
+    // What is read from the decoded name, where it differs from the value.
+    const char* decoded = nullptr;
+  } cases[] = {
+      {0, "30 07 06 01 2A A0 02 0C 00", "A0 07 06 01 2A A0 02 0C 00", "A0 07 06 01 2A A0 02 0C 00"},
+      {1, "61 40 62", "81 03 61 40 62"},
+      {2, "62 2E 63", "82 03 62 2E 63"},
+      {3, "04 01 31", "83 01 31", "83 01 31"},
+      {4, "30 00", "A4 02 30 00"},
+      {5, "30 03 81 01 61", "A5 03 81 01 61", "A5 03 81 01 61"},
+      {6, "", "86 00"},
+      {7, "7F 00 00 01", "87 04 7F 00 00 01"},
+      {8, "03 55 04 03", "88 03 55 04 03"},
+  };
+  OwnedGeneralNames names;
+  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  Bytes content;
+  for (const auto& c : cases) {
+    const Bytes value = FromHex(c.value);
+    const uint8_t empty = 0;
+    // The length of an identifier is its own.
+    const uint32_t size = c.alternative == 8 ? 77 : SizeOf(value);
+    EXPECT_EQ(0U, AddX509GeneralName(names, c.alternative, value.empty() ? &empty : value.data(), size));
+    content += FromHex(c.encoding);
+  }
+  const Bytes octets = FetchFrom<X509GeneralNames>(names, EncodeX509GeneralNames);
+  EXPECT_EQ(ToHex(FromHex("30 2C") + content), ToHex(octets));
+  OwnedGeneralNames decoded;
+  ASSERT_EQ(0U, DecodeX509GeneralNames(octets.data(), SizeOf(octets), decoded.Out()));
+  OwnedGeneralNames copy;
+  ASSERT_EQ(0U, CopyX509GeneralNames(decoded, copy.Out()));
+  EXPECT_EQ(octets, FetchFrom<X509GeneralNames>(copy, EncodeX509GeneralNames));
+
+  uint32_t alternative = 0;
+  uint32_t length = 0;
+  for (uint32_t i = 0; i < std::size(cases); ++i) {
+    const auto read = [&](X509GeneralNames* from) {
+      const Bytes value = Fetch(
+          [&](uint8_t* buffer, uint32_t* size) { return GetX509GeneralName(from, i, &alternative, buffer, size); });
+      EXPECT_EQ(cases[i].alternative, alternative);
+      return ToHex(value);
+    };
+    EXPECT_EQ(cases[i].value, read(names));
+    EXPECT_EQ(cases[i].decoded != nullptr ? cases[i].decoded : cases[i].value, read(decoded));
+  }
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetX509GeneralName(names, 9, &alternative, nullptr, &length));
+  const uint8_t octet = 0x30;
+  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, AddX509GeneralName(names, 9, &octet, 1));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddX509GeneralName(names, 4, &octet, 0));
+
+  OwnedGeneralName alone;
+  ASSERT_EQ(0U, CreateX509GeneralName(alone.Out()));
+  EXPECT_EQ(TESSEL_ABSENT, GetX509GeneralNameValue(alone, &alternative, nullptr, &length));
+  X509GeneralName* made = nullptr;
+  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, AllocX509GeneralNameValue(&made, 9, &octet, 1));
+  ASSERT_EQ(0U, AllocX509GeneralNameValue(&made, 2, &octet, 1));
+  const OwnedGeneralName owned(made);
+  EXPECT_EQ(0U, GetX509GeneralNameValue(made, &alternative, nullptr, &length));
+  EXPECT_EQ(2U, alternative);
+}
+
+TEST(GeneralNames, TheFirstThatHoldsADistinguishedName) {
+  OwnedGeneralNames names;
+  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  OwnedName found;
+  EXPECT_EQ(TESSEL_NOT_FOUND, GetX509NameFromGeneralNames(names, found.Out()));
+  const Bytes encoding = FetchFrom<X509Name>(NameOf("2.5.4.3", kUtf8, "One"), EncodeX509Name);
+  const Bytes noName = FromHex("04 01 00");
+  EXPECT_EQ(0U, AddX509GeneralName(names, 6, encoding.data(), SizeOf(encoding)));
+  EXPECT_EQ(0U, AddX509GeneralName(names, 4, noName.data(), SizeOf(noName)));
+  EXPECT_EQ(TESSEL_NOT_FOUND, GetX509NameFromGeneralNames(names, found.Out()));
+  EXPECT_EQ(0U, AddX509GeneralName(names, 4, encoding.data(), SizeOf(encoding)));
+  ASSERT_EQ(0U, GetX509NameFromGeneralNames(names, found.Out()));
+  EXPECT_EQ("2.5.4.3 12 One", Entry(found, 0, 0));
+}
+
+TEST(FreeText, HoldsTextsAsTheyAre) {
+  Owned<PKIFreeText, FreePKIFreeText> text;
+  ASSERT_EQ(0U, CreatePKIFreeText(text.Out()));
+  const Bytes notUtf8 = FromHex("D0 FF");
+  EXPECT_EQ(0U, AddPKIFreeTextString(text, notUtf8.data(), 2));
+  EXPECT_EQ(0U, AddPKIFreeTextString(text, notUtf8.data(), 0));
+  const Bytes octets = FetchFrom<PKIFreeText>(text, EncodePKIFreeText);
+  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(octets));
+  Owned<PKIFreeText, FreePKIFreeText> decoded;
+  ASSERT_EQ(0U, DecodePKIFreeText(octets.data(), SizeOf(octets), decoded.Out()));
+  const auto read = [&decoded](uint32_t index) {
+    return Fetch(
+        [&](uint8_t* buffer, uint32_t* length) { return GetPKIFreeTextString(decoded, index, buffer, length); });
+  };
+  EXPECT_EQ(notUtf8, read(0));
+  EXPECT_EQ(Bytes(), read(1));
+  uint32_t number = 0;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetPKIFreeTextString(decoded, 2, nullptr, &number));
+  EXPECT_EQ(0U, GetPKIFreeTextStringCount(decoded, &number));
+  EXPECT_EQ(2U, number);
+}
+
+TEST(Names, NullsAreRefused) {
+  const OwnedName name = NameOf("2.5.4.3", kUtf8, "One");
+  OwnedGeneralNames names;
+  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  const Bytes oid = Counted("2.5.4.3");
+  uint8_t buffer[16];
+  uint8_t octet = 0;
+  uint32_t number = 16;
+  X509Name* const held = name;
+  X509GeneralNames* const list = names;
+  ExpectNullsRefused(AddX509NameEntry, held, oid.data(), 1U, 12U, oid.data(), 1U);
+  ExpectNullsRefused(GetX509NameEntryExt, held, 0U, 0U, Maybe<uint8_t*>{buffer}, &number, &octet, &octet, &number,
+                     Maybe<uint8_t*>{buffer}, &number);
+  ExpectNullsRefused(DetermineSuitableStringType, oid.data(), 1U, &number);
+  ExpectNullsRefused(CompareX509Names, held, held);
+  ExpectNullsRefused(AddX509GeneralName, list, 2U, oid.data(), 1U);
+  ExpectNullsRefused(GetX509GeneralName, list, 0U, &number, Maybe<uint8_t*>{buffer}, &number);
+}
+
+}  // namespace
+}  // namespace test
