@@ -68,6 +68,13 @@ Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, ui
   return Deliver(ContentOf(bits), buffer, length, at);
 }
 
+Status DecodeContent(const Item<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  OwnedTree value(item);
+  Status status = Decode(item, encoding.data(), static_cast<uint32_t>(encoding.size()), value.Out(), at);
+  return status.Failed() ? status : Deliver(ContentOf(*value.Get()), buffer, length, at);
+}
+
 Asn1Value* NewValue(uint32_t tag, Octets content) {
   void* node = nullptr;
   if (CreateTree(kInteger, node, Leaves::kEmpty).Failed()) return nullptr;
@@ -208,9 +215,7 @@ uint32_t TESSEL_CALL DecodeAsn1PrimitiveValue(uint32_t tag, const uint8_t* data,
   if (data == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Item<Asn1Value> item{};
   if (Status status = PlainType(tag, item); status.Failed()) return status;
-  OwnedTree value(item);
-  if (Status status = Decode(item, data, size, value.Out()); status.Failed()) return status;
-  return Deliver(ContentOf(*value.Get()), buffer, length);
+  return DecodeContent(item, {data, size}, buffer, length);
 }
 
 uint32_t TESSEL_CALL EncodeAsn1IA5String(const uint8_t* content, uint32_t size, uint8_t* buffer, uint32_t* length) {

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 
+#include "engine/descriptor.h"
 #include "engine/memory.h"
 #include "engine/status.h"
 #include "tessel/primitives.h"
@@ -26,6 +27,9 @@ Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Site
 Status ReadInt32(const Asn1Value& value, int32_t* number, Site at = {});
 Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Site at = {});
 Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr, Site at = {});
+
+// Reads the element of a plain type at the start of `encoding`, and delivers its content.
+Status DecodeContent(const Item<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at = {});
 
 // A new node with a copy of the content, or null when there is no memory.
 Asn1Value* NewValue(uint32_t tag, Octets content);

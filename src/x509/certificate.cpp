@@ -10,6 +10,7 @@
 #include "engine/lists.h"
 #include "engine/nodes.h"
 #include "engine/path.h"
+#include "engine/primitives.h"
 #include "x509/extension_lists.h"
 #include "x509/name_text.h"
 
@@ -55,13 +56,11 @@ Status SetSignatureAlgorithms(const Certificate* certificate, Set set, Site at =
 // Reads the OCTET STRING that the subject's public key holds, when that has no more than `largest` octets.
 Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* buffer, uint32_t* length, Site at = {}) {
   Asn1BitString* key = nullptr;
-  if (Status status = kPublicKey.In(certificate, at).Load(key); status.Failed()) return status;
+  if (Status status = kCertificatePublicKey.In(certificate, at).Load(key); status.Failed()) return status;
   const Octets encoding = ContentOf(*key);
   if (encoding.empty()) return Fail(TESSEL_ABSENT, at);
   if (encoding.size() > largest) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL, at);
-  OwnedTree<Asn1Value> octets(kOctetString);
-  Status status = Decode(kOctetString, encoding.data(), static_cast<uint32_t>(encoding.size()), octets.Out(), at);
-  return status.Failed() ? status : Deliver(ContentOf(*octets.Get()), buffer, length, at);
+  return DecodeContent(kOctetString, encoding, buffer, length, at);
 }
 
 }  // namespace
@@ -69,7 +68,7 @@ Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* bu
 Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Site at) {
   if (certificate == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (certificate->tbsCertificate == nullptr) return Fail(TESSEL_NOT_FOUND, at);
-  return FindExtensionValue(kExtensions.In(certificate, at), oid, value);
+  return FindExtensionValue(kCertificateExtensions.In(certificate, at), oid, value);
 }
 
 }  // namespace tessel
@@ -143,22 +142,22 @@ uint32_t TESSEL_CALL SetCertificateVersion(Certificate* certificate, uint32_t ve
 }
 
 uint32_t TESSEL_CALL GetCertificateSerialNumber(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
-  return GetContent(kSerialNumber.In(certificate), buffer, length);
+  return GetContent(kCertificateSerialNumber.In(certificate), buffer, length);
 }
 
 uint32_t TESSEL_CALL SetCertificateSerialNumber(Certificate* certificate, const uint8_t* serial, uint32_t size) {
-  return SetContent(kSerialNumber.In(certificate), TESSEL_KIND_INTEGER, serial, size);
+  return SetContent(kCertificateSerialNumber.In(certificate), TESSEL_KIND_INTEGER, serial, size);
 }
 
 const uint8_t* TESSEL_CALL ptr_GetCertificateSerialNumber(const Certificate* certificate, uint32_t* length) {
-  const Asn1Value* serial = kSerialNumber.In(certificate).OrNull();
+  const Asn1Value* serial = kCertificateSerialNumber.In(certificate).OrNull();
   if (serial == nullptr || length == nullptr) return nullptr;
   *length = serial->length;
   return serial->data;
 }
 
 uint32_t TESSEL_CALL GetCertificateIssuer(Certificate* certificate, X509Name** name) {
-  return GetName(kIssuer.In(certificate), name);
+  return GetName(kCertificateIssuer.In(certificate), name);
 }
 
 uint32_t TESSEL_CALL GetCertificateSubject(Certificate* certificate, X509Name** name) {
@@ -166,7 +165,7 @@ uint32_t TESSEL_CALL GetCertificateSubject(Certificate* certificate, X509Name** 
 }
 
 uint32_t TESSEL_CALL SetCertificateIssuer(Certificate* certificate, const X509Name* name) {
-  return SetName(kIssuer.In(certificate), name);
+  return SetName(kCertificateIssuer.In(certificate), name);
 }
 
 uint32_t TESSEL_CALL SetCertificateSubject(Certificate* certificate, const X509Name* name) {
@@ -174,7 +173,7 @@ uint32_t TESSEL_CALL SetCertificateSubject(Certificate* certificate, const X509N
 }
 
 uint32_t TESSEL_CALL SetCertificateIssuer_i(Certificate* certificate, X509Name* name, uint32_t copies) {
-  return SetName(kIssuer.In(certificate), name, copies != 0 ? Ownership::kCopies : Ownership::kTakes);
+  return SetName(kCertificateIssuer.In(certificate), name, copies != 0 ? Ownership::kCopies : Ownership::kTakes);
 }
 
 uint32_t TESSEL_CALL SetCertificateSubject_i(Certificate* certificate, X509Name* name, uint32_t copies) {
@@ -218,11 +217,11 @@ uint32_t TESSEL_CALL SetCertificateSubjectUniqueId(Certificate* certificate, con
 }
 
 uint32_t TESSEL_CALL GetCertificatePublicKey(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
-  return GetBits(kPublicKey.In(certificate), buffer, length);
+  return GetBits(kCertificatePublicKey.In(certificate), buffer, length);
 }
 
 uint32_t TESSEL_CALL SetCertificatePublicKey(Certificate* certificate, const uint8_t* key, uint32_t size) {
-  return SetBits(kPublicKey.In(certificate), key, size);
+  return SetBits(kCertificatePublicKey.In(certificate), key, size);
 }
 
 uint32_t TESSEL_CALL GetCertificatePublicKeyAlgorithmOidAndParameters(const Certificate* certificate, uint8_t* oid,
@@ -300,7 +299,7 @@ uint32_t TESSEL_CALL SetCertificateGostR34102001PublicKey(Certificate* certifica
   uint32_t length = wrapped.size();
   Status status = Encode(kOctetString, &octets, wrapped.data(), &length);
   if (status == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
-  return status.Failed() ? status : SetBits(kPublicKey.In(certificate), wrapped.data(), length);
+  return status.Failed() ? status : SetBits(kCertificatePublicKey.In(certificate), wrapped.data(), length);
 }
 
 uint32_t TESSEL_CALL GetCertificatePublicKeyGostR3410(const Certificate* certificate, uint8_t* buffer,
@@ -329,14 +328,14 @@ uint32_t TESSEL_CALL GetCertificateDecodedPublicKeyGostR34102012(const Certifica
 
 uint32_t TESSEL_CALL GetCertificateExtensions(Certificate* certificate, X509ExtensionsSlot** slot) {
   if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const Slot<X509Extensions> extensions = kExtensions.In(certificate);
+  const Slot<X509Extensions> extensions = kCertificateExtensions.In(certificate);
   if (extensions.Unreachable().Failed()) return extensions.Unreachable();
   *slot = PublicSlot(extensions.Member());
   return Status();
 }
 
 uint32_t TESSEL_CALL SetCertificateExtensions(Certificate* certificate, const X509ExtensionsSlot* slot) {
-  return Store<X509Extensions>(kExtensions.In(certificate), kX509Extensions, MemberOf(slot).OrNull());
+  return Store<X509Extensions>(kCertificateExtensions.In(certificate), kX509Extensions, MemberOf(slot).OrNull());
 }
 
 uint32_t TESSEL_CALL GetCertificateExtensionValue(const Certificate* certificate, const uint8_t* oid, uint8_t* buffer,
@@ -350,7 +349,7 @@ uint32_t TESSEL_CALL GetCertificateExtensionValue(const Certificate* certificate
 uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* certificate, const char* uri) {
   constexpr size_t kLargestValue = 2048;
   if (uri == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const Slot<X509Extensions> extensions = kExtensions.In(certificate);
+  const Slot<X509Extensions> extensions = kCertificateExtensions.In(certificate);
   if (extensions.Unreachable().Failed()) return extensions.Unreachable();
 
   Asn1Value text = Borrow(TESSEL_KIND_IA5_STRING, {reinterpret_cast<const uint8_t*>(uri), std::strlen(uri)});
@@ -371,7 +370,7 @@ uint32_t TESSEL_CALL GetCertificateCN(const Certificate* certificate, char* buff
   const Slot<NameChoice> subject = kSubject.In(certificate);
   if (subject.Unreachable().Failed()) return subject.Unreachable();
   NameText text;
-  if (const Asn1Value* serial = kSerialNumber.In(certificate).OrNull(); serial != nullptr) {
+  if (const Asn1Value* serial = kCertificateSerialNumber.In(certificate).OrNull(); serial != nullptr) {
     if (Status status = text.AppendSerialNumber(ContentOf(*serial)); status.Failed()) return status;
   }
   if (Status status = text.AppendCommonNames(NameOrNull(subject)); status.Failed()) return status;

@@ -64,12 +64,12 @@ inline constexpr auto kCertificate = Sequence{
 inline constexpr auto kCertificates = SequenceOf<Certificates, kCertificate>();
 
 // The members that more than one source file is about.
-inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::serialNumber> kSerialNumber;
-inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::issuer> kIssuer;
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::serialNumber> kCertificateSerialNumber;
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::issuer> kCertificateIssuer;
 inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subjectPublicKeyInfo,
                       &SubjectPublicKeyInfo::subjectPublicKey>
-    kPublicKey;
-inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::extensions> kExtensions;
+    kCertificatePublicKey;
+inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::extensions> kCertificateExtensions;
 
 // The value of an extension; lent. TESSEL_NOT_FOUND also when there is no to-be-signed part.
 Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Site at = {});

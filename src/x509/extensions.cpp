@@ -79,7 +79,9 @@ Status FindExtensionValue(const Slot<X509Extensions>& slot, Octets oid, Octets& 
   if (Status status = kExtensionValue.InElement(slot.Member(), index, slot.At()).Load(node); status.Failed()) {
     return status;
   }
-  value = ContentOf(*node);
+  // An empty value has a place too: to decode it is malformed, not a null argument.
+  static constexpr uint8_t kNothing = 0;
+  value = node->length == 0 ? Octets(&kNothing, 0) : ContentOf(*node);
   return Status();
 }
 

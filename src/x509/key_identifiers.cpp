@@ -10,6 +10,7 @@
 #include "engine/encoder.h"
 #include "engine/nodes.h"
 #include "engine/owned_tree.h"
+#include "engine/primitives.h"
 #include "tessel/text.h"
 #include "values/sha1.h"
 #include "values/text.h"
@@ -27,7 +28,6 @@ constexpr CountedOid kArdekKeyIdentifierOid = Oid("1.2.643.3.123.3.1");
 
 constexpr size_t kLargestExtensionValue = 1024;
 constexpr size_t kLargestHashedKey = 512;
-constexpr size_t kLargestKeyIdentifier = 32;
 constexpr size_t kLargestSerialNumber = 64;
 constexpr size_t kLargestArdekIdentifier = 138;
 
@@ -47,14 +47,20 @@ Status ReplaceValue(const Slot<X509Extensions>& extensions, const CountedOid& oi
   return ReplaceExtension(extensions, oid, value.Get());
 }
 
-// Subject key identifiers of at most 32 octets, as far as this file reads them itself.
+// As GetCertificateSubjectKeyIdentifier.
+Status ReadKeyIdentifier(const Certificate* certificate, uint8_t* buffer, uint32_t* length, Site at = {}) {
+  Octets value;
+  Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, TESSEL_OUT_OF_MEMORY, value, at);
+  return status.Failed() ? status : DecodeContent(kOctetString, value, buffer, length, at);
+}
+
+// A key identifier of a size that this file reads itself.
 struct KeyIdentifier {
-  std::array<uint8_t, kLargestKeyIdentifier> octets;
-  uint32_t length = kLargestKeyIdentifier;
+  std::array<uint8_t, 32> octets;
+  uint32_t length = static_cast<uint32_t>(octets.size());
 
   Status Read(const Certificate* certificate, Site at = {}) {
-    const uint32_t status = GetCertificateSubjectKeyIdentifier(certificate, octets.data(), &length);
-    return status == TESSEL_OK ? Status() : Fail(static_cast<TesselStatus>(status), at);
+    return ReadKeyIdentifier(certificate, octets.data(), &length, at);
   }
   [[nodiscard]] Octets Get() const { return Octets(octets).first(length); }
 };
@@ -66,21 +72,18 @@ bool IsGiven(const uint8_t* octets, uint32_t size) { return octets != nullptr &&
 
 uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certificate* certificate, uint8_t* buffer,
                                                         uint32_t* length) {
-  Octets value;
-  Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, TESSEL_OUT_OF_MEMORY, value);
-  if (status.Failed()) return status;
-  return DecodeExtensionSubjectKeyIdentifier(value.data(), static_cast<uint32_t>(value.size()), buffer, length);
+  return ReadKeyIdentifier(certificate, buffer, length);
 }
 
 uint32_t TESSEL_CALL SetCertificateSubjectKeyIdentifier(Certificate* certificate) {
   Asn1BitString* key = nullptr;
-  if (Status status = kPublicKey.In(certificate).Load(key); status.Failed()) return status;
+  if (Status status = kCertificatePublicKey.In(certificate).Load(key); status.Failed()) return status;
   const Octets octets = ContentOf(*key);
   if (octets.empty()) return Fail(TESSEL_ABSENT);
   if (octets.size() > kLargestHashedKey) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
   const Sha1Digest digest = Sha1(octets);
   const Asn1Value identifier = Borrow(TESSEL_KIND_OCTET_STRING, digest);
-  return ReplaceValue(kExtensions.In(certificate), kSubjectKeyIdentifierOid, kOctetString, &identifier);
+  return ReplaceValue(kCertificateExtensions.In(certificate), kSubjectKeyIdentifierOid, kOctetString, &identifier);
 }
 
 uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier(const Certificate* certificate, uint8_t* keyIdentifier,
@@ -126,7 +129,8 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier2(Certificate* certific
   BorrowedList<X509GeneralNames> names(&generalName);
   const AuthorityKeyIdentifier identifier{NullIfEmpty(key), issuer == nullptr ? nullptr : names.Node(),
                                           NullIfEmpty(number)};
-  return ReplaceValue(kExtensions.In(certificate), kAuthorityKeyIdentifierOid, kAuthorityKeyIdentifier, &identifier);
+  return ReplaceValue(kCertificateExtensions.In(certificate), kAuthorityKeyIdentifierOid, kAuthorityKeyIdentifier,
+                      &identifier);
 }
 
 uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certificate, const Certificate* issuer) {
@@ -134,9 +138,9 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certifica
   KeyIdentifier key;
   if (key.Read(issuer).Failed()) key.length = 0;
   Asn1Value* serial = nullptr;
-  if (Status status = kSerialNumber.In(issuer).Load(serial); status.Failed()) return status;
+  if (Status status = kCertificateSerialNumber.In(issuer).Load(serial); status.Failed()) return status;
   if (serial->length > kLargestSerialNumber) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
-  const X509Name* name = NameOrNull(kIssuer.In(issuer));
+  const X509Name* name = NameOrNull(kCertificateIssuer.In(issuer));
   return SetCertificateAuthorityKeyIdentifier2(certificate, key.octets.data(), key.length, name, serial->data,
                                                serial->length);
 }
@@ -155,11 +159,11 @@ uint32_t TESSEL_CALL IsCertificateCorrespondToAuthKeyIdent(const Certificate* ce
     if (status.Failed()) return status;
     return std::ranges::equal(key.Get(), Octets(keyIdentifier, keyIdentifierSize)) ? Status() : Fail(TESSEL_DIFFERENT);
   }
-  const Asn1Value* number = kSerialNumber.In(certificate).OrNull();
+  const Asn1Value* number = kCertificateSerialNumber.In(certificate).OrNull();
   if (number == nullptr || number->data == nullptr) return Fail(TESSEL_INVALID_CONTENT);
   const Octets given(serial, serial == nullptr ? 0 : serialSize);
   if (!std::ranges::equal(ContentOf(*number), given)) return Fail(TESSEL_DIFFERENT);
-  const X509Name* name = NameOrNull(kIssuer.In(certificate));
+  const X509Name* name = NameOrNull(kCertificateIssuer.In(certificate));
   return name == nullptr ? Fail(TESSEL_ABSENT) : CompareX509Names(name, issuer);
 }
 
@@ -174,7 +178,7 @@ uint32_t TESSEL_CALL SetCertificateArdekKeyIdentifier(Certificate* certificate, 
   uint32_t encodedLength = 0;
   if (Status status = MeasureTree(kUtf8String, &string, encodedLength); status.Failed()) return status;
   if (encodedLength > kLargestArdekIdentifier) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
-  return ReplaceValue(kExtensions.In(certificate), kArdekKeyIdentifierOid, kUtf8String, &string);
+  return ReplaceValue(kCertificateExtensions.In(certificate), kArdekKeyIdentifierOid, kUtf8String, &string);
 }
 
 uint32_t TESSEL_CALL GetArdekIdentifierFromCertificate(const Certificate* certificate, char* buffer, uint32_t* length) {

@@ -21,11 +21,10 @@ int main(int argc, char** argv) {
     return 1;
   }
 
-  /* A SEQUENCE is an array of its members: here the to-be-signed part, and in it, after the version, the number. */
-  void** toBeSignedPart = ((void***)certificate)[0];
-  const Asn1Value* serialNumber = toBeSignedPart[1];
+  uint32_t length = 0;
+  const uint8_t* serialNumber = ptr_GetCertificateSerialNumber(certificate, &length);
   printf("serial number: ");
-  for (uint32_t i = 0; i < serialNumber->length; ++i) printf("%02X", serialNumber->data[i]);
+  for (uint32_t i = 0; i < length; ++i) printf("%02X", serialNumber[i]);
   printf("\n");
   FreeCertificate(certificate);
   return 0;

@@ -130,7 +130,8 @@ TEST(Extensions, Alone) {
   uint32_t number = 8;
   ExpectNullsRefused(GetX509Extension, static_cast<const X509Extension*>(decoded), Maybe<uint8_t*>{buffer}, &number,
                      &number, Maybe<uint8_t*>{buffer}, &number);
-  ExpectNullsRefused(CreateX509Extension, extension.Out(), oid.data(), 0U, value.data(), 4U);
+  OwnedExtension none;
+  ExpectNullsRefused(CreateX509Extension, none.Out(), oid.data(), 0U, value.data(), 4U);
   ExpectNullsRefused(SetX509Extension, static_cast<X509Extension*>(decoded), oid.data(), 0U, value.data(), 4U);
   X509ExtensionsSlot slot{};
   ExpectNullsRefused(AddX509ExtensionsExtension, &slot, oid.data(), 0U, value.data(), 4U);

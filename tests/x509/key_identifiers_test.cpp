@@ -42,7 +42,8 @@ uint32_t ExtensionCount(Certificate* certificate) {
 void AddExtension(Certificate* certificate, const char* oid, const Bytes& value) {
   X509ExtensionsSlot* slot = nullptr;
   EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-  EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, Counted(oid).data(), 1, value.data(), SizeOf(value)));
+  EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, Counted(oid).data(), 1, value.empty() ? kKey.data() : value.data(),
+                                           SizeOf(value)));
 }
 
 // An OCTET STRING of this many octets in all.
@@ -73,6 +74,9 @@ TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
   uint32_t length = 0;
   EXPECT_EQ(0U, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
   EXPECT_EQ(1020U, length);
+  const OwnedCertificate hollow = WithKey("A");
+  AddExtension(hollow, "2.5.29.14", {});
+  EXPECT_EQ(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
   const OwnedCertificate large = WithKey("A");
   AddExtension(large, "2.5.29.14", OctetString(1025));
   AddExtension(large, "2.5.29.35", OctetString(1025));
