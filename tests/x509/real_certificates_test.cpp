@@ -1,0 +1,268 @@
+// What every getter reads from real certificates, beside what openssl sees in them.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/objects.h"
+#include "support/openssl.h"
+#include "support/samples.h"
+#include "tessel/tessel.h"
+
+namespace test {
+namespace {
+
+Bytes CountedOf(const Element& oid) { return Bytes{static_cast<uint8_t>(oid.content.size())} + oid.content; }
+
+// The octets of a BIT STRING.
+Bytes BitsOf(const Element& element) { return {element.content.begin() + 1, element.content.end()}; }
+
+// What openssl sees in a certificate.
+struct Seen {
+  explicit Seen(const Element& whole) : signature(BitsOf(whole.children.at(2))) {
+    for (const Element& member : whole.children[0].children) {
+      const uint8_t tag = member.whole[0];
+      (tag >= 0x80 ? tagged[tag] : mandatory.emplace_back()) = member;
+    }
+    keyAlgorithm = mandatory.at(5).children.at(0).children;
+    key = BitsOf(mandatory[5].children.at(1));
+    if (!tagged.contains(0xA3)) return;
+    for (const Element& extension : tagged[0xA3].children[0].children) {
+      extensions.push_back(extension.children);
+      values.emplace(CountedOf(extension.children[0]), extension.children.back().content);
+    }
+  }
+
+  std::vector<Element> mandatory;
+  std::map<uint8_t, Element> tagged;
+  std::vector<Element> keyAlgorithm;
+  Bytes key;
+  Bytes signature;
+  std::vector<std::vector<Element>> extensions;
+  std::map<Bytes, Bytes> values;  // of the first extension with an identifier
+  // Inside of the octets of extensions and key.
+  std::optional<Element> subjectKeyIdentifier;
+  std::optional<Element> authorityKeyIdentifier;
+  std::optional<Element> gostKey;
+};
+
+// All at once, for openssl takes longer to start than to read them.
+std::vector<Seen> AskOpenssl() {
+  const Openssl openssl;
+  Bytes all;
+  for (const Sample& sample : ::test::Certificates()) all += sample.octets;
+  std::vector<Seen> certificates;
+  for (const Element& element : openssl.Parse(all)) certificates.emplace_back(element);
+
+  Bytes inside;
+  std::vector<std::optional<Element>*> places;
+  const auto lookInside = [&](const Bytes& octets, std::optional<Element>& place) {
+    if (octets.empty()) return;
+    inside += octets;
+    places.push_back(&place);
+  };
+  const std::set<Bytes> gost = {Counted("1.2.643.2.2.19"), Counted("1.2.643.7.1.1.1.1"), Counted("1.2.643.7.1.1.1.2")};
+  for (Seen& seen : certificates) {
+    lookInside(seen.values[Counted("2.5.29.14")], seen.subjectKeyIdentifier);
+    lookInside(seen.values[Counted("2.5.29.35")], seen.authorityKeyIdentifier);
+    if (gost.contains(CountedOf(seen.keyAlgorithm[0]))) lookInside(seen.key, seen.gostKey);
+  }
+  const std::vector<Element> elements = openssl.Parse(inside);
+  EXPECT_EQ(places.size(), elements.size());
+  for (size_t i = 0; i < elements.size(); ++i) *places.at(i) = elements[i];
+  return certificates;
+}
+
+// A getter delivers the octets, or tells that there are none.
+void ExpectOctets(const std::optional<Bytes>& octets, uint32_t statusWithout, auto get) {
+  uint32_t size = 0;
+  if (octets) {
+    EXPECT_EQ(*octets, Fetch(get));
+  } else {
+    EXPECT_EQ(statusWithout, get(static_cast<uint8_t*>(nullptr), &size));
+  }
+}
+
+void ExpectEntry(const Element& seen, const X509Name* name, uint32_t rdn, uint32_t entry) {
+  uint32_t stringType = 0;
+  uint8_t tagClass = 0;
+  uint8_t constructed = 0;
+  Bytes oid;
+  uint32_t oidLength = 0;
+  EXPECT_EQ(seen.children[1].content, Fetch([&](uint8_t* buffer, uint32_t* length) {
+              // The two buffers go together.
+              oid.resize(oidLength);
+              return GetX509NameEntryExt(name, rdn, entry, buffer, length, &tagClass, &constructed, &stringType,
+                                         buffer == nullptr ? nullptr : oid.data(), &oidLength);
+            }));
+  EXPECT_EQ(seen.children[1].whole[0], tagClass | constructed | stringType);
+  EXPECT_EQ(CountedOf(seen.children[0]), oid);
+}
+
+void ExpectName(const Element& seen, const X509Name* name) {
+  uint32_t count = 0;
+  EXPECT_EQ(0U, GetX509NameRdnCount(name, &count));
+  ASSERT_EQ(seen.children.size(), count);
+  for (uint32_t rdn = 0; rdn < seen.children.size(); ++rdn) {
+    const std::vector<Element>& entries = seen.children[rdn].children;
+    EXPECT_EQ(0U, GetX509NameEntryCount(name, rdn, &count));
+    ASSERT_EQ(entries.size(), count);
+    for (uint32_t entry = 0; entry < count; ++entry) ExpectEntry(entries[entry], name, rdn, entry);
+  }
+}
+
+void ExpectTime(const Element& seen, const Certificate* certificate, auto get) {
+  std::string text(seen.content.begin(), seen.content.end());
+  const bool isUtcTime = seen.whole[0] == 0x17;
+  if (isUtcTime) text.insert(0, text < "5" ? "20" : "19");
+  const bool inRange = text >= "1900" && text < "2101";
+  LibraryTime time{};
+  ASSERT_EQ(inRange ? TESSEL_OK : TESSEL_INVALID_TIME, get(certificate, &time)) << text;
+  if (!inRange) return;
+  std::array<char, 64> read{};
+  std::snprintf(read.data(), read.size(), "%04u%02u%02u%02u%02u%02u", time.year, time.month, time.day, time.hour,
+                time.minute, time.second);
+  // An offset from UTC is not looked at.
+  EXPECT_EQ(text.substr(0, 14), read.data());
+}
+
+void ExpectAlgorithm(const std::vector<Element>& seen, const Certificate* certificate, auto get) {
+  EXPECT_EQ(CountedOf(seen[0]), Fetch([=](auto... out) { return get(certificate, out..., nullptr, nullptr); }));
+  EXPECT_EQ(seen.size() > 1 ? seen[1].whole : Bytes(),
+            Fetch([=](auto... out) { return get(certificate, nullptr, nullptr, out...); }));
+}
+
+void ExpectUniqueId(const Seen& seen, uint8_t tag, const Certificate* certificate, auto get) {
+  const auto found = seen.tagged.find(tag);
+  const bool there = found != seen.tagged.end();
+  uint8_t unused = 0;
+  ExpectOctets(there ? std::optional(BitsOf(found->second)) : std::nullopt, TESSEL_ABSENT,
+               [&](auto... out) { return get(certificate, out..., &unused); });
+  EXPECT_EQ(there ? found->second.content[0] : 0, unused);
+}
+
+void ExpectExtensions(const Seen& seen, Certificate* certificate) {
+  X509ExtensionsSlot* slot = nullptr;
+  ASSERT_EQ(0U, GetCertificateExtensions(certificate, &slot));
+  uint32_t count = 0;
+  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &count));
+  ASSERT_EQ(seen.extensions.size(), count);
+  for (uint32_t i = 0; i < count; ++i) {
+    const std::vector<Element>& parts = seen.extensions[i];
+    const Bytes oid = CountedOf(parts[0]);
+    uint32_t critical = 7;
+    uint32_t other = 0;
+    EXPECT_EQ(oid, Fetch([&](auto... out) {
+                return GetX509ExtensionsExtension(slot, i, out..., &critical, nullptr, &other);
+              }));
+    EXPECT_EQ(parts.size() == 3 && parts[1].content == Bytes{0xFF} ? 1U : 0U, critical);
+    EXPECT_EQ(parts.back().content, Fetch([&](auto... out) {
+                return GetX509ExtensionsExtension(slot, i, nullptr, &other, &critical, out...);
+              }));
+    EXPECT_EQ(seen.values.at(oid),
+              Fetch([&](auto... out) { return GetCertificateExtensionValue(certificate, oid.data(), out...); }));
+  }
+}
+
+void ExpectMembers(const Seen& seen, Certificate* certificate) {
+  int32_t version = -1;
+  EXPECT_EQ(0U, GetCertificateVersion(certificate, &version));
+  EXPECT_EQ(seen.tagged.contains(0xA0) ? seen.tagged.at(0xA0).children[0].content[0] : 0, version);
+  const Bytes& serial = seen.mandatory[0].content;
+  EXPECT_EQ(serial, FetchFrom(certificate, GetCertificateSerialNumber));
+  uint32_t length = 0;
+  const uint8_t* lent = ptr_GetCertificateSerialNumber(certificate, &length);
+  EXPECT_EQ(serial, Bytes(lent, lent + length));
+  ExpectAlgorithm(seen.mandatory[1].children, certificate, GetCertificateSignatureAlgorithmOidAndParameters);
+  X509Name* name = nullptr;
+  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &name));
+  ExpectName(seen.mandatory[2], name);
+  ExpectTime(seen.mandatory[3].children[0], certificate, GetCertificateValidNotBefore);
+  ExpectTime(seen.mandatory[3].children[1], certificate, GetCertificateValidNotAfter);
+  EXPECT_EQ(0U, GetCertificateSubject(certificate, &name));
+  ExpectName(seen.mandatory[4], name);
+  ExpectAlgorithm(seen.keyAlgorithm, certificate, GetCertificatePublicKeyAlgorithmOidAndParameters);
+  EXPECT_EQ(seen.key, FetchFrom(certificate, GetCertificatePublicKey));
+  ExpectUniqueId(seen, 0x81, certificate, GetCertificateIssuerUniqueId);
+  ExpectUniqueId(seen, 0x82, certificate, GetCertificateSubjectUniqueId);
+  // One of them is an empty BIT STRING.
+  ExpectOctets(seen.signature.empty() ? std::nullopt : std::optional(seen.signature), TESSEL_ABSENT,
+               [=](auto... out) { return GetCertificateSignature(certificate, out...); });
+}
+
+void ExpectKeyIdentifiers(const Seen& seen, const Certificate* certificate) {
+  const std::optional<Element>& subject = seen.subjectKeyIdentifier;
+  ExpectOctets(subject ? std::optional(subject->content) : std::nullopt, TESSEL_NOT_FOUND,
+               [=](auto... out) { return GetCertificateSubjectKeyIdentifier(certificate, out...); });
+
+  OwnedName issuer;
+  uint32_t other = 0;
+  const auto get = [&](uint8_t* key, uint32_t* keyLength, uint8_t* serial, uint32_t* serialLength) {
+    FreeX509Name(issuer.Release());
+    return GetCertificateAuthorityKeyIdentifier2(certificate, key, keyLength, issuer.Out(), serial, serialLength);
+  };
+  const std::optional<Element>& authority = seen.authorityKeyIdentifier;
+  std::map<uint8_t, Element> fields;
+  if (authority) {
+    for (const Element& field : authority->children) fields[field.whole[0]] = field;
+  }
+  const auto octets = [&](uint8_t tag) { return authority ? std::optional(fields[tag].content) : std::nullopt; };
+  ExpectOctets(octets(0x80), TESSEL_NOT_FOUND, [&](auto... out) { return get(out..., nullptr, &other); });
+  ExpectOctets(octets(0x82), TESSEL_NOT_FOUND, [&](auto... out) { return get(nullptr, &other, out...); });
+  ASSERT_EQ(fields.contains(0xA1), issuer != nullptr);
+  // Its names are one directoryName.
+  if (issuer != nullptr) ExpectName(fields[0xA1].children.at(0).children.at(0), issuer);
+}
+
+void ExpectGostKey(const Seen& seen, const Certificate* certificate) {
+  static const std::map<Bytes, uint32_t> numbers = {
+      {Counted("1.2.643.2.2.35.1"), 1},    {Counted("1.2.643.2.2.35.2"), 2},     {Counted("1.2.643.2.2.36.0"), 4},
+      {Counted("1.2.643.7.1.2.1.1.1"), 9}, {Counted("1.2.643.7.1.2.1.2.1"), 10}, {Counted("1.2.643.7.1.2.1.2.2"), 11},
+      {Counted("1.2.643.2.2.30.1"), 1},    {Counted("1.2.643.7.1.1.2.2"), 3},    {Counted("1.2.643.7.1.1.2.3"), 4},
+      {Counted("1.2.643.2.2.31.1"), 1}};
+  uint32_t sets[3] = {};
+  const auto get = [&](auto... out) {
+    return GetCertificateDecodedPublicKeyGostR34102012(certificate, out..., &sets[0], &sets[1], &sets[2]);
+  };
+  uint32_t size = 0;
+  if (!seen.gostKey) {
+    EXPECT_NE(TESSEL_OK, get(nullptr, &size));
+    return;
+  }
+  EXPECT_EQ(seen.gostKey->content, Fetch(get));
+  EXPECT_EQ(seen.gostKey->content, FetchFrom(certificate, GetCertificatePublicKeyGostR3410));
+  const std::vector<Element>& parameters = seen.keyAlgorithm.at(1).children;
+  EXPECT_EQ(numbers.at(CountedOf(parameters.at(0))), sets[0]);
+  EXPECT_EQ(numbers.at(CountedOf(parameters.at(1))), sets[1]);
+  // By the DEFAULT of GOST R 34.10-2001, whatever the algorithm.
+  EXPECT_EQ(parameters.size() > 2 ? numbers.at(CountedOf(parameters[2])) : 1U, sets[2]);
+}
+
+TEST(RealCertificates, ReadAsOpensslSeesThem) {
+  const std::vector<Sample>& samples = ::test::Certificates();
+  ASSERT_GT(samples.size(), 100U) << "the package ca-certificates is not installed";
+  const std::vector<Seen> seen = AskOpenssl();
+  ASSERT_EQ(samples.size(), seen.size());
+  for (size_t i = 0; i < samples.size(); ++i) {
+    SCOPED_TRACE(samples[i].file);
+    OwnedCertificate certificate;
+    const uint32_t status = DecodeCertificate(samples[i].octets.data(), SizeOf(samples[i].octets), certificate.Out());
+    // It has a flag that is neither true nor false, which openssl does not mind.
+    const bool refused = samples[i].file.find("extension_critical_3") != std::string::npos;
+    ASSERT_EQ(refused ? TESSEL_INVALID_CONTENT : TESSEL_OK, status);
+    if (refused) continue;
+    ExpectMembers(seen[i], certificate);
+    ExpectExtensions(seen[i], certificate);
+    ExpectKeyIdentifiers(seen[i], certificate);
+    ExpectGostKey(seen[i], certificate);
+  }
+}
+
+}  // namespace
+}  // namespace test
