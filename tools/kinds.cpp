@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "show_certificate.h"
+#include "describe_certificate.h"
 #include "tessel/tessel.h"
 
 namespace tool {
@@ -20,7 +20,7 @@ const Kind kKinds[] = {
     {"certificate",
      {"CERTIFICATE", "X509 CERTIFICATE"},
      [](Octets octets, void** object) { return DecodeBy(DecodeCertificate, octets, object); },
-     PrintCertificate,
+     [](void* object) { return CertificateFact(static_cast<Certificate*>(object)); },
      [](void* object) { static_cast<void>(FreeCertificate(static_cast<Certificate*>(object))); }},
 };
 

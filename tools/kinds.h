@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "ber.h"
+#include "fact.h"
 
 namespace tool {
 
@@ -14,7 +15,7 @@ struct Kind {
   std::string_view name;
   std::array<std::string_view, 2> labels;  // those of its PEM blocks
   uint32_t (*decode)(Octets octets, void** object);
-  void (*print)(const void* object);
+  Fact (*describe)(void* object);
   void (*release)(void* object);
 
   [[nodiscard]] bool HasLabel(std::string_view label) const;

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "concat.h"
 #include "input.h"
@@ -18,8 +19,9 @@ namespace {
 constexpr int kUsageError = 2;
 
 constexpr std::string_view kUsage =
-    "usage: tessel show FILE...   show certificates\n"
-    "       tessel tree FILE...   show the elements of any BER: offset, header length, content length, element\n"
+    "usage: tessel show FILE...         show certificates\n"
+    "       tessel show --json FILE...  show them for programs: a JSON list with an object for each\n"
+    "       tessel tree FILE...         show the elements of any BER: offset, header length, content length, element\n"
     "       tessel --help\n"
     "       tessel --version\n"
     "\n"
@@ -31,9 +33,10 @@ using Arguments = std::span<char* const>;
 struct Command {
   std::string_view name;
   InputHandler handle;
+  InputHandler handleAsJson;  // null: the command has no such form
 };
 
-constexpr Command kCommands[] = {{"show", ShowObject}, {"tree", ShowTree}};
+constexpr Command kCommands[] = {{"show", ShowObject, ShowObjectAsJson}, {"tree", ShowTree, nullptr}};
 
 int RejectUsage(const std::string& sentence) {
   const std::string text = Concat("tessel: ", sentence, '\n', kUsage);
@@ -43,13 +46,33 @@ int RejectUsage(const std::string& sentence) {
 
 bool IsOption(std::string_view argument) { return argument.size() > 1 && argument.front() == '-'; }
 
-int Run(const Command& command, Arguments files) {
-  if (files.empty()) return RejectUsage(Concat("the command ", command.name, " needs a file"));
-  for (const char* file : files) {
-    if (IsOption(file)) return RejectUsage(Concat("there is no option ", file));
-  }
+bool HandleAll(const std::vector<const char*>& files, InputHandler handle) {
   bool good = true;
-  for (const char* file : files) good = HandleFile(file, command.handle) && good;
+  for (const char* file : files) good = HandleFile(file, handle) && good;
+  return good;
+}
+
+bool HandleAllAsJson(const std::vector<const char*>& files, InputHandler handle) {
+  StartJsonList();
+  const bool good = HandleAll(files, handle);
+  EndJsonList();
+  return good;
+}
+
+int Run(const Command& command, Arguments arguments) {
+  bool json = false;
+  std::vector<const char*> files;
+  for (const char* argument : arguments) {
+    if (!IsOption(argument)) {
+      files.push_back(argument);
+    } else if (command.handleAsJson != nullptr && std::string_view(argument) == "--json") {
+      json = true;
+    } else {
+      return RejectUsage(Concat("there is no option ", argument));
+    }
+  }
+  if (files.empty()) return RejectUsage(Concat("the command ", command.name, " needs a file"));
+  const bool good = json ? HandleAllAsJson(files, command.handleAsJson) : HandleAll(files, command.handle);
   return FinishOutput() && good ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -28,7 +28,7 @@ inline std::span<void* const> Items(const void* list) {
 // The alternative that a CHOICE holds.
 struct Alternative {
   uint32_t index = 0;
-  const void* value = nullptr;
+  void* value = nullptr;
 };
 inline Alternative Chosen(const void* choice) {
   const auto* node = static_cast<const Asn1Choice*>(choice);

@@ -45,6 +45,16 @@ void PrintHeading(std::string_view heading) {
   Print(Concat(heading, '\n'));
 }
 
+void StartJsonList() { Print("["); }
+
+void PrintJsonListItem(std::string_view json) {
+  static bool first = true;
+  Print(Concat(first ? "\n" : ",\n", json));
+  first = false;
+}
+
+void EndJsonList() { Print("\n]\n"); }
+
 void ReportError(std::string_view where, std::string_view reason) {
   Flush();
   const std::string line = Concat("tessel: ", where, ": ", reason, '\n');

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "concat.h"
+#include "fact_json.h"
+#include "fact_text.h"
 #include "kinds.h"
 #include "report.h"
 #include "status_text.h"
@@ -16,7 +18,7 @@ namespace {
 
 using Candidates = std::vector<const Kind*>;
 
-// An object with the kind that knows how to print and release it.
+// An object with the kind that knows how to describe and release it.
 class Decoded {
  public:
   Decoded(const Kind& kind, void* object) : kind_(kind), object_(object) {}
@@ -24,7 +26,7 @@ class Decoded {
   Decoded(const Decoded&) = delete;
   Decoded& operator=(const Decoded&) = delete;
 
-  void Print() const { kind_.print(object_); }
+  [[nodiscard]] Fact Describe() const { return kind_.describe(object_); }
 
  private:
   const Kind& kind_;
@@ -74,15 +76,23 @@ bool ExplainFailure(const Input& input, const Candidates& candidates, uint32_t s
   return Refuse(input, 0, Concat("not a ", Names(candidates), ": ", meaning));
 }
 
-bool Show(const Input& input, const Kind& kind, const Decoded& decoded) {
+using Printer = void (*)(const Input& input, const Kind& kind, const Fact& fact);
+
+void PrintText(const Input& input, const Kind& kind, const Fact& fact) {
+  constexpr size_t kIndent = 2;
   PrintHeading(input.label ? input.where : Concat(input.where, ": ", kind.name));
-  decoded.Print();
-  return CheckTrailingOctets(input);
+  Print(TextLines(fact, kIndent));
 }
 
-}  // namespace
+void PrintJson(const Input& input, const Kind& kind, const Fact& fact) {
+  Fact whole = Fact::Object();
+  whole.Hide("where", input.where);
+  whole.Hide("kind", std::string(kind.name));
+  whole.parts.insert(whole.parts.end(), fact.parts.begin(), fact.parts.end());
+  PrintJsonListItem(Json(whole));
+}
 
-bool ShowObject(const Input& input) {
+bool ShowBy(Printer print, const Input& input) {
   const Candidates candidates = CandidatesFor(input);
   if (candidates.empty()) {
     ReportError(input.where, Concat("blocks labelled \"", Printable(*input.label), "\" are not supported"));
@@ -92,10 +102,19 @@ bool ShowObject(const Input& input) {
   for (const Kind* kind : candidates) {
     void* object = nullptr;
     const uint32_t status = kind->decode(input.octets, &object);
-    if (status == TESSEL_OK) return Show(input, *kind, Decoded(*kind, object));
+    if (status == TESSEL_OK) {
+      print(input, *kind, Decoded(*kind, object).Describe());
+      return CheckTrailingOctets(input);
+    }
     if (firstFailure == TESSEL_OK) firstFailure = status;
   }
   return ExplainFailure(input, candidates, firstFailure);
 }
+
+}  // namespace
+
+bool ShowObject(const Input& input) { return ShowBy(PrintText, input); }
+
+bool ShowObjectAsJson(const Input& input) { return ShowBy(PrintJson, input); }
 
 }  // namespace tool

@@ -1,4 +1,4 @@
-// `tessel show`: an object in a layout for people.
+// `tessel show`: an object as people or programs want it.
 #pragma once
 
 #include "input.h"
@@ -6,5 +6,8 @@
 namespace tool {
 
 bool ShowObject(const Input& input);
+
+// The same as one value of a JSON list.
+bool ShowObjectAsJson(const Input& input);
 
 }  // namespace tool

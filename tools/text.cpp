@@ -116,8 +116,8 @@ void AppendHexEscaped(std::string& out, char32_t c) {
 bool NeedsBackslash(std::u32string_view text, size_t at, Escape escape) {
   const char32_t c = text[at];
   if (escape == Escape::kNothing) return false;
-  if (c == '"' || c == '\\') return true;
-  if (escape == Escape::kQuotes) return false;
+  if (c == '\\' || (c == '"' && escape != Escape::kBackslash)) return true;
+  if (escape == Escape::kBackslash || escape == Escape::kQuotes) return false;
   const bool first = at == 0;
   const bool last = at + 1 == text.size();
   if (c == ' ') return first || last;
@@ -176,6 +176,15 @@ std::string EscapeText(std::u32string_view text, Escape escape) {
     }
     if (NeedsBackslash(text, i, escape)) out += '\\';
     AppendUtf8(out, text[i]);
+  }
+  return out;
+}
+
+std::optional<std::string> Utf8(std::u32string_view text) {
+  std::string out;
+  for (const char32_t c : text) {
+    if (c > kLastCharacter || IsSurrogate(c)) return std::nullopt;
+    AppendUtf8(out, c);
   }
   return out;
 }

@@ -13,8 +13,9 @@ namespace tool {
 // What is escaped besides that which could drive a terminal or disguise the text, which always is.
 enum class Escape {
   kNothing,
-  kQuotes,  // what would end or change a text between quotation marks
-  kName     // what RFC 4514, 2.4 asks for in an attribute value
+  kBackslash,  // so that an escaped octet is told from one that is written like that
+  kQuotes,     // what would end or change a text between quotation marks
+  kName        // what RFC 4514, 2.4 asks for in an attribute value
 };
 
 // Upper-case hexadecimal digits.
@@ -29,6 +30,9 @@ std::optional<std::u32string> Characters(uint32_t tag, Octets octets);
 
 // UTF-8. What must not be printed as it is becomes a backslash and two hexadecimal digits for each of its octets.
 std::string EscapeText(std::u32string_view text, Escape escape);
+
+// The characters themselves, as UTF-8. Nothing when there are octets among them that are none.
+std::optional<std::string> Utf8(std::u32string_view text);
 
 // Text from outside that is UTF-8 in the usual case: a file name, a PEM label.
 std::string Printable(std::string_view text);

@@ -74,6 +74,11 @@ OwnedTime ReadTime(uint32_t tag, Octets content) {
   return DecodeTime(element.data(), length, time) == TESSEL_OK ? std::move(owned) : nullptr;
 }
 
+std::string_view AsText(Octets content) { return {reinterpret_cast<const char*>(content.data()), content.size()}; }
+
+// Month, day, hour, minute, second and Z of a plain time.
+std::string_view AfterYear(std::string_view text) { return text.substr(text.size() - 11); }
+
 }  // namespace
 
 std::optional<int64_t> SmallInteger(Octets content) {
@@ -122,13 +127,29 @@ std::string OidName(Octets content) {
 }
 
 std::string TimeText(uint32_t tag, Octets content) {
-  const std::string_view text(reinterpret_cast<const char*>(content.data()), content.size());
+  const std::string_view text = AsText(content);
+  if (text.empty()) return "(empty)";
   if (!IsPlainTime(tag, text)) return Concat(Printable(text), " (not a time as certificates have it)");
   const OwnedTime time = ReadTime(tag, content);
-  const std::string year = time != nullptr ? Padded(time->year, 4) : std::string(text.substr(0, text.size() - 11));
-  const std::string_view rest = text.substr(text.size() - 11);
+  const std::string_view rest = AfterYear(text);
+  const std::string year =
+      time != nullptr ? Padded(time->year, 4) : std::string(text.substr(0, text.size() - rest.size()));
   return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), ' ', rest.substr(4, 2), ':', rest.substr(6, 2),
                 ':', rest.substr(8, 2), " UTC", time != nullptr ? "" : " (out of range)");
+}
+
+std::optional<std::string> IsoTime(uint32_t tag, Octets content) {
+  const std::string_view text = AsText(content);
+  if (!IsPlainTime(tag, text)) return std::nullopt;
+  const std::string_view rest = AfterYear(text);
+  // The library judges all but the year.
+  const std::string inSomeYear = Concat("2000", rest);
+  const Octets probe(reinterpret_cast<const uint8_t*>(inSomeYear.data()), inSomeYear.size());
+  if (ReadTime(TESSEL_KIND_GENERALIZED_TIME, probe) == nullptr) return std::nullopt;
+  const std::string_view year = text.substr(0, text.size() - rest.size());
+  const std::string_view century = tag == TESSEL_KIND_GENERALIZED_TIME ? "" : year < "50" ? "20" : "19";
+  return Concat(century, year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), 'T', rest.substr(4, 2), ':',
+                rest.substr(6, 2), ':', rest.substr(8, 2), 'Z');
 }
 
 }  // namespace tool

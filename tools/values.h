@@ -33,4 +33,8 @@ std::string OidName(Octets content);
 // the year 2100, gets a remark; one in another form than certificates may have is given as it is written.
 std::string TimeText(uint32_t tag, Octets content);
 
+// The same as `2026-11-21T12:00:00Z` (ISO 8601), also beyond the year 2100. Nothing when it is in another form than
+// certificates may have, or no time.
+std::optional<std::string> IsoTime(uint32_t tag, Octets content);
+
 }  // namespace tool

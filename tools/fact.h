@@ -1,0 +1,58 @@
+// What is told about an object: one description, from which the text for people and the JSON for programs are made.
+//
+//   Fact constraints = Fact::Object();
+//   constraints.Add("ca", "CA", Fact::Flag(true));
+//   constraints.Hide("source", "2.5.29.19");  // for programs only
+//
+// is the line `CA: yes`, and {"ca": true, "source": "2.5.29.19"}. The order of the parts is that of both outputs.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "ber.h"
+
+namespace tool {
+
+// A value for programs. Texts are UTF-8.
+using Scalar = std::variant<std::nullptr_t, bool, int64_t, std::string>;
+
+struct Fact {
+  enum class Shape { kScalar, kObject, kList };
+
+  // For people: a text is one line, safe to print. A fact with neither label nor text shows its parts in its place.
+  std::string label;
+  std::string text;
+  bool hidden = false;  // with all its parts: for programs only
+
+  // For programs: `value` of a scalar, else the parts; a part's key is its name in an object.
+  Shape shape = Shape::kScalar;
+  std::string key;
+  Scalar value;
+  std::vector<Fact> parts;
+
+  static Fact Of(std::string text, Scalar value);
+  static Fact Flag(bool flag);
+  static Fact Object(std::string text = {});
+  static Fact List(std::string text = {});
+
+  // Adds a part to an object; without a label only its text is shown.
+  void Add(std::string_view partKey, std::string_view partLabel, Fact part);
+
+  // Adds an element to a list.
+  void Append(Fact element);
+
+  // Says so to people when there are no parts.
+  void TellIfEmpty();
+
+  // Adds what is for programs only.
+  void Hide(std::string_view partKey, Fact part);
+  void Hide(std::string_view partKey, Scalar partValue);
+  void AppendHidden(Scalar element);
+};
+
+}  // namespace tool

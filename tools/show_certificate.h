@@ -1,9 +1,0 @@
-// How a certificate is shown.
-#pragma once
-
-namespace tool {
-
-// Prints a decoded Certificate.
-void PrintCertificate(const void* certificate);
-
-}  // namespace tool
