@@ -81,11 +81,8 @@ uint32_t ReadLibraryPoint(const ExtensionCrlDistributionPoints* list, uint32_t i
 
 uint32_t ReadLibraryPoints(Octets value, Fact& points) {
   Owned<ExtensionCrlDistributionPoints> list(FreeExtensionCrlDistributionPoints);
-  uint32_t count = 0;
-  uint32_t status = DecodeExtensionCrlDistributionPoints(value.data(), SizeOf(value), list.Out());
-  if (status == TESSEL_OK) status = GetExtensionCrlDistributionPointsCount(list.Get(), &count);
-  for (uint32_t i = 0; status == TESSEL_OK && i < count; ++i) status = ReadLibraryPoint(list.Get(), i, points);
-  return status;
+  const auto read = [&](uint32_t index) { return ReadLibraryPoint(list.Get(), index, points); };
+  return ForEach(value, list, DecodeExtensionCrlDistributionPoints, GetExtensionCrlDistributionPointsCount, read);
 }
 
 uint32_t NamedBits(Octets octets) {

@@ -146,15 +146,15 @@ uint32_t ReadNetscapeCertificateType(Octets value, Fact& fact) {
 
 uint32_t ReadExtendedKeyUsage(Octets value, Fact& fact) {
   Owned<ExtensionExtendedKeyUsage> list(FreeExtensionExtendedKeyUsage);
-  uint32_t count = 0;
-  uint32_t status = DecodeExtensionExtendedKeyUsage(value.data(), SizeOf(value), list.Out());
-  if (status == TESSEL_OK) status = GetExtensionExtendedKeyUsageCount(list.Get(), &count);
   fact = Fact::List();
-  for (uint32_t i = 0; status == TESSEL_OK && i < count; ++i) {
+  const auto read = [&](uint32_t index) {
     CountedOid purpose;
-    status = GetExtensionExtendedKeyUsage(list.Get(), i, purpose.octets, &purpose.length);
+    const uint32_t status = GetExtensionExtendedKeyUsage(list.Get(), index, purpose.octets, &purpose.length);
     fact.Append(OidFact(purpose.Content()));
-  }
+    return status;
+  };
+  const uint32_t status =
+      ForEach(value, list, DecodeExtensionExtendedKeyUsage, GetExtensionExtendedKeyUsageCount, read);
   fact.TellIfEmpty();
   return status;
 }
@@ -210,21 +210,22 @@ uint32_t ReadGeneralNames(Octets value, Fact& fact) {
 
 uint32_t ReadInformationAccess(Octets value, Fact& fact) {
   Owned<ExtensionAuthorityInformationAccess> list(FreeExtensionAuthorityInformationAccess);
-  uint32_t count = 0;
-  uint32_t status = DecodeExtensionAuthorityInformationAccess(value.data(), SizeOf(value), list.Out());
-  if (status == TESSEL_OK) status = GetExtensionAuthorityInformationAccessCount(list.Get(), &count);
   fact = Fact::List();
-  for (uint32_t i = 0; status == TESSEL_OK && i < count; ++i) {
+  const auto read = [&](uint32_t index) {
     CountedOid method;
     X509GeneralName* location = nullptr;
-    status = GetExtensionAuthorityInformationAccess(list.Get(), i, method.octets, &method.length, &location);
+    const uint32_t status =
+        GetExtensionAuthorityInformationAccess(list.Get(), index, method.octets, &method.length, &location);
     Fact methodFact = OidFact(method.Content());
     Fact access = Fact::Object();
     const std::string label = methodFact.text;
     access.Hide("method", std::move(methodFact));
     access.Add("location", label, Unlabelled(GeneralNameFact(location)));
     fact.Append(std::move(access));
-  }
+    return status;
+  };
+  const uint32_t status = ForEach(value, list, DecodeExtensionAuthorityInformationAccess,
+                                  GetExtensionAuthorityInformationAccessCount, read);
   fact.TellIfEmpty();
   return status;
 }
@@ -242,11 +243,10 @@ uint32_t ReadPrivateKeyUsagePeriod(Octets value, Fact& fact) {
 
 uint32_t ReadCertificatePolicies(Octets value, Fact& fact) {
   Owned<ExtensionCertificatePolicies> list(FreeExtensionCertificatePolicies);
-  uint32_t count = 0;
-  uint32_t status = DecodeExtensionCertificatePolicies(value.data(), SizeOf(value), list.Out());
-  if (status == TESSEL_OK) status = GetExtensionPolicyInformationCount(list.Get(), &count);
   fact = Fact::List();
-  for (uint32_t i = 0; status == TESSEL_OK && i < count; ++i) status = ReadPolicy(list.Get(), i, fact);
+  const auto read = [&](uint32_t index) { return ReadPolicy(list.Get(), index, fact); };
+  const uint32_t status =
+      ForEach(value, list, DecodeExtensionCertificatePolicies, GetExtensionPolicyInformationCount, read);
   fact.TellIfEmpty();
   return status;
 }

@@ -59,6 +59,17 @@ uint32_t Fetch(Bytes& octets, Call call) {
   return call(octets.data(), &length);
 }
 
+// Decodes a list, and calls `each(index)` for its elements until one fails.
+template <typename List, typename Each>
+uint32_t ForEach(Octets value, Owned<List>& list, uint32_t(TESSEL_CALL* decode)(const uint8_t*, uint32_t, List**),
+                 uint32_t(TESSEL_CALL* getCount)(const List*, uint32_t*), Each each) {
+  uint32_t count = 0;
+  uint32_t status = decode(value.data(), SizeOf(value), list.Out());
+  if (status == TESSEL_OK) status = getCount(list.Get(), &count);
+  for (uint32_t i = 0; status == TESSEL_OK && i < count; ++i) status = each(i);
+  return status;
+}
+
 // Room for a counted identifier (oid.h).
 struct CountedOid {
   uint8_t octets[UINT8_MAX + 1] = {};

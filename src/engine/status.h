@@ -42,4 +42,9 @@ inline Status Fail(TesselStatus code, Site at = {}) {
   return Status(code);
 }
 
+template <class... Types>
+constexpr bool AnyNull(const Types*... pointers) {
+  return ((pointers == nullptr) || ...);
+}
+
 }  // namespace tessel

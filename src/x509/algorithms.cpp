@@ -253,7 +253,7 @@ uint32_t TESSEL_CALL DecodeAlgorithmGostR34102001Parameters(const uint8_t* param
   const Octets encoding(parameters, parameters == nullptr ? 0 : size);
   *mode = ModeOf(encoding);
   if (*mode != kParameterSets) return Status();
-  if (publicKeySet == nullptr || digestSet == nullptr || encryptionSet == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (AnyNull(publicKeySet, digestSet, encryptionSet)) return Fail(TESSEL_INVALID_ARGUMENT);
   GostParameterSets sets;
   if (Status status = DecodeSets(encoding, sets); status.Failed()) return status;
   *publicKeySet = sets.publicKey;
@@ -268,10 +268,8 @@ uint32_t TESSEL_CALL DecodeAlgorithmGostR3410ParameterOids(uint32_t algorithm, c
                                                            uint32_t* digestSetLength, uint8_t* encryptionSet,
                                                            uint32_t* encryptionSetLength) {
   const Item<AlgorithmGostR3410Parameters>* item = GostParametersOf(algorithm);
-  if (item == nullptr || mode == nullptr || publicKeySetLength == nullptr || digestSetLength == nullptr ||
-      encryptionSetLength == nullptr) {
+  if (AnyNull(item, mode, publicKeySetLength, digestSetLength, encryptionSetLength))
     return Fail(TESSEL_INVALID_ARGUMENT);
-  }
   const Octets encoding(parameters, parameters == nullptr ? 0 : size);
   *mode = ModeOf(encoding);
   if (*mode != kParameterSets) {

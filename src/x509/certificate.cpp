@@ -312,9 +312,7 @@ uint32_t TESSEL_CALL GetCertificateDecodedPublicKeyGostR34102012(const Certifica
                                                                  uint32_t* length, uint32_t* publicKeySet,
                                                                  uint32_t* digestSet, uint32_t* encryptionSet) {
   constexpr size_t kLargestKey = 168;
-  if (length == nullptr || publicKeySet == nullptr || digestSet == nullptr || encryptionSet == nullptr) {
-    return Fail(TESSEL_INVALID_ARGUMENT);
-  }
+  if (AnyNull(length, publicKeySet, digestSet, encryptionSet)) return Fail(TESSEL_INVALID_ARGUMENT);
   GostParameterSets sets;
   Status status = GetGostParameterSets(kPublicKeyAlgorithm.In(certificate), sets);
   if (status.Failed()) return status;

@@ -109,7 +109,7 @@ uint32_t TESSEL_CALL GetExtensionAuthorityInformationAccessCount(const Extension
 uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityInformationAccess* list,
                                                             const uint8_t* accessMethod,
                                                             X509GeneralName* accessLocation) {
-  if (list == nullptr || accessMethod == nullptr || accessLocation == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (AnyNull(list, accessMethod, accessLocation)) return Fail(TESSEL_INVALID_ARGUMENT);
   OwnedTree<X509GeneralName> location(kX509GeneralName, accessLocation);
   Asn1Oid method = BorrowOid(accessMethod);
   const AccessDescription source{&method, nullptr};
@@ -182,9 +182,7 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
 uint32_t TESSEL_CALL GetExtensionCrlDistributionPoint(const ExtensionCrlDistributionPoints* list, uint32_t index,
                                                       X509GeneralNames** fullName, X509Name** relativeName,
                                                       uint32_t* reasons, X509GeneralNames** cRLIssuer) {
-  if (fullName == nullptr || relativeName == nullptr || reasons == nullptr || cRLIssuer == nullptr) {
-    return Fail(TESSEL_INVALID_ARGUMENT);
-  }
+  if (AnyNull(fullName, relativeName, reasons, cRLIssuer)) return Fail(TESSEL_INVALID_ARGUMENT);
   *fullName = nullptr;
   *relativeName = nullptr;
   *reasons = 0;

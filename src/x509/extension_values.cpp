@@ -194,9 +194,7 @@ uint32_t TESSEL_CALL EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyIde
 uint32_t TESSEL_CALL DecodeExtensionAuthorityKeyIdentifier(const uint8_t* data, uint32_t size, uint8_t* keyIdentifier,
                                                            uint32_t* keyIdentifierLength, X509GeneralNames** names,
                                                            uint8_t* serial, uint32_t* serialLength) {
-  if (keyIdentifierLength == nullptr || names == nullptr || serialLength == nullptr) {
-    return Fail(TESSEL_INVALID_ARGUMENT);
-  }
+  if (AnyNull(keyIdentifierLength, names, serialLength)) return Fail(TESSEL_INVALID_ARGUMENT);
   *names = nullptr;
   const auto read = [=](const AuthorityKeyIdentifier& identifier) {
     Status keyStatus = DeliverOptional(identifier.keyIdentifier, keyIdentifier, keyIdentifierLength);
@@ -259,15 +257,10 @@ uint32_t TESSEL_CALL DecodeExtensionIssuingDistributionPoint(
     uint8_t* onlyContainsUserCerts, uint32_t* hasOnlyContainsUserCerts, uint8_t* onlyContainsCACerts,
     uint32_t* hasOnlyContainsCACerts, uint32_t* onlySomeReasons, uint32_t* hasOnlySomeReasons, uint8_t* indirectCRL,
     uint32_t* hasIndirectCRL, uint8_t* onlyContainsAttributeCerts, uint32_t* hasOnlyContainsAttributeCerts) {
-  for (const void* required :
-       {static_cast<const void*>(fullName), static_cast<const void*>(relativeName),
-        static_cast<const void*>(onlyContainsUserCerts), static_cast<const void*>(hasOnlyContainsUserCerts),
-        static_cast<const void*>(onlyContainsCACerts), static_cast<const void*>(hasOnlyContainsCACerts),
-        static_cast<const void*>(onlySomeReasons), static_cast<const void*>(hasOnlySomeReasons),
-        static_cast<const void*>(indirectCRL), static_cast<const void*>(hasIndirectCRL),
-        static_cast<const void*>(onlyContainsAttributeCerts),
-        static_cast<const void*>(hasOnlyContainsAttributeCerts)}) {
-    if (required == nullptr || size == 0) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (size == 0 || AnyNull(fullName, relativeName, onlyContainsUserCerts, hasOnlyContainsUserCerts, onlyContainsCACerts,
+                           hasOnlyContainsCACerts, onlySomeReasons, hasOnlySomeReasons, indirectCRL, hasIndirectCRL,
+                           onlyContainsAttributeCerts, hasOnlyContainsAttributeCerts)) {
+    return Fail(TESSEL_INVALID_ARGUMENT);
   }
   *fullName = nullptr;
   *relativeName = nullptr;

@@ -119,7 +119,7 @@ uint32_t TESSEL_CALL SetX509Extension(X509Extension* extension, const uint8_t* o
 
 uint32_t TESSEL_CALL GetX509Extension(const X509Extension* extension, uint8_t* oid, uint32_t* oidLength,
                                       uint32_t* critical, uint8_t* value, uint32_t* valueLength) {
-  if (oidLength == nullptr || critical == nullptr || valueLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (AnyNull(oidLength, critical, valueLength)) return Fail(TESSEL_INVALID_ARGUMENT);
   Status oidStatus = GetOid(kExtensionId.In(extension), oid, oidLength);
   Status valueStatus = GetContent(kExtensionValue.In(extension), value, valueLength);
   Asn1Value* flag = nullptr;

@@ -203,7 +203,7 @@ uint32_t TESSEL_CALL AddX509NameEntry(X509Name* name, const uint8_t* value, uint
 uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, uint32_t size, uint8_t tagClass,
                                          uint8_t constructed, uint32_t stringType, const uint8_t* oid,
                                          uint32_t newRdn) {
-  if (name == nullptr || value == nullptr || oid == nullptr || !IsElementTag(tagClass, constructed)) {
+  if (AnyNull(name, value, oid) || !IsElementTag(tagClass, constructed)) {
     return Fail(TESSEL_INVALID_ARGUMENT);
   }
   if (newRdn != 0) {
@@ -303,7 +303,7 @@ uint32_t TESSEL_CALL GetX509GeneralName(const X509GeneralNames* names, uint32_t 
 
 uint32_t TESSEL_CALL GetX509GeneralNameValue(const X509GeneralName* name, uint32_t* alternative, uint8_t* buffer,
                                              uint32_t* length) {
-  if (name == nullptr || alternative == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (AnyNull(name, alternative, length)) return Fail(TESSEL_INVALID_ARGUMENT);
   *alternative = name->index;
   if (name->index >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
   const auto* value = static_cast<const Asn1Value*>(name->value);
