@@ -22,13 +22,13 @@ TEST(ExtensionValues, NamedBits) {
                {0, "03 01 00"},
                {0x01000000, "03 05 00 00 00 00 01"}};
   for (const auto& c : cases) {
-    for (const auto& [encode, decode] :
-         {std::pair{&EncodeExtensionKeyUsage, &DecodeExtensionKeyUsage},
-          {&EncodeExtensionNetscapeCertificateType, &DecodeExtensionNetscapeCertificateType}}) {
-      const Bytes octets = Fetch([&](uint8_t* buffer, uint32_t* length) { return encode(c.bits, buffer, length); });
+    for (const auto& codec : {std::pair{&EncodeExtensionKeyUsage, &DecodeExtensionKeyUsage},
+                              {&EncodeExtensionNetscapeCertificateType, &DecodeExtensionNetscapeCertificateType}}) {
+      const Bytes octets =
+          Fetch([&](uint8_t* buffer, uint32_t* length) { return codec.first(c.bits, buffer, length); });
       EXPECT_EQ(c.encoding, ToHex(octets));
       uint32_t bits = 0xEEEEEEEE;
-      EXPECT_EQ(0U, decode(octets.data(), SizeOf(octets), &bits));
+      EXPECT_EQ(0U, codec.second(octets.data(), SizeOf(octets), &bits));
       EXPECT_EQ(c.bits, bits);
     }
   }
