@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -31,12 +32,37 @@ Names Lines(std::istream&& text) {
 
 Names ExportList() { return Lines(std::ifstream(TESSEL_SOURCE_DIR "/src/exports.txt")); }
 
+// The library of this build, or the file that the variable of this name has instead: a DLL.
+std::string Library() {
+  const char* named = std::getenv("TESSEL_LIBRARY");
+  return named != nullptr ? named : TESSEL_LIBRARY;
+}
+
+bool IsDll(const std::string& file) { return file.ends_with(".dll"); }
+
+std::string ListExports(const std::string& library) {
+  if (IsDll(library)) {
+    return OutputOf("objdump -p " + library +
+                    " | awk '/Ordinal.Name Pointer/ {on = 1; next} !NF {on = 0} on {print $NF}'");
+  }
+  return OutputOf("nm -D --defined-only --without-symbol-versions " + library + " | awk '$2 != \"A\" {print $3}'");
+}
+
 TEST(Interface, LibraryExportsJustTheListedNames) {
-  Names exported = Lines(std::istringstream(
-      OutputOf("nm -D --defined-only --without-symbol-versions " TESSEL_LIBRARY " | awk '$2 != \"A\" {print $3}'")));
+  Names exported = Lines(std::istringstream(ListExports(Library())));
   // What sanitizers add to a library of theirs.
   std::erase_if(exported, [](const std::string& name) { return name.find("san") != std::string::npos; });
   EXPECT_EQ(ExportList(), exported);
+}
+
+TEST(Interface, LibraryNeedsTheSystemOnly) {
+  const std::string library = Library();
+  Names needed =
+      Lines(std::istringstream(OutputOf("objdump -p " + library + " | awk '/NEEDED|DLL Name/ {print $NF}'")));
+  // A sanitizer needs more.
+  const Names expected = IsDll(library) ? Names{"KERNEL32.dll", "msvcrt.dll"} : Names{"libc.so.6"};
+  if (needed.contains("libasan.so.8")) return;
+  EXPECT_EQ(expected, needed);
 }
 
 // The name in "TESSEL_API uint32_t TESSEL_CALL Name(...)" or "TESSEL_API extern const Asn1Item Name".

@@ -180,7 +180,7 @@ TEST_F(ToolTest, ErrorsAreToldAndTheOtherInputsAreShown) {
        "which has room for 4"),
       "integer.der: offset 0: not a certificate: an element is malformed or missing",
       "missing: cannot be opened: No such file or directory",
-      ".: cannot be read: Is a directory",
+      IsForWindows() ? ".: cannot be opened: Permission denied" : ".: cannot be read: Is a directory",
       "cut.pem: certificate 1 (line 2): the END line is missing",
       "many.pem: certificate 1 (line 1): the text between the marker lines is not Base64",
       "many.pem: certificate 2 (line 4): the text between the marker lines is not Base64",

@@ -30,6 +30,8 @@ void UseBinaryStreams() {
 #ifdef _WIN32
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
+  // Windows does not buffer what goes to a console or to NUL.
+  std::setvbuf(stdout, nullptr, _IOFBF, 65536);
 #endif
 }
 

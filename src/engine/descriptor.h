@@ -222,4 +222,12 @@ static_assert(sizeof(void*) != 4 || sizeof(Asn1Item) == 28);
 static_assert(offsetof(Asn1Item, members) == 16);
 static_assert(sizeof(Asn1Oid) == sizeof(Asn1Value) && sizeof(Asn1Any) == sizeof(Asn1Value));
 
+// Nodes for callers of 32 bits: fields of 32 bits each, without a gap.
+static_assert(sizeof(void*) != 4 || (sizeof(Asn1Value) == 12 && offsetof(Asn1Value, data) == 8));
+static_assert(sizeof(void*) != 4 || (sizeof(Asn1BitString) == 12 && offsetof(Asn1BitString, data) == 8));
+static_assert(sizeof(void*) != 4 || (sizeof(Asn1Choice) == 8 && offsetof(Asn1Choice, value) == 4));
+static_assert(sizeof(void*) != 4 ||
+              (sizeof(Asn1List) == 20 && offsetof(Asn1List, items) == 4 && offsetof(Asn1List, capacity) == 8 &&
+               offsetof(Asn1List, compare) == 12 && offsetof(Asn1List, sorted) == 16));
+
 }  // namespace tessel

@@ -31,6 +31,13 @@ void ReplaceAll(std::string& text, const std::string& from, const std::string& t
     text.replace(at, from.size(), to);
 }
 
+std::string Tool() {
+  const char* command = std::getenv("TESSEL_TOOL");
+  return command != nullptr ? command : TESSEL_TOOL;
+}
+
+bool IsForWindows() { return Tool().ends_with(".exe"); }
+
 void ToolTest::SetUp() {
   std::string pattern = testing::TempDir() + "/tessel-tool-XXXXXX";
   ASSERT_NE(mkdtemp(pattern.data()), nullptr);
@@ -50,7 +57,7 @@ void ToolTest::WriteHex(const std::string& name, const std::string& hex) const {
 
 Result ToolTest::Shell(const std::string& command) const {
   const fs::path errors = folder_ / "stderr";
-  const std::string setup = "cd '" + folder_.string() + "'; LC_ALL=C; export LC_ALL; tessel='" TESSEL_TOOL "'; ";
+  const std::string setup = "cd '" + folder_.string() + "'; LC_ALL=C; export LC_ALL; tessel='" + Tool() + "'; ";
   Result result;
   FILE* pipe = popen((setup + "{ " + command + "\n} 2>'" + errors.string() + "'").c_str(), "r");
   if (pipe == nullptr) return result;
@@ -59,6 +66,7 @@ Result ToolTest::Shell(const std::string& command) const {
   const int ended = pclose(pipe);
   if (WIFEXITED(ended)) result.status = WEXITSTATUS(ended);
   result.err = ReadAll(errors);
+  std::erase(result.err, '\r');  // which ends lines on Windows
   return result;
 }
 

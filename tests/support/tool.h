@@ -15,6 +15,10 @@ std::string ReadAll(const std::filesystem::path& path);
 Lines SplitLines(const std::string& text);
 void ReplaceAll(std::string& text, const std::string& from, const std::string& to);
 
+// The command that is tested: the tool of this build, or what the variable TESSEL_TOOL has, which runs tessel.exe.
+std::string Tool();
+bool IsForWindows();
+
 struct Result {
   int status = -1;
   std::string out;

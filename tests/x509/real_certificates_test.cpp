@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/host.h"
 #include "support/objects.h"
 #include "support/openssl.h"
 #include "support/samples.h"
@@ -245,6 +246,7 @@ void ExpectGostKey(const Seen& seen, const Certificate* certificate) {
 }
 
 TEST(RealCertificates, ReadAsOpensslSeesThem) {
+  TESSEL_TEST_NEEDS_HOST();
   const std::vector<Sample>& samples = ::test::Certificates();
   ASSERT_GT(samples.size(), 100U) << "the package ca-certificates is not installed";
   const std::vector<Seen> seen = AskOpenssl();

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "support/host.h"
 #include "support/objects.h"
 #include "support/openssl.h"
 #include "tessel/tessel.h"
@@ -134,6 +135,7 @@ class Signing : public testing::TestWithParam<Scheme> {
 };
 
 TEST_P(Signing, OpensslVerifiesTheChain) {
+  TESSEL_TEST_NEEDS_HOST();
   const Bytes serial = {0x00, 0x9A, 0x01};
   const OwnedCertificate ca = NewCertificate(serial, "Корневой УЦ", "ca.key");
   SetIssuer(ca, ca);
