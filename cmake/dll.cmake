@@ -13,7 +13,7 @@ file(CONFIGURE OUTPUT ${definition_file} CONTENT "EXPORTS\n  @exported_names@\n"
 
 target_sources(tessel PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/tessel.rc ${definition_file})
 set_target_properties(tessel PROPERTIES PREFIX "")
-target_link_options(tessel PRIVATE -Wl,--kill-at -Wl,--enable-stdcall-fixup -Wl,--no-insert-timestamp)
+target_link_options(tessel PRIVATE -Wl,--kill-at -Wl,--enable-stdcall-fixup)
 
 # The linker's own import library has the plain names for symbols too, which no compiled call refers to.
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
