@@ -26,6 +26,7 @@
 #include "tessel/base64.h"
 #include "tessel/certificate.h"
 #include "tessel/choices.h"
+#include "tessel/crl.h"
 #include "tessel/decoder.h"
 #include "tessel/descriptor.h"
 #include "tessel/encoder.h"

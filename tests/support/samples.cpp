@@ -42,4 +42,13 @@ const std::vector<Sample>& Certificates() {
   return samples;
 }
 
+const std::vector<Sample>& Crls() {
+  static const std::vector<Sample> samples = [] {
+    std::vector<Sample> all;
+    AddFolder(all, TESSEL_SOURCE_DIR "/../shared/corpus/crl");
+    return all;
+  }();
+  return samples;
+}
+
 }  // namespace test

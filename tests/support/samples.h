@@ -16,4 +16,7 @@ struct Sample {
 // The certificates of Debian's ca-certificates, and those of the corpus beside the source tree when it is there.
 const std::vector<Sample>& Certificates();
 
+// The CRLs of the corpus; none when it is not there.
+const std::vector<Sample>& Crls();
+
 }  // namespace test
