@@ -1,140 +1,149 @@
+// The printing half of table.h.
 #include "table.h"
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <map>
 #include <set>
-#include <utility>
-#include <vector>
+#include <span>
 
 namespace bench {
 namespace {
 
-// OpenSSL looks at this variable when it is loaded, so each kind of processor has a process of its own.
-constexpr const char* kPlainProcessor = "OPENSSL_ia32cap";
+constexpr size_t kColumns = 5;
+constexpr size_t kTextColumns = 2;
+using Line = std::array<std::string, kColumns>;
 
-Processor ThisProcessor() { return std::getenv(kPlainProcessor) != nullptr ? Processor::kPlain : Processor::kAsItIs; }
-
-std::vector<Row>& Rows() {
-  static std::vector<Row> rows;
-  return rows;
+std::string Formatted(const char* format, double value) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), format, value);
+  return text.data();
 }
 
-bool IsSameResult(std::string first, std::string second) {
-  for (std::string* result : {&first, &second}) {
-    std::erase_if(*result, [](char c) { return c == '\r' || c == '\n'; });
+// To three digits, or to the whole number: 1.23, 12.3, 123, 12,345.
+std::string Rounded(double value) {
+  if (value < 9.995) return Formatted("%.2f", value);
+  if (value < 99.95) return Formatted("%.1f", value);
+  return Grouped(static_cast<uint64_t>(std::llround(value)));
+}
+
+// Characters, not octets, as a fixed-width font shows them.
+size_t WidthOf(const std::string& text) {
+  return static_cast<size_t>(
+      std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string Padded(const std::string& text, size_t width, size_t column) {
+  const std::string gap(width - WidthOf(text), ' ');
+  return column < kTextColumns ? text + gap : gap + text;
+}
+
+// Tessel first, then the peers from the fastest on, then what is there to compare with.
+bool StandsBefore(const Figure& first, const Figure& second) {
+  const auto rank = [](Kind kind) { return kind == Kind::kAside ? Kind::kFloor : kind; };
+  const Kind firstRank = rank(first.label.kind);
+  const Kind secondRank = rank(second.label.kind);
+  if (firstRank != secondRank) return firstRank < secondRank;
+  return firstRank == Kind::kPeer && first.value < second.value;
+}
+
+// The least figure of a kind; 0 when there is none.
+double LeastOf(std::span<const Figure> group, Kind kind) {
+  double least = 0;
+  for (const Figure& figure : group) {
+    if (figure.label.kind == kind && (least == 0 || figure.value < least)) least = figure.value;
   }
-  return !first.empty() && first == second;
+  return least;
 }
 
-std::string NameOf(const Row& row, const char* side) {
-  return row.operation + '/' + std::to_string(row.octets) + '/' + row.function + '/' + side;
+// How many times `unit` the value is, or nothing when there is no such unit.
+std::string Ratio(double value, double unit) { return unit == 0 ? "" : Rounded(value / unit); }
+
+Line LineOf(const Figure& figure, double floor, double peer) {
+  const std::string& name = figure.label.name;
+  const bool isTessel = figure.label.kind == Kind::kTessel;
+  const bool isSameOperation = isTessel || figure.label.kind == Kind::kPeer;
+  return {"", isTessel ? "**" + name + "**" : name, Rounded(figure.value), Ratio(figure.value, floor),
+          isSameOperation ? Ratio(figure.value, peer) : ""};
 }
 
-void Register(const std::string& name, const Call& call) {
-  benchmark::RegisterBenchmark(name.c_str(), [call](benchmark::State& state) {
-    for (auto iteration : state) {
-      (void)iteration;
-      benchmark::DoNotOptimize(call());
-      benchmark::ClobberMemory();
+// Adds the lines of one operation, whose name stands in the first.
+void AddGroup(std::span<const Figure> group, std::vector<Line>& lines) {
+  const double floor = LeastOf(group, Kind::kFloor);
+  const double peer = LeastOf(group, Kind::kPeer);
+  std::vector<Figure> sorted(group.begin(), group.end());
+  std::stable_sort(sorted.begin(), sorted.end(), StandsBefore);
+  const size_t first = lines.size();
+  for (const Figure& figure : sorted) lines.push_back(LineOf(figure, floor, peer));
+  lines[first][0] = group.front().operation;
+}
+
+std::vector<Line> LinesOf(const Heading& heading, std::span<const Figure> figures) {
+  std::vector<Line> lines = {{"operation", "side", heading.unit, "÷ floor", "÷ best peer"}};
+  while (!figures.empty()) {
+    const auto end = std::find_if(figures.begin(), figures.end(), [&figures](const Figure& figure) {
+      return figure.operation != figures.front().operation;
+    });
+    const auto size = static_cast<size_t>(end - figures.begin());
+    AddGroup(figures.first(size), lines);
+    figures = figures.subspan(size);
+  }
+  return lines;
+}
+
+void PrintLine(const Line& line, const std::array<size_t, kColumns>& widths) {
+  for (size_t column = 0; column < kColumns; ++column) {
+    std::printf("| %s ", Padded(line[column], widths[column], column).c_str());
+  }
+  std::puts("|");
+}
+
+// Says to Markdown which columns are aligned to the right.
+void PrintRule(const std::array<size_t, kColumns>& widths) {
+  for (size_t column = 0; column < kColumns; ++column) {
+    std::printf("|%s%s", std::string(widths[column] + 1, '-').c_str(), column < kTextColumns ? "-" : ":");
+  }
+  std::puts("|");
+}
+
+void PrintLines(const std::vector<Line>& lines) {
+  std::array<size_t, kColumns> widths{};
+  for (const Line& line : lines) {
+    for (size_t column = 0; column < kColumns; ++column) {
+      widths[column] = std::max(widths[column], WidthOf(line[column]));
     }
-  });
-}
-
-Call Copying(size_t octets) {
-  return [from = std::string(octets, 'x'), to = std::string(octets, ' ')]() mutable {
-    std::memcpy(to.data(), from.data(), from.size());
-    return std::string_view(to);
-  };
-}
-
-std::string FloorOf(const Row& row) { return "memcpy/" + std::to_string(row.octets); }
-
-// Keeps the least time of each name: on a machine that others use too, that of the run that was disturbed least.
-class LeastTimes : public benchmark::BenchmarkReporter {
- public:
-  bool ReportContext(const Context& /*context*/) override { return true; }
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Iteration) continue;
-      const double time = run.cpu_accumulated_time / static_cast<double>(run.iterations) * 1e6;
-      const auto [least, isNew] = microseconds_.try_emplace(run.run_name.function_name, time);
-      if (!isNew) least->second = std::min(least->second, time);
-    }
   }
-  // 0 when it was not measured.
-  double operator[](const std::string& name) { return microseconds_[name]; }
-
- private:
-  std::map<std::string, double> microseconds_;
-};
-
-void PrintHead() {
-  std::puts(
-      "Microseconds of processor time for one call on one thread, the least of several runs. The floor, memcpy, "
-      "copies\n"
-      "the octets. MB/s is tessel's, of octets, not of the characters of their text. ratio: how many times as fast as\n"
-      "OpenSSL tessel is.\n");
-  std::printf("%-32s %9s %9s %9s %9s %7s %6s  %s\n", "operation", "octets", "memcpy", "tessel", "OpenSSL", "MB/s",
-              "ratio", "function of OpenSSL");
+  PrintLine(lines.front(), widths);
+  PrintRule(widths);
+  for (size_t i = 1; i < lines.size(); ++i) PrintLine(lines[i], widths);
 }
 
-void Print(const Row& row, LeastTimes& times) {
-  const double tessel = times[NameOf(row, "tessel")];
-  const double openssl = times[NameOf(row, "openssl")];
-  if (tessel == 0 || openssl == 0) return;  // The caller asked for other rows.
-  std::printf("%-32s %9zu %9.2f %9.2f %9.2f %7.0f %6.2f  %s\n", row.operation.c_str(), row.octets, times[FloorOf(row)],
-              tessel, openssl, static_cast<double>(row.octets) / tessel, openssl / tessel, row.function.c_str());
-}
-
-void MeasureRows() {
-  std::set<size_t> floors;
-  for (const Row& row : Rows()) {
-    if (floors.insert(row.octets).second) Register(FloorOf(row), Copying(row.octets));
-    Register(NameOf(row, "tessel"), row.tessel);
-    Register(NameOf(row, "openssl"), row.openssl);
+// Each remark once in a program: below the first table that has its side.
+void PrintRemarks(const std::vector<Figure>& figures) {
+  static std::set<std::string> printed;
+  for (const Figure& figure : figures) {
+    const std::string remark = "- " + figure.label.name + ": " + figure.label.remark;
+    if (printed.insert(remark).second) std::puts(remark.c_str());
   }
-  LeastTimes times;
-  benchmark::RunSpecifiedBenchmarks(&times);
-  for (const Row& row : Rows()) Print(row, times);
-  std::fflush(stdout);
 }
 
 }  // namespace
 
-void Add(Row row) {
-  if (row.processor != ThisProcessor()) return;
-  if (!IsSameResult(std::string(row.tessel()), std::string(row.openssl()))) {
-    std::fprintf(stderr, "%s: the results differ\n", row.operation.c_str());
-    std::exit(1);
-  }
-  Rows().push_back(std::move(row));
+std::string Grouped(uint64_t number) {
+  std::string text = std::to_string(number);
+  for (size_t left = text.size(); left > 3; left -= 3) text.insert(left - 3, 1, ',');
+  return text;
+}
+
+void Print(const Heading& heading, const std::vector<Figure>& figures) {
+  if (figures.empty()) return;  // The caller asked for other rows.
+  std::printf("### %s\n\n%s\n\n", heading.title.c_str(), heading.text.c_str());
+  PrintLines(LinesOf(heading, figures));
+  std::puts("");
+  PrintRemarks(figures);
+  std::puts("");
+  std::fflush(stdout);
 }
 
 }  // namespace bench
-
-int main(int count, char** arguments) {
-  // The runs of all rows are mixed, so that a disturbance meets both sides. What the caller says comes later and
-  // prevails.
-  std::vector<std::string> options = {arguments[0], "--benchmark_repetitions=15", "--benchmark_min_time=0.03",
-                                      "--benchmark_enable_random_interleaving=true"};
-  options.insert(options.end(), arguments + 1, arguments + count);
-  std::vector<char*> pointers;
-  std::string again = std::string(bench::kPlainProcessor) + "=0:0";
-  for (std::string& option : options) {
-    pointers.push_back(option.data());
-    again += " '" + option + "'";
-  }
-  int left = static_cast<int>(pointers.size());
-  benchmark::Initialize(&left, pointers.data());
-
-  const bool isFirst = bench::ThisProcessor() == bench::Processor::kAsItIs;
-  if (isFirst) bench::PrintHead();
-  bench::AddValues();
-  bench::MeasureRows();
-  return !isFirst || std::system(again.c_str()) == 0 ? 0 : 1;
-}

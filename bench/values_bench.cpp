@@ -1,18 +1,21 @@
-// Base64, PEM and SHA-1. Encoders of both sides write lines of 64 characters, unless "one line" is said; tessel ends
-// them with CR LF, OpenSSL with LF. Decoders of both sides read what tessel wrote. Tessel writes into a buffer that is
-// there already; the memory that OpenSSL's PEM functions make for their results is part of what they do.
+// Base64, PEM and SHA-1. Decoders of both sides read what tessel wrote.
+#include <dlfcn.h>
 #include <openssl/bio.h>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/sha.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "floor.h"
 #include "table.h"
 #include "tessel/base64.h"
 #include "tessel/sha1.h"
@@ -22,6 +25,8 @@ namespace bench {
 namespace {
 
 using View = std::string_view;
+// Returns its result, or nothing when it failed.
+using Call = std::function<View()>;
 using Context = std::unique_ptr<EVP_ENCODE_CTX, decltype(&EVP_ENCODE_CTX_free)>;
 using Bio = std::unique_ptr<BIO, decltype(&BIO_free)>;
 
@@ -36,15 +41,12 @@ View Keep(std::string input) {
   static std::deque<std::string> inputs;
   return inputs.emplace_back(std::move(input));
 }
-char* Out() {
-  static std::string out(2 * kLarge, '\0');
-  return out.data();
-}
+uint8_t* OutOctets() { return Output(2 * kLarge); }
+char* Out() { return reinterpret_cast<char*>(OutOctets()); }
 View Result(bool isDone, size_t length) { return isDone ? View(Out(), length) : View(); }
 
 // The interfaces want octets or characters, and counts of several types.
 const uint8_t* OctetsOf(View view) { return reinterpret_cast<const uint8_t*>(view.data()); }
-uint8_t* OutOctets() { return reinterpret_cast<uint8_t*>(Out()); }
 uint32_t SizeOf(View view) { return static_cast<uint32_t>(view.size()); }
 int IntSizeOf(View view) { return static_cast<int>(view.size()); }
 
@@ -150,53 +152,164 @@ Call Digesting(Function function, View octets) {
   };
 }
 
+using OpensslSha1 = decltype(&SHA1);
+
+// SHA1 of a second OpenSSL in this process, which was told when it was loaded that the processor has none of the
+// instructions that only some have.
+OpensslSha1 LoadPlainSha1() {
+  setenv("OPENSSL_ia32cap", "0:0", 1);
+  void* library = dlmopen(LM_ID_NEWLM, "libcrypto.so.3", RTLD_NOW | RTLD_LOCAL);
+  unsetenv("OPENSSL_ia32cap");
+  Require(library != nullptr, "a second OpenSSL cannot be loaded");
+  void* function = dlsym(library, "SHA1");
+  Require(function != nullptr, "the second OpenSSL has no SHA1");
+  return reinterpret_cast<OpensslSha1>(function);
+}
+
 void DigestPortably(const uint8_t* data, size_t size, uint8_t* digest) {
   const tessel::Sha1Digest result = tessel::Sha1By(tessel::CompressSha1Portably, {data, size});
   std::copy(result.begin(), result.end(), digest);
 }
 
-void AddBase64(View octets) {
-  const Call encoding = TesselEncoding(octets);
-  const View lines = Keep(std::string(encoding()));
-  std::string oneLine(lines);
-  std::erase_if(oneLine, [](char c) { return c == '\r' || c == '\n'; });
-  const View line = Keep(oneLine);
+// Whether line breaks are part of what a result is compared by: texts may have others, octets may not.
+enum class LineBreaks : bool { kIgnored, kCompared };
 
-  Add({"Base64: encode", octets.size(), encoding, OpensslEncoding(octets), "EVP_EncodeUpdate"});
-  Add({"Base64: encode", octets.size(), encoding, OpensslOneLine(EVP_EncodeBlock, octets),
-       "EVP_EncodeBlock, one line"});
-  Add({"Base64: DecodeFromBase64", octets.size(), TesselDecoding(DecodeFromBase64, lines), OpensslDecoding(lines),
-       "EVP_DecodeUpdate"});
-  Add({"Base64: DecodePem", octets.size(), TesselDecoding(DecodePem, lines), OpensslDecoding(lines),
-       "EVP_DecodeUpdate"});
-  Add({"Base64: DecodePem, one line", octets.size(), TesselDecoding(DecodePem, line),
-       OpensslOneLine(EVP_DecodeBlock, line), "EVP_DecodeBlock, one line"});
+bool IsSameResult(View first, View second, LineBreaks breaks) {
+  if (breaks == LineBreaks::kCompared) return !first.empty() && first == second;
+  const auto withoutBreaks = [](View view) {
+    std::string text(view);
+    std::erase_if(text, [](char c) { return c == '\r' || c == '\n'; });
+    return text;
+  };
+  return !first.empty() && withoutBreaks(first) == withoutBreaks(second);
 }
 
-void AddPem(View octets) {
-  const Call encoding = TesselPemEncoding(octets);
-  const View text = Keep(std::string(encoding()));
-  Add({"PEM: encode", octets.size(), encoding, OpensslPemEncoding(octets), "PEM_write_bio"});
-  Add({"PEM: decode", octets.size(), TesselDecoding(DecodePem, text), OpensslPemDecoding(text), "PEM_read_bio"});
+// An operation on one input whose sides have to have the same result.
+class Comparison {
+ public:
+  // `octets` are those that the operation is about, not the characters of their text. Figures are for 1,000 of them.
+  Comparison(const char* name, View octets, View expected, LineBreaks breaks = LineBreaks::kCompared)
+      : expected_(expected),
+        breaks_(breaks),
+        operation_{std::string(name) + ", " + Grouped(octets.size()) + " octets",
+                   static_cast<double>(octets.size()) / 1000} {
+    AddMemcpy(octets);
+  }
+
+  void Tessel(const char* name, const char* remark, const Call& call) {
+    AddSide({Kind::kTessel, std::string("tessel ") + name, remark}, call);
+  }
+  void Openssl(const char* name, const char* remark, const Call& call) {
+    AddSide({Kind::kPeer, std::string("OpenSSL ") + name, remark}, call);
+  }
+  [[nodiscard]] const Operation& Get() const { return operation_; }
+
+ private:
+  void AddMemcpy(View octets) {
+    const Octets input(OctetsOf(octets), octets.size());
+    operation_.sides.push_back({CopyLabel(Kind::kFloor),
+                                [input] {
+                                  CopyOctets(input);
+                                  return true;
+                                },
+                                [input] { return IsRightCopy(input); }});
+  }
+  void AddSide(Label label, const Call& call) {
+    operation_.sides.push_back({std::move(label), [call] { return !call().empty(); },
+                                [call, expected = expected_, breaks = breaks_] {
+                                  ClearOutput();
+                                  return IsSameResult(call(), expected, breaks);
+                                }});
+  }
+
+  View expected_;
+  LineBreaks breaks_;
+  Operation operation_;
+};
+
+Operation Base64Encoding(View octets) {
+  const View text = Keep(std::string(OpensslEncoding(octets)()));
+  Comparison comparison("Base64: encode", octets, text, LineBreaks::kIgnored);
+  comparison.Tessel("`EncodeToBase64`", "lines of 64 characters that end with CR LF.", TesselEncoding(octets));
+  comparison.Openssl("`EVP_EncodeUpdate`", "lines of 64 characters that end with LF.", OpensslEncoding(octets));
+  comparison.Openssl("`EVP_EncodeBlock`", "one line without a break.", OpensslOneLine(EVP_EncodeBlock, octets));
+  return comparison.Get();
 }
 
-void AddSha1(View octets) {
-  Add({"SHA-1", octets.size(), Digesting(sha1, octets), Digesting(SHA1, octets), "SHA1"});
-  Add({"SHA-1, no special instructions", octets.size(), Digesting(DigestPortably, octets), Digesting(SHA1, octets),
-       "SHA1", Processor::kPlain});
+Operation Base64Decoding(View octets) {
+  const View lines = Keep(std::string(TesselEncoding(octets)()));
+  Comparison comparison("Base64: decode", octets, octets);
+  comparison.Tessel("`DecodeFromBase64`", "checks nothing: for texts of `EncodeToBase64` only.",
+                    TesselDecoding(DecodeFromBase64, lines));
+  comparison.Tessel("`DecodePem`", "checks the text.", TesselDecoding(DecodePem, lines));
+  comparison.Openssl("`EVP_DecodeUpdate`", "checks the text.", OpensslDecoding(lines));
+  return comparison.Get();
+}
+
+Operation Base64LineDecoding(View octets) {
+  std::string text(TesselEncoding(octets)());
+  std::erase_if(text, [](char c) { return c == '\r' || c == '\n'; });
+  const View line = Keep(text);
+  Comparison comparison("Base64: decode one line", octets, octets);
+  comparison.Tessel("`DecodePem`", "checks the text.", TesselDecoding(DecodePem, line));
+  comparison.Openssl("`EVP_DecodeBlock`", "checks the text; takes no line breaks.",
+                     OpensslOneLine(EVP_DecodeBlock, line));
+  return comparison.Get();
+}
+
+Operation PemEncoding(View octets) {
+  const View text = Keep(std::string(OpensslPemEncoding(octets)()));
+  Comparison comparison("PEM: encode", octets, text, LineBreaks::kIgnored);
+  comparison.Tessel("`EncodePem`", "writes into a buffer that is there.", TesselPemEncoding(octets));
+  comparison.Openssl("`PEM_write_bio`", "writes into a memory BIO that it allocates.", OpensslPemEncoding(octets));
+  return comparison.Get();
+}
+
+Operation PemDecoding(View octets) {
+  const View text = Keep(std::string(TesselPemEncoding(octets)()));
+  Comparison comparison("PEM: decode", octets, octets);
+  comparison.Tessel("`DecodePem`", "checks the text.", TesselDecoding(DecodePem, text));
+  comparison.Openssl("`PEM_read_bio`",
+                     "reads from a memory BIO, into blocks that it allocates; also returns the label.",
+                     OpensslPemDecoding(text));
+  return comparison.Get();
+}
+
+Operation Sha1(View octets) {
+  const View digest = Keep(std::string(Digesting(SHA1, octets)()));
+  Comparison comparison("SHA-1", octets, digest);
+  comparison.Tessel("`sha1`", "with the processor's own instructions, where it has them.", Digesting(sha1, octets));
+  comparison.Openssl("`SHA1`", "with the processor's own instructions, where it has them.", Digesting(SHA1, octets));
+  return comparison.Get();
+}
+
+Operation PlainSha1(View octets, OpensslSha1 plainSha1) {
+  const View digest = Keep(std::string(Digesting(SHA1, octets)()));
+  Comparison comparison("SHA-1, plain processor", octets, digest);
+  comparison.Tessel("portable", "what `sha1` does on processors without special instructions.",
+                    Digesting(DigestPortably, octets));
+  comparison.Openssl("`SHA1`, told that the processor is plain", "by `OPENSSL_ia32cap=0:0`; its own assembly code.",
+                     Digesting(plainSha1, octets));
+  return comparison.Get();
 }
 
 }  // namespace
+}  // namespace bench
 
-void AddValues() {
+int main(int count, char** arguments) {
+  using namespace bench;
+  Initialize(count, arguments);
   const View large = RandomOctets(kLarge);
   const View certificate = RandomOctets(kSizeOfCertificate);
-  AddBase64(large);
-  AddBase64(certificate);
-  AddPem(large);
-  AddPem(certificate);
-  AddSha1(large);
-  AddSha1(RandomOctets(kSizeOfPublicKey));
+  const View publicKey = RandomOctets(kSizeOfPublicKey);
+  const OpensslSha1 plainSha1 = LoadPlainSha1();
+  const std::vector<Operation> operations = {
+      Base64Encoding(large),       Base64Encoding(certificate),     Base64Decoding(large), Base64Decoding(certificate),
+      Base64LineDecoding(large),   Base64LineDecoding(certificate), PemEncoding(large),    PemEncoding(certificate),
+      PemDecoding(large),          PemDecoding(certificate),        Sha1(large),           Sha1(publicKey),
+      PlainSha1(large, plainSha1), PlainSha1(publicKey, plainSha1)};
+  Print({"Base64, PEM and SHA-1",
+         "Figures are nanoseconds for 1,000 octets; those of Base64 and PEM are the octets that the text stands for.",
+         "ns"},
+        Measure(operations));
 }
-
-}  // namespace bench
