@@ -14,8 +14,8 @@
  * still the one above. A node does not know its descriptor: every operation is handed both.
  *
  * All nodes come from the library. A tree is released at its root, and its nodes live until then: a member that is
- * lent, replaced or removed has no life of its own. Callers read nodes as they like, and change them through functions.
- */
+ * lent, replaced or removed has no life of its own. Callers read nodes as they like, and change them through functions:
+ * the library would not notice another change. */
 #ifndef TESSEL_NODES_H
 #define TESSEL_NODES_H
 
@@ -64,6 +64,8 @@ typedef struct Asn1List {
   uint32_t count;
   /* `count` nodes. What follows them, up to `capacity`, is not specified. */
   void** items;
+  /* A list that was decoded or copied begins with no more than it needs. Appending makes an array of 10, then of
+   * capacity + 200 + capacity / 2. */
   uint32_t capacity;
   /* The order in which sorting the list puts two items, or null. */
   int (*compare)(const void* first, const void* second);

@@ -17,8 +17,9 @@
  * from then on, when it succeeds. What the caller frees is released once, with the free function of its type.
  * A free function accepts null.
  *
- * Threads. The library keeps no state but the place of the last failure and, for adding days to a time, the length of
- * February. One object must not be used by two threads at a time; different objects can be. */
+ * Threads. The library keeps no state but the place of the last failure, the length of February for adding days to a
+ * time, and a count by which it sees that a tree is as it was decoded. One object must not be used by two threads at a
+ * time; different objects can be. */
 #ifndef TESSEL_TESSEL_H
 #define TESSEL_TESSEL_H
 

@@ -14,12 +14,14 @@ namespace tessel {
 Status ClearChoice(const Asn1Item& item, Asn1Choice& choice) {
   if (choice.value == nullptr) return Status();
   if (choice.index >= item.memberCount) return Fail(TESSEL_INVALID_ARGUMENT);
-  FreeTree(item.members[choice.index], std::exchange(choice.value, nullptr));
+  NoteChange();
+  FreeTree(*item.members[choice.index], std::exchange(choice.value, nullptr));
   return Status();
 }
 
 Status SetChoice(const Asn1Item& item, Asn1Choice& choice, uint32_t index, void* value) {
   if (Status status = ClearChoice(item, choice); status.Failed()) return status;
+  NoteChange();
   choice = {index, value};
   return Status();
 }
@@ -39,6 +41,7 @@ Status SetOpenValue(Asn1Any& any, ElementTag tag, uint32_t storedTag, Octets con
   Scratch<uint8_t> encoding(static_cast<uint8_t*>(AllocateOctets(length)));
   if (encoding == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
   if (Status status = WriteTree(element, &value, encoding.get(), length); status.Failed()) return status;
+  NoteChange();
   ReleaseOctets(any.data);
   any.tag = storedTag;
   any.length = length;

@@ -7,6 +7,7 @@
 #include "engine/descriptor.h"
 #include "engine/encoder.h"
 #include "engine/lifecycle.h"
+#include "engine/memory.h"
 #include "engine/status.h"
 
 namespace tessel {
@@ -14,16 +15,26 @@ namespace tessel {
 template <class Node>
 Status Decode(const Item<Node>& item, const uint8_t* data, uint32_t size, Node** object, Site at = {}) {
   if (data == nullptr || object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  Decoded decoded;
-  Status status = DecodeTree(item, Octets(data, size), decoded);
+  const Decoded decoded = DecodeTree(item, Octets(data, size));
   *object = static_cast<Node*>(decoded.node);
-  return status;
+  return decoded.status;
 }
 
 template <class Node>
 Status Encode(const Item<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Site at = {}) {
   if (object == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return EncodeTree(item, object, buffer, *length);
+}
+
+// The same for an object of an opaque type, which can only be one that the library made. As long as it is as it was
+// decoded, its size is known. Not for borrowed nodes.
+template <class Node>
+Status EncodeObject(const Item<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Site at = {}) {
+  if (object == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  const uint32_t size = buffer == nullptr ? EncodedSizeOf(object) : 0;
+  if (size == 0) return EncodeTree(item, object, buffer, *length);
+  *length = size;
+  return Status();
 }
 
 template <class Node>
@@ -38,15 +49,14 @@ Status Create(const Item<Node>& item, Leaves leaves, Node** object, Site at = {}
 template <class Node>
 Status Copy(const Item<Node>& item, const Node* source, Node** copy, Site at = {}) {
   if (source == nullptr || copy == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  void* copied = nullptr;
-  Status status = CopyTree(item, source, copied);
-  *copy = static_cast<Node*>(copied);
-  return status;
+  const Made made = CopyTree(item, source);
+  *copy = static_cast<Node*>(made.node);
+  return made.status;
 }
 
 template <class Node>
 Status Free(const Item<Node>& item, Node* object) {
-  FreeTree(&item, object);
+  FreeTree(item, object);
   return Status();
 }
 

@@ -20,327 +20,442 @@ constexpr uint32_t kMaximumDepth = 1000;
 // Which tag an element must carry: its descriptor's, or, inside an EXPLICIT wrapper, the universal one of its kind.
 enum class Tagging : uint8_t { kOwn, kUniversal };
 
+// What stands before a content in the input: the last octet of its header, which is not needed any more, or something
+// that may be in use.
+enum class Before : uint8_t { kOwnHeader, kOther };
+
+// Keeps count of the descriptors that are being followed.
+class Nesting {
+ public:
+  explicit Nesting(uint32_t& depth) : depth_(depth) { ++depth_; }
+  ~Nesting() { --depth_; }
+  Nesting(const Nesting&) = delete;
+  Nesting& operator=(const Nesting&) = delete;
+  [[nodiscard]] bool IsTooDeep() const { return depth_ > kMaximumDepth; }
+
+ private:
+  uint32_t& depth_;
+};
+
+Decoded Failure(Status status) { return {nullptr, 0, status}; }
+Decoded OutOfMemory(Site at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at)); }
+
 // Decodes one tree. Each function reads at the start of the octets that it is given and stays within them. A level that
 // fails releases what it made; only a value whose content is invalid is handed up, and released by the level above.
 class Decoder {
  public:
-  explicit Decoder(Octets input) : pool_(input) {}
+  // The contents stay in the pool's copy of the input, where there is one, and are copied one by one otherwise.
+  Decoder() : pool_(0), readsCopy_(false) {}
+  Decoder(size_t rootSize, Octets input) : pool_(rootSize, input), readsCopy_(true) {}
 
-  Status Element(const Asn1Item& item, Octets input, Decoded& found);
+  // Decodes what was copied.
+  Decoded Copied(const Plan& plan);
+  Decoded Element(const Plan& plan, Octets input);
 
  private:
-  Status Wrapped(const Asn1Item& item, Octets input, Decoded& found);
-  Status Tagged(const Asn1Item& item, Octets input, Tagging tagging, Decoded& found);
-  Status Absent(const Asn1Item& item, Tagging tagging, Decoded& found);
-  Status Alternative(const Asn1Item& item, Octets input, uint32_t index, Decoded& found);
-  Status OpenValue(Octets input, const Header& header, Decoded& found);
+  Decoded AnyElement(const Plan& plan, Octets input);
+  Decoded Wrapped(const Plan& plan, Octets input);
+  Decoded Tagged(const Plan& plan, Octets input, Tagging tagging);
+  Decoded ChosenElement(const Plan& plan, Octets input, Tagging tagging);
+  Decoded Alternative(const Plan& plan, uint32_t index, const Plan& alternative, Octets input);
+  Decoded OpenElement(const Plan& plan, Octets input, Tagging tagging);
+  Decoded TypedElement(const Plan& plan, Octets input, Tagging tagging);
+  Decoded Absent(const Plan& plan, Tagging tagging);
+  void LookForDefault(const Plan& plan, const void* node);
 
-  Status Constructed(const Asn1Item& item, Octets content, bool indefinite, Decoded& found);
-  Status SegmentedString(Octets content, bool indefinite, Decoded& found);
-  Status List(const Asn1Item& item, Octets content, bool indefinite, Decoded& found);
-  Status ListElements(const Asn1Item& element, Octets content, bool indefinite, Asn1List& list, uint32_t& position);
-  Status Slots(const Asn1Item& item, Octets content, bool indefinite, Decoded& found);
-  Status Members(const Asn1Item& item, Octets content, bool indefinite, void* node, uint32_t& position);
+  Decoded Constructed(const Plan& plan, Octets content, bool indefinite);
+  Decoded SegmentedString(Octets content, bool indefinite);
+  Decoded List(const Plan& plan, Octets content, bool indefinite);
+  Decoded ListElement(const Plan& element, Octets input, Asn1List& list);
+  Decoded Slots(const Plan& plan, Octets content, bool indefinite);
 
-  Status Primitive(const Asn1Item& item, Octets content, Decoded& found);
-  Status BitString(Octets content, Decoded& found);
-  Status Value(uint32_t tag, Octets content, Decoded& found);
+  Decoded Primitive(const Plan& plan, Octets content);
+  Decoded Value(uint32_t kind, Octets content);
+  Decoded BitString(Octets content);
   template <class Node>
-  Status Place(Node node, Octets content, Decoded& found);
+  Decoded Place(uint32_t tagOrUnused, Octets content, Before before = Before::kOwnHeader);
+  uint8_t* Keep(Octets content, Before before);
 
   Pool pool_;
+  const bool readsCopy_;
+  // Whether encoding the tree gives as many octets as were read.
+  bool keepsSize_ = true;
   uint32_t depth_ = 0;
 };
 
-Status Decoder::Element(const Asn1Item& item, Octets input, Decoded& found) {
-  if (input.empty()) return Absent(item, Tagging::kOwn, found);
-  if (depth_ == kMaximumDepth) return Fail(TESSEL_MALFORMED);
-  ++depth_;
-  const Status status = IsExplicit(item) ? Wrapped(item, input, found) : Tagged(item, input, Tagging::kOwn, found);
-  --depth_;
-  return status;
+// The length of the header at the start of the input and the content behind it, when the identifier octet is the item's
+// own and the length is written as DER has it. Otherwise 0.
+inline uint32_t ReadOwnHeader(const Plan& plan, Octets input, Octets& content) {
+  if (input.size() < 2 || input[0] != plan.identifier) return 0;
+  uint32_t headerLength = 2;
+  uint32_t length = input[1];
+  if (length >= kLongLength) {
+    const uint32_t lengthOctets = length & 0x7F;
+    if (lengthOctets - 1 >= sizeof length || lengthOctets > input.size() - 2) return 0;
+    length = 0;
+    for (; headerLength < 2 + lengthOctets; ++headerLength) length = length << 8 | input[headerLength];
+    if (input[2] == 0 || length < kLongLength) return 0;
+  }
+  if (length > input.size() - headerLength) return 0;
+  content = input.subspan(headerLength, length);
+  return headerLength;
 }
 
-Status Decoder::Wrapped(const Asn1Item& item, Octets input, Decoded& found) {
-  if (item.tagNumber < 0) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
+// Whether a header is written as DER has it.
+bool IsMinimal(const Header& header) {
+  uint32_t length = 2;
+  for (uint32_t tag = header.tagNumber; header.tagNumber >= kHighTagNumber && tag != 0; tag >>= 7) ++length;
+  for (uint32_t left = header.contentLength; header.contentLength >= kLongLength && left != 0; left >>= 8) ++length;
+  return !header.indefinite && header.headerLength == length;
+}
+
+// A value that equals its DEFAULT is not written again.
+void Decoder::LookForDefault(const Plan& plan, const void* node) {
+  const void* defaultValue = plan.item->defaultValue;
+  if (defaultValue == nullptr || node == nullptr) return;
+  bool isDefault = false;
+  const bool isKnown = CompareTrees(*plan.item, node, defaultValue, isDefault).Ok();
+  keepsSize_ &= isKnown && !isDefault;
+}
+
+// Nearly all elements are the ones that are expected, in the form that is expected. These go a short way; all others,
+// and the same ones when anything is unusual, go the long way, which would come to the same for these.
+inline Decoded Decoder::Element(const Plan& plan, Octets input) {
+  Octets content;
+  const uint32_t headerLength = ReadOwnHeader(plan, input, content);
+  if (headerLength == 0) return AnyElement(plan, input);
+  Decoded decoded;
+  if (IsValueForm(plan.form)) {
+    decoded = Value(plan.kind, content);
+    if (plan.form == Form::kValueWithDefault && decoded.status.Ok()) {
+      keepsSize_ &= !EqualsDefault(plan, *static_cast<const Asn1Value*>(decoded.node));
+    }
+  } else if (plan.form == Form::kSlots) {
+    decoded = Slots(plan, content, false);
+  } else {
+    decoded = plan.form == Form::kList ? List(plan, content, false) : BitString(content);
+  }
+  decoded.consumed += headerLength;
+  return decoded;
+}
+
+// Not inlined, to keep what is rare out of the loops that read members and elements.
+[[gnu::noinline]] Decoded Decoder::AnyElement(const Plan& plan, Octets input) {
+  if (input.empty()) return Absent(plan, Tagging::kOwn);
+  const bool isWrapped = plan.form == Form::kNone && IsExplicit(*plan.item);
+  return isWrapped ? Wrapped(plan, input) : Tagged(plan, input, Tagging::kOwn);
+}
+
+Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
+  const Asn1Item& item = *plan.item;
+  if (item.tagNumber < 0) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
   Header outer;
-  if (Status status = ReadHeader(input, outer); status.Failed()) return status;
+  if (Status status = ReadHeader(input, outer); status.Failed()) return Failure(status);
   if (outer.tagNumber != OwnTag(item) || outer.tagClass != TagClass(item) || outer.constructed == 0) {
-    return Absent(item, Tagging::kOwn, found);
+    return Absent(plan, Tagging::kOwn);
   }
 
+  keepsSize_ &= IsMinimal(outer);
   // The element may use more or less than a definite outer length says.
   const Octets inside = input.subspan(outer.headerLength);
-  Decoded inner;
-  Status status = Tagged(item, inside, Tagging::kUniversal, inner);
-  if (status.Ok() && outer.indefinite) {
+  Decoded inner = Tagged(plan, inside, Tagging::kUniversal);
+  if (inner.status.Ok() && outer.indefinite) {
     if (StartsWithEndOfContents(inside.subspan(inner.consumed))) {
       inner.consumed += kEndOfContentsSize;
     } else {
-      status = Fail(TESSEL_INDEFINITE_LENGTH);
+      inner.status = Fail(TESSEL_INDEFINITE_LENGTH);
     }
   }
-  if (status.Failed()) {
-    FreeTree(&item, inner.node);
-    return status;
+  if (inner.status.Failed()) {
+    FreeTree(plan, inner.node);
+    return Failure(inner.status);
   }
-  found = {inner.node, outer.headerLength + inner.consumed};
-  return status;
+  keepsSize_ &= inner.consumed == outer.contentLength;
+  LookForDefault(plan, inner.node);
+  inner.consumed += outer.headerLength;
+  return inner;
 }
 
-Status Decoder::Absent(const Asn1Item& item, Tagging tagging, Decoded& found) {
+Decoded Decoder::Absent(const Plan& plan, Tagging tagging) {
+  const Asn1Item& item = *plan.item;
   // A wrapper that is there must hold its element, OPTIONAL or not.
-  if (!IsOptional(item) || tagging == Tagging::kUniversal) return Fail(TESSEL_MALFORMED);
-  found = {};
-  if (item.defaultValue == nullptr) return Status();
-  return CopyInto(pool_, item, item.defaultValue, found.node);
+  if (!IsOptional(item) || tagging == Tagging::kUniversal) return Failure(Fail(TESSEL_MALFORMED));
+  if (item.defaultValue == nullptr) return Decoded();
+  const Made value = CopyInto(pool_, plan, item.defaultValue);
+  return {value.node, 0, value.status};
 }
 
 bool Matches(const Header& header, uint8_t tagClass, uint32_t tagNumber) {
   return header.tagClass == tagClass && header.tagNumber == tagNumber;
 }
 
-bool MatchesAlternative(const Header& header, const Asn1Item& alternative) {
+bool MatchesAlternative(const Header& header, uint8_t identifier, const Plan& plan) {
+  if (plan.identifier != kNoIdentifier) return identifier == plan.identifier;
+  const Asn1Item& alternative = *plan.item;
   // An open value has no tag of its own: without a tag number nothing identifies it.
   if (alternative.kind == TESSEL_KIND_ANY && alternative.tagNumber < 0) return false;
   const uint8_t constructed = IsExplicit(alternative) ? kConstructedBit : ConstructedBit(alternative);
   return Matches(header, TagClass(alternative), OwnTag(alternative)) && header.constructed == constructed;
 }
 
-uint32_t FindAlternative(const Asn1Item& item, const Header& header) {
-  uint32_t index = 0;
-  while (index < item.memberCount && !MatchesAlternative(header, *item.members[index])) ++index;
-  return index;
+inline Decoded Decoder::Tagged(const Plan& plan, Octets input, Tagging tagging) {
+  if (plan.shape == Shape::kChoiceNode) return ChosenElement(plan, input, tagging);
+  if (plan.shape == Shape::kOpenNode) return OpenElement(plan, input, tagging);
+  return TypedElement(plan, input, tagging);
 }
 
-Status Decoder::Tagged(const Asn1Item& item, Octets input, Tagging tagging, Decoded& found) {
+Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
+  const Asn1Item& item = *plan.item;
   Header header;
-  if (Status status = ReadHeader(input, header); status.Failed()) return status;
+  if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
   // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
-  if (StartsWithEndOfContents(input)) return Absent(item, tagging, found);
-  if (item.kind == TESSEL_KIND_CHOICE) {
-    const uint32_t index = FindAlternative(item, header);
-    return index < item.memberCount ? Alternative(item, input, index, found) : Absent(item, tagging, found);
-  }
-  if (item.kind == TESSEL_KIND_ANY) return OpenValue(input, header, found);
+  // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
+  if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
 
   const bool own = tagging == Tagging::kOwn;
   const bool matches =
       own ? Matches(header, TagClass(item), OwnTag(item)) : Matches(header, TESSEL_CLASS_UNIVERSAL, UniversalTag(item));
   const bool mayBeSegmented = item.kind == TESSEL_KIND_OCTET_STRING || item.kind == TESSEL_KIND_BIT_STRING;
   const bool rightForm = header.constructed == ConstructedBit(item) || (header.indefinite && mayBeSegmented);
-  if (!matches || !rightForm) return Absent(item, tagging, found);
+  if (!matches || !rightForm) return Absent(plan, tagging);
 
   Octets content;
-  if (Status status = ReadContent(input, header, content); status.Failed()) return status;
-  if (header.constructed == 0) {
-    if (header.indefinite) return Fail(TESSEL_INDEFINITE_LENGTH);
-    found.consumed = header.headerLength + header.contentLength;
-    return Primitive(item, content, found);
+  if (Status status = ReadContent(input, header, content); status.Failed()) return Failure(status);
+  keepsSize_ &= IsMinimal(header) && item.kind != TESSEL_KIND_SET;
+  Decoded decoded;
+  if (header.constructed != 0) {
+    decoded = Constructed(plan, content, header.indefinite);
+  } else {
+    decoded = header.indefinite ? Failure(Fail(TESSEL_INDEFINITE_LENGTH)) : Primitive(plan, content);
   }
-  Status status = Constructed(item, content, header.indefinite, found);
-  found.consumed += header.headerLength;
-  return status;
+  if (own) LookForDefault(plan, decoded.node);
+  decoded.consumed += header.headerLength;
+  return decoded;
 }
 
-Status Decoder::Alternative(const Asn1Item& item, Octets input, uint32_t index, Decoded& found) {
-  if (Status status = Place(Asn1Choice{index, nullptr}, {}, found); status.Failed()) return status;
-  Decoded value;
-  const Asn1Item& alternative = *item.members[index];
-  if (Status status = Element(alternative, input, value); status.Failed()) {
-    FreeTree(&alternative, value.node);
-    FreeTree(&item, found.node);
-    found.node = nullptr;
-    return status;
+Decoded Decoder::ChosenElement(const Plan& plan, Octets input, Tagging tagging) {
+  MemberPlans alternatives(plan);
+  // Often it is the first.
+  if (!input.empty() && alternatives.Count() != 0 && input[0] == alternatives[0].identifier) {
+    return Alternative(plan, 0, alternatives[0], input);
   }
-  static_cast<Asn1Choice*>(found.node)->value = value.node;
-  found.consumed = value.consumed;
-  return Status();
+  Header header;
+  if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
+  if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
+  for (uint32_t i = 0; i < alternatives.Count(); ++i) {
+    const Plan& alternative = alternatives[i];
+    if (MatchesAlternative(header, input[0], alternative)) return Alternative(plan, i, alternative, input);
+  }
+  return Absent(plan, tagging);
 }
 
-Status Decoder::OpenValue(Octets input, const Header& header, Decoded& found) {
+inline Decoded Decoder::Alternative(const Plan& plan, uint32_t index, const Plan& alternative, Octets input) {
+  const Nesting nesting(depth_);
+  if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
+  void* place = pool_.Node(sizeof(Asn1Choice));
+  if (place == nullptr) return OutOfMemory();
+  auto* choice = new (place) Asn1Choice{index, nullptr};
+  const Decoded value = Element(alternative, input);
+  choice->value = value.node;
+  if (value.status.Failed()) {
+    FreeTree(plan, choice);
+    return Failure(value.status);
+  }
+  return {choice, value.consumed, Status()};
+}
+
+Decoded Decoder::OpenElement(const Plan& plan, Octets input, Tagging tagging) {
+  Header header;
+  if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
+  if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
+  // One with a tag of its own is not written as it is.
+  keepsSize_ &= plan.form == Form::kOpen || tagging == Tagging::kUniversal;
   Octets content;
-  if (Status status = ReadContent(input, header, content); status.Failed()) return status;
+  if (Status status = ReadContent(input, header, content); status.Failed()) return Failure(status);
   uint32_t size = header.contentLength;
   if (header.indefinite) {
-    if (Status status = ScanIndefiniteContent(content, size); status.Failed()) return status;
+    if (Status status = ScanIndefiniteContent(content, size); status.Failed()) return Failure(status);
   }
-  found.consumed = header.headerLength + size;
-  return Value(header.tagNumber, input.first(found.consumed), found);
+  return Place<Asn1Value>(header.tagNumber, input.first(header.headerLength + size), Before::kOther);
 }
 
 // The functions from here on are given a content, and report how much of it they used: all of it, unless the length was
 // indefinite.
 
-Status Decoder::Constructed(const Asn1Item& item, Octets content, bool indefinite, Decoded& found) {
-  if (ShapeOf(item) == Shape::kSlotsNode) return Slots(item, content, indefinite, found);
-  if (ShapeOf(item) == Shape::kListNode) return List(item, content, indefinite, found);
-  if (item.kind == TESSEL_KIND_OCTET_STRING) return SegmentedString(content, indefinite, found);
-  return Fail(TESSEL_INVALID_ARGUMENT);
+Decoded Decoder::Constructed(const Plan& plan, Octets content, bool indefinite) {
+  if (plan.shape == Shape::kSlotsNode) return Slots(plan, content, indefinite);
+  if (plan.shape == Shape::kListNode) return List(plan, content, indefinite);
+  if (plan.kind == TESSEL_KIND_OCTET_STRING) return SegmentedString(content, indefinite);
+  return Failure(Fail(TESSEL_INVALID_ARGUMENT));
 }
 
-// Calls `use` with the content of each segment and sets `position` behind the last. Segments are not descended into.
+// Whether nothing more follows in a content of which `rest` is left.
+bool Ends(Octets rest, bool indefinite) { return indefinite ? StartsWithEndOfContents(rest) : rest.empty(); }
+
+// How much of a content was used when `rest` is left, with the end-of-contents octets that an indefinite one has there.
+uint32_t Used(Octets content, Octets rest, bool indefinite) {
+  return static_cast<uint32_t>(content.size() - rest.size()) + (indefinite ? kEndOfContentsSize : 0);
+}
+
+// Calls `use` with the content of each segment. Segments are not descended into.
 template <class Use>
-Status WalkSegments(Octets content, bool indefinite, uint32_t& position, Use use) {
-  position = 0;
-  while (true) {
-    const Octets rest = content.subspan(position);
-    if (indefinite && StartsWithEndOfContents(rest)) {
-      position += kEndOfContentsSize;
-      return Status();
-    }
-    if (!indefinite && rest.empty()) return Status();
+Decoded WalkSegments(Octets content, bool indefinite, Use use) {
+  Octets rest = content;
+  while (!Ends(rest, indefinite)) {
     Header header;
-    if (Status status = ReadHeader(rest, header); status.Failed()) return status;
-    if (header.tagNumber != TESSEL_KIND_OCTET_STRING) return Fail(TESSEL_WRONG_SEGMENT);
+    if (Status status = ReadHeader(rest, header); status.Failed()) return Failure(status);
+    if (header.tagNumber != TESSEL_KIND_OCTET_STRING) return Failure(Fail(TESSEL_WRONG_SEGMENT));
     Octets segment;
-    if (Status status = ReadContent(rest, header, segment); status.Failed()) return status;
+    if (Status status = ReadContent(rest, header, segment); status.Failed()) return Failure(status);
     use(segment);
-    position += header.headerLength + header.contentLength;
+    rest = rest.subspan(header.headerLength + segment.size());
   }
+  return {nullptr, Used(content, rest, indefinite), Status()};
 }
 
-Status Decoder::SegmentedString(Octets content, bool indefinite, Decoded& found) {
+Decoded Decoder::SegmentedString(Octets content, bool indefinite) {
+  keepsSize_ = false;
   uint32_t length = 0;
-  Status status = WalkSegments(content, indefinite, found.consumed,
-                               [&length](Octets segment) { length += static_cast<uint32_t>(segment.size()); });
-  if (status.Failed()) return status;
-  if (status = Value(TESSEL_KIND_OCTET_STRING, {}, found); status.Failed() || length == 0) return status;
+  Decoded decoded =
+      WalkSegments(content, indefinite, [&length](Octets segment) { length += static_cast<uint32_t>(segment.size()); });
+  if (decoded.status.Failed()) return decoded;
 
-  auto& value = *static_cast<Asn1Value*>(found.node);
-  value.data = static_cast<uint8_t*>(AllocateOctets(length));
-  if (value.data == nullptr) {
-    ReleaseNode(found.node);
-    found.node = nullptr;
-    return Fail(TESSEL_OUT_OF_MEMORY);
+  Scratch<uint8_t> data(length == 0 ? nullptr : static_cast<uint8_t*>(AllocateOctets(length)));
+  void* place = pool_.Node(sizeof(Asn1Value));
+  if (place == nullptr || (data == nullptr && length != 0)) {
+    ReleaseNode(place);
+    return OutOfMemory();
   }
-  return WalkSegments(content, indefinite, found.consumed, [&value](Octets segment) {
-    if (!segment.empty()) std::memcpy(value.data + value.length, segment.data(), segment.size());
-    value.length += static_cast<uint32_t>(segment.size());
-  });
+  NoteChange();
+  uint8_t* to = data.get();
+  WalkSegments(content, indefinite, [&to](Octets segment) { to = std::copy(segment.begin(), segment.end(), to); });
+  decoded.node = new (place) Asn1Value{TESSEL_KIND_OCTET_STRING, length, data.release()};
+  return decoded;
 }
 
-Status Decoder::List(const Asn1Item& item, Octets content, bool indefinite, Decoded& found) {
-  const Asn1Item* element = ElementOf(item);
-  if (element == nullptr) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
-  if (Status status = Place(kEmptyList, {}, found); status.Failed()) return status;
-  Status status = ListElements(*element, content, indefinite, *static_cast<Asn1List*>(found.node), found.consumed);
-  if (status.Failed()) {
-    FreeTree(&item, found.node);
-    found.node = nullptr;
-  }
-  return status;
-}
-
-Status Decoder::ListElements(const Asn1Item& element, Octets content, bool indefinite, Asn1List& list,
-                             uint32_t& position) {
-  position = 0;
-  while (true) {
-    const Octets rest = content.subspan(position);
-    if (indefinite && StartsWithEndOfContents(rest)) {
-      position += kEndOfContentsSize;
-      return Status();
+Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
+  if (ElementOf(*plan.item) == nullptr) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
+  const Nesting nesting(depth_);
+  if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
+  Asn1List* list = NewList(pool_, CountElements(content));
+  if (list == nullptr) return OutOfMemory();
+  MemberPlans plans(plan);
+  const Plan& element = plans[0];
+  Octets rest = content;
+  while (!Ends(rest, indefinite)) {
+    const Decoded found = ListElement(element, rest, *list);
+    if (found.status.Failed()) {
+      FreeTree(element, found.node);
+      FreeTree(plan, list);
+      return Failure(found.status);
     }
-    if (!indefinite && rest.empty()) return Status();
-    if (rest.size() < 2) return Fail(TESSEL_MALFORMED);
-
-    Decoded found;
-    Status status = Element(element, rest, found);
-    // An OPTIONAL element that is absent would be absent for ever.
-    if (status.Ok() && found.consumed == 0) status = Fail(TESSEL_MALFORMED);
-    if (status.Ok()) status = AppendTo(list, found.node, pool_);
-    if (status.Failed()) {
-      FreeTree(&element, found.node);
-      return status;
-    }
-    position += found.consumed;
+    rest = rest.subspan(found.consumed);
   }
+  return {list, Used(content, rest, indefinite), Status()};
 }
 
-Status Decoder::Slots(const Asn1Item& item, Octets content, bool indefinite, Decoded& found) {
-  found.node = pool_.Node(item.nodeSize);
-  if (found.node == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  std::memset(found.node, 0, item.nodeSize);
-  Status status = Members(item, content, indefinite, found.node, found.consumed);
-  if (status.Failed()) {
-    FreeTree(&item, found.node);
-    found.node = nullptr;
-  }
-  return status;
+// After a failure the node, if there is one, is not in the list.
+inline Decoded Decoder::ListElement(const Plan& element, Octets input, Asn1List& list) {
+  if (input.size() < 2) return Failure(Fail(TESSEL_MALFORMED));
+  Decoded found = Element(element, input);
+  if (found.status.Failed()) return found;
+  // An OPTIONAL element that is absent would be absent for ever.
+  found.status = found.consumed == 0 ? Fail(TESSEL_MALFORMED) : AppendInside(list, found.node);
+  return found;
 }
 
-Status Decoder::Members(const Asn1Item& item, Octets content, bool indefinite, void* node, uint32_t& position) {
-  position = 0;
-  for (uint32_t i = 0; i < item.memberCount; ++i) {
-    Decoded member;
-    Status status = Element(*item.members[i], content.subspan(position), member);
+// Releases a node of which the first slots are filled.
+Decoded AbandonSlots(const Plan& plan, void* node, uint32_t filled, Status status) {
+  for (uint32_t i = filled; i < plan.item->memberCount; ++i) StoreSlot(node, i, nullptr);
+  FreeTree(plan, node);
+  return Failure(status);
+}
+
+Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
+  const Nesting nesting(depth_);
+  if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
+  void* node = NewSlots(pool_, *plan.item);
+  if (node == nullptr) return OutOfMemory();
+  MemberPlans members(plan);
+  Octets rest = content;
+  for (uint32_t i = 0; i < members.Count(); ++i) {
+    const Decoded member = Element(members[i], rest);
     // Also of a failure: a value with invalid content is released with the others.
     StoreSlot(node, i, member.node);
-    if (status.Failed()) return status;
-    position += member.consumed;
+    if (member.status.Failed()) return AbandonSlots(plan, node, i + 1, member.status);
+    rest = rest.subspan(member.consumed);
   }
-  if (indefinite) {
-    if (!StartsWithEndOfContents(content.subspan(position))) return Fail(TESSEL_INDEFINITE_LENGTH);
-    position += kEndOfContentsSize;
-  } else {
-    // What follows the last member is skipped.
-    position = static_cast<uint32_t>(content.size());
-  }
-  return Status();
+  keepsSize_ &= rest.empty();
+  // What follows the last member is skipped when the length is definite.
+  if (!indefinite) return {node, static_cast<uint32_t>(content.size()), Status()};
+  if (StartsWithEndOfContents(rest)) return {node, Used(content, rest, indefinite), Status()};
+  return AbandonSlots(plan, node, members.Count(), Fail(TESSEL_INDEFINITE_LENGTH));
 }
 
-Status Decoder::Primitive(const Asn1Item& item, Octets content, Decoded& found) {
-  if (ShapeOf(item) == Shape::kBitStringNode) return BitString(content, found);
-  if (ShapeOf(item) != Shape::kValueNode) return Fail(TESSEL_UNSUPPORTED_KIND);
-  if (Status status = Value(item.kind, content, found); status.Failed()) return status;
-  const bool valid = (item.kind != TESSEL_KIND_BOOLEAN || IsBooleanContent(content)) &&
-                     (item.kind != TESSEL_KIND_INTEGER || IsIntegerContent(content));
-  return valid ? Status() : Fail(TESSEL_INVALID_CONTENT);
+Decoded Decoder::Primitive(const Plan& plan, Octets content) {
+  if (plan.shape == Shape::kBitStringNode) return BitString(content);
+  return plan.shape == Shape::kValueNode ? Value(plan.kind, content) : Failure(Fail(TESSEL_UNSUPPORTED_KIND));
 }
 
-Status Decoder::BitString(Octets content, Decoded& found) {
+inline Decoded Decoder::Value(uint32_t kind, Octets content) {
+  const bool valid = kind > TESSEL_KIND_INTEGER ||
+                     (kind == TESSEL_KIND_INTEGER ? IsIntegerContent(content) : IsBooleanContent(content));
+  Decoded value = Place<Asn1Value>(kind, content);
+  if (!valid && value.status.Ok()) value.status = Fail(TESSEL_INVALID_CONTENT);
+  return value;
+}
+
+Decoded Decoder::BitString(Octets content) {
   constexpr uint8_t kMostUnusedBits = 7;
-  if (content.empty() || content[0] > kMostUnusedBits) return Fail(TESSEL_MALFORMED);
-  return Place(Asn1BitString{content[0], 0, nullptr}, content.subspan(1), found);
+  if (content.empty() || content[0] > kMostUnusedBits) return Failure(Fail(TESSEL_MALFORMED));
+  Decoded bits = Place<Asn1BitString>(content[0], content.subspan(1));
+  bits.consumed = static_cast<uint32_t>(content.size());
+  return bits;
 }
 
-Status Decoder::Value(uint32_t tag, Octets content, Decoded& found) {
-  return Place(Asn1Value{tag, 0, nullptr}, content, found);
-}
-
-// Places a node; one with a content (an Asn1Value or Asn1BitString) receives its length and octets.
+// An Asn1Value or Asn1BitString with its content. It consumes no more than that.
 template <class Node>
-Status Decoder::Place(Node node, Octets content, Decoded& found) {
+inline Decoded Decoder::Place(uint32_t tagOrUnused, Octets content, Before before) {
   void* place = pool_.Node(sizeof(Node));
-  if (place == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  if constexpr (requires { node.data; }) {
-    node.length = static_cast<uint32_t>(content.size());
-    if (!content.empty()) node.data = pool_.Keep(content);
-    if (!content.empty() && node.data == nullptr) {
-      ReleaseNode(place);
-      return Fail(TESSEL_OUT_OF_MEMORY);
-    }
+  if (place == nullptr) return OutOfMemory();
+  uint8_t* data = content.empty() ? nullptr : Keep(content, before);
+  if (data == nullptr && !content.empty()) {
+    ReleaseNode(place);
+    return OutOfMemory();
   }
-  found.node = new (place) Node(node);
-  return Status();
+  const auto length = static_cast<uint32_t>(content.size());
+  return {new (place) Node{tagOrUnused, length, data}, length, Status()};
 }
 
-// How much of the input to copy at once: the element, when its header tells its length. What lies beyond it after all
-// is copied piece by piece.
-Octets ElementOctets(Octets input) {
-  Header header;
-  if (input.size() < 2 || ReadHeader(input, header).Failed() || header.indefinite) return {};
-  const size_t size = uint64_t{header.headerLength} + header.contentLength < input.size()
-                          ? size_t{header.headerLength} + header.contentLength
-                          : input.size();
-  return input.first(size);
+inline uint8_t* Decoder::Keep(Octets content, Before before) {
+  const bool staysInCopy = readsCopy_ && (before == Before::kOwnHeader || !OwnsItsMemory(content.data()));
+  return staysInCopy ? pool_.KeepInPlace(content) : pool_.Keep(content);
+}
+
+Decoded Decoder::Copied(const Plan& plan) {
+  // Empty when there was no memory.
+  const Octets input = pool_.Input();
+  if (input.empty()) return OutOfMemory();
+  const Decoded decoded = Element(plan, input);
+  if (decoded.status.Ok() && keepsSize_) pool_.SetEncodedSize(decoded.consumed);
+  return decoded;
+}
+
+// What is worth copying at once: the whole element, when it is constructed and its length is known. Of others it may
+// not be, or they may reach beyond it.
+Octets ElementToCopy(const Plan& plan, Octets input) {
+  Octets content;
+  const bool isConstructed = plan.form == Form::kSlots || plan.form == Form::kList;
+  const uint32_t headerLength = isConstructed ? ReadOwnHeader(plan, input, content) : 0;
+  return headerLength == 0 ? Octets() : input.first(headerLength + content.size());
 }
 
 }  // namespace
 
-Status DecodeTree(const Asn1Item& item, Octets input, Decoded& decoded) {
-  decoded = {};
-  return Decoder(ElementOctets(input)).Element(item, input, decoded);
+Decoded DecodeTree(const Plan& plan, Octets input) {
+  const Octets element = ElementToCopy(plan, input);
+  if (element.empty()) return Decoder().Element(plan, input);
+  return Decoder(std::max<size_t>(plan.item->nodeSize, kLargestListNode), element).Copied(plan);
 }
 
 }  // namespace tessel
@@ -350,9 +465,8 @@ using namespace tessel;
 uint32_t TESSEL_CALL Asn1DecodeItem(const uint8_t* data, uint32_t size, const Asn1Item* descriptor, void** object,
                                     uint32_t* consumed) {
   if (data == nullptr || descriptor == nullptr || object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  Decoded decoded;
-  const Status status = DecodeTree(*descriptor, Octets(data, size), decoded);
+  const Decoded decoded = DecodeTree(*descriptor, Octets(data, size));
   *object = decoded.node;
-  if (status.Ok() && consumed != nullptr) *consumed = decoded.consumed;
-  return status;
+  if (decoded.status.Ok() && consumed != nullptr) *consumed = decoded.consumed;
+  return decoded.status;
 }

@@ -19,16 +19,11 @@
 #include <type_traits>
 #include <utility>
 
+#include "engine/plan.h"
 #include "tessel/descriptor.h"
 #include "tessel/nodes.h"
 
 namespace tessel {
-
-// A descriptor that knows the type of its nodes.
-template <class NodeType>
-struct Item : Asn1Item {
-  using Node = NodeType;
-};
 
 template <const auto& item>
 using NodeOf = typename std::remove_cvref_t<decltype(item)>::Node;
@@ -44,7 +39,7 @@ inline constexpr int32_t kNoTagNumber = -1;
 
 template <class Node>
 constexpr Item<Node> Primitive(Asn1Kind kind) {
-  return {{0, static_cast<uint32_t>(kind), kNoTagNumber, 0, nullptr, 0, nullptr}};
+  return {{0, static_cast<uint32_t>(kind), kNoTagNumber, 0, nullptr, 0, nullptr}, nullptr};
 }
 
 inline constexpr auto kBoolean = Primitive<Asn1Value>(TESSEL_KIND_BOOLEAN);
@@ -82,16 +77,21 @@ constexpr Item<Node> WithTag(Item<Node> item, int32_t tagNumber, uint32_t flags)
 template <class Node>
 constexpr Item<Node> WithDefault(Item<Node> item, const Node* value) {
   item.defaultValue = value;
+  item.hasDefault = true;
   return WithFlags(item, TESSEL_FLAG_OPTIONAL);
 }
 
 template <const auto&... items>
 inline constexpr const Asn1Item* kMembers[] = {&items...};
 
+template <const auto&... items>
+inline constexpr Plan kPlans[] = {Plan(items)...};
+
 template <class Node, const auto&... items>
 constexpr Item<Node> Constructed(Asn1Kind kind, uint32_t nodeSize) {
   return {{TESSEL_FLAG_CONSTRUCTED, static_cast<uint32_t>(kind), kNoTagNumber, nodeSize, kMembers<items...>,
-           sizeof...(items), nullptr}};
+           sizeof...(items), nullptr},
+          kPlans<items...>};
 }
 
 template <class Struct, class Node>
@@ -169,54 +169,6 @@ constexpr auto Choice() {
   return detail::Constructed<Node, alternatives...>(TESSEL_KIND_CHOICE, 0);
 }
 
-// The engine's view of a descriptor.
-
-constexpr uint8_t TagClass(const Asn1Item& item) { return static_cast<uint8_t>(item.flags & TESSEL_CLASS_MASK); }
-constexpr uint8_t ConstructedBit(const Asn1Item& item) { return static_cast<uint8_t>((item.flags >> 8) & 0x20); }
-constexpr bool IsExplicit(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_EXPLICIT) != 0; }
-constexpr bool IsOptional(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_OPTIONAL) != 0; }
-constexpr uint32_t UniversalTag(const Asn1Item& item) { return item.kind & 0x7F; }
-
-// The tag number of the item's own encoding, when nothing wraps it.
-constexpr uint32_t OwnTag(const Asn1Item& item) {
-  return item.tagNumber < 0 ? UniversalTag(item) : static_cast<uint32_t>(item.tagNumber);
-}
-
-// The one element descriptor of a SEQUENCE OF or SET OF, or null when the descriptor is inconsistent.
-constexpr const Asn1Item* ElementOf(const Asn1Item& item) {
-  return item.memberCount == 1 && item.members != nullptr ? item.members[0] : nullptr;
-}
-
-// What a kind's nodes look like.
-enum class Shape : uint8_t { kNotAKind, kValueNode, kBitStringNode, kOpenNode, kChoiceNode, kListNode, kSlotsNode };
-
-namespace detail {
-
-inline constexpr uint32_t kKindCount = TESSEL_KIND_SET_OF + 1;
-
-consteval std::array<Shape, kKindCount> MakeShapes() {
-  std::array<Shape, kKindCount> shapes{};
-  for (size_t kind : {1U, 2U, 4U, 5U, 6U, 10U, 12U, 30U}) shapes[kind] = Shape::kValueNode;
-  for (size_t kind = TESSEL_KIND_NUMERIC_STRING; kind <= TESSEL_KIND_UNIVERSAL_STRING; ++kind) {
-    shapes[kind] = Shape::kValueNode;
-  }
-  shapes[TESSEL_KIND_BIT_STRING] = Shape::kBitStringNode;
-  shapes[TESSEL_KIND_ANY] = Shape::kOpenNode;
-  shapes[TESSEL_KIND_CHOICE] = Shape::kChoiceNode;
-  shapes[TESSEL_KIND_SEQUENCE_OF] = shapes[TESSEL_KIND_SET_OF] = Shape::kListNode;
-  shapes[TESSEL_KIND_SEQUENCE] = shapes[TESSEL_KIND_SET] = Shape::kSlotsNode;
-  return shapes;
-}
-
-inline constexpr std::array<Shape, kKindCount> kShapes = MakeShapes();
-
-}  // namespace detail
-
-constexpr Shape ShapeOf(const Asn1Item& item) {
-  return item.kind < detail::kKindCount ? detail::kShapes[item.kind] : Shape::kNotAKind;
-}
-
-static_assert(sizeof(Item<Asn1Value>) == sizeof(Asn1Item));
 static_assert(sizeof(Asn1Item) == 5 * sizeof(uint32_t) + 2 * sizeof(void*) + (sizeof(void*) == 8 ? 4 : 0));
 static_assert(sizeof(void*) != 4 || sizeof(Asn1Item) == 28);
 static_assert(offsetof(Asn1Item, members) == 16);

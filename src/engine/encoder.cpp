@@ -1,66 +1,26 @@
 #include "engine/encoder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
+#include "engine/buffer.h"
 #include "engine/descriptor.h"
 #include "engine/header.h"
 #include "engine/lifecycle.h"
+#include "engine/lists.h"
 #include "engine/nodes.h"
 
 namespace tessel {
 namespace {
 
-// Takes an encoding from its end to its beginning, so that the length of a content is known when its header is due, at
-// any depth and without being computed beforehand. Without a buffer it only counts.
-class BackwardWriter {
- public:
-  BackwardWriter() = default;
-  explicit BackwardWriter(uint8_t* end) : end_(end) {}
+enum class Pass : bool { kCounts, kWrites };
 
-  [[nodiscard]] bool OnlyCounts() const { return end_ == nullptr; }
-  // Wider than any encoding, so that it cannot wrap.
-  [[nodiscard]] uint64_t Written() const { return written_; }
-  // The octet written last, which is the first of the encoding.
-  [[nodiscard]] uint8_t* Front() const { return end_ - written_; }
-
-  void Octet(uint8_t octet) {
-    ++written_;
-    if (!OnlyCounts()) *Front() = octet;
-  }
-
-  void Content(Octets octets) {
-    written_ += octets.size();
-    if (!OnlyCounts() && !octets.empty()) std::memcpy(Front(), octets.data(), octets.size());
-  }
-
-  // The content of an Asn1Value or Asn1BitString. One that has a length but no octets gets zeros.
-  template <class Node>
-  void ContentOfNode(const Node& node) {
-    if (node.data != nullptr) return Content({node.data, node.length});
-    written_ += node.length;
-    if (!OnlyCounts() && node.length != 0) std::memset(Front(), 0, node.length);
-  }
-
-  // The header of a content that has been written since `start`.
-  void Header(uint8_t classAndConstructed, uint32_t tagNumber, uint64_t start) {
-    Length(written_ - start);
-    if (tagNumber < kHighTagNumber) return Octet(static_cast<uint8_t>(classAndConstructed | tagNumber));
-    Octet(tagNumber & 0x7F);
-    for (tagNumber >>= 7; tagNumber != 0; tagNumber >>= 7) Octet(static_cast<uint8_t>(0x80 | (tagNumber & 0x7F)));
-    Octet(classAndConstructed | kHighTagNumber);
-  }
-
- private:
-  void Length(uint64_t length) {
-    if (length < kLongLength) return Octet(static_cast<uint8_t>(length));
-    const uint64_t before = written_;
-    for (; length != 0; length >>= 8) Octet(static_cast<uint8_t>(length));
-    Octet(static_cast<uint8_t>(kLongLength | (written_ - before)));
-  }
-
-  uint8_t* end_ = nullptr;
-  uint64_t written_ = 0;
+// How much of an encoding there is; returned in registers where the platform can. The length is wider than that of any
+// encoding, so that it cannot wrap.
+struct Encoded {
+  uint64_t length;
+  Status status;
 };
 
 // Sorts the elements of a SET OF after they have been written. While they are written it notes where each begins.
@@ -68,9 +28,11 @@ class SetSorter {
  public:
   // Without memory nothing can be noted.
   bool Reserve(uint32_t count) {
+    if (count <= few_.size()) return true;
     const uint64_t size = uint64_t{count} * sizeof(Octets);
     if (size > SIZE_MAX) return false;
-    elements_.reset(static_cast<Octets*>(AllocateOctets(static_cast<size_t>(size))));
+    many_.reset(static_cast<Octets*>(AllocateOctets(static_cast<size_t>(size))));
+    elements_ = many_.get();
     return elements_ != nullptr;
   }
 
@@ -78,7 +40,7 @@ class SetSorter {
 
   // The elements fill `region`; they were noted from the last to the first.
   Status Sort(std::span<uint8_t> region) {
-    const std::span<Octets> elements(elements_.get(), count_);
+    const std::span<Octets> elements(elements_, count_);
     std::reverse(elements.begin(), elements.end());
     if (std::is_sorted(elements.begin(), elements.end(), Precedes)) return Status();
 
@@ -105,169 +67,288 @@ class SetSorter {
     return difference != 0 ? difference < 0 : first.size() < second.size();
   }
 
-  Scratch<Octets> elements_;
+  std::array<Octets, 8> few_;
+  Scratch<Octets> many_;
+  Octets* elements_ = few_.data();
   uint32_t count_ = 0;
 };
 
-// Encodes one tree through a writer. Counting visits a tree in its order, so that the first of several failures is the
-// one that is told; writing visits it backwards.
+// Encodes one tree, from the end of its encoding to the beginning, so that the length of a content is known when its
+// header is due, at any depth and without being computed beforehand. Each function is told how long the encoding is so
+// far, and tells how long it is then. The pass that only counts has no buffer, and visits the tree in its order, so
+// that the first of several failures is the one that is told; the pass that writes visits it backwards.
+template <Pass pass>
 class Encoder {
  public:
-  explicit Encoder(BackwardWriter writer) : writer_(writer) {}
+  // The buffer is written from its end downwards. What it has no room for is only counted.
+  explicit Encoder(std::span<uint8_t> buffer) : end_(buffer.data() + buffer.size()), room_(buffer.size()) {}
 
-  Status Element(const Asn1Item& item, const void* node);
-  [[nodiscard]] uint64_t Written() const { return writer_.Written(); }
+  Encoded Element(const Plan& plan, const void* node, uint64_t length);
 
  private:
-  Status Wrapped(const Asn1Item& item, const void* node);
-  Status Own(const Asn1Item& item, const void* node);
-  Status Alternative(const Asn1Item& item, const Asn1Choice& choice);
-  Status OpenValue(const Asn1Item& item, const Asn1Value& value);
-  Status Content(const Asn1Item& item, const void* node);
-  Status Members(const Asn1Item& item, const void* node);
-  Status List(const Asn1Item& item, const Asn1List& list);
-  Status SortedList(const Asn1Item& element, const Asn1List& list);
+  Encoded Branch(const Plan& plan, const void* node, uint64_t length);
+  Encoded AnyElement(const Plan& plan, const void* node, uint64_t length);
+  Encoded Wrapped(const Plan& plan, const void* node, uint64_t length);
+  Encoded Own(const Plan& plan, const void* node, uint64_t length);
+  Encoded Alternative(const Plan& plan, const Asn1Choice& choice, uint64_t length);
+  Encoded OpenValue(const Asn1Item& item, const Asn1Value& value, uint64_t length);
+  Encoded Content(const Plan& plan, const void* node, uint64_t length);
+  Encoded Members(const Plan& plan, const void* node, uint64_t length);
+  Encoded List(const Plan& plan, const Asn1List& list, uint64_t length);
+  Encoded SortedList(const Plan& element, const Asn1List& list, uint64_t length);
 
-  [[nodiscard]] uint32_t InOrder(uint32_t i, uint32_t count) const { return writer_.OnlyCounts() ? i : count - 1 - i; }
+  // Each of these returns the new length.
+  uint64_t Octet(uint8_t octet, uint64_t length);
+  template <class Node>
+  uint64_t NodeContent(const Node& node, uint64_t length);
+  uint64_t ShortHeader(uint32_t identifier, uint64_t start, uint64_t length);
+  uint64_t Header(uint32_t classAndConstructed, uint32_t tagNumber, uint64_t start, uint64_t length);
+  uint64_t LongLength(uint64_t contentLength, uint64_t length);
 
-  BackwardWriter writer_;
+  // The octet written last, which is the first of the encoding so far.
+  [[nodiscard]] uint8_t* Front(uint64_t length) const { return end_ - length; }
+  static uint32_t InOrder(uint32_t i, uint32_t count) { return pass == Pass::kCounts ? i : count - 1 - i; }
+
+  [[nodiscard]] bool HasRoom(uint64_t length) const { return pass == Pass::kWrites && length <= room_; }
+
+  uint8_t* const end_;
+  const size_t room_;
 };
 
-Status Encoder::Element(const Asn1Item& item, const void* node) {
-  if (IsOptional(item)) {
-    if (node == nullptr) return Status();
-    if (item.defaultValue != nullptr) {
-      bool isDefault = false;
-      Status status = CompareTrees(item, node, item.defaultValue, isDefault);
-      if (status.Failed() || isDefault) return status;
-    }
-  }
-  if (node == nullptr) return Fail(TESSEL_ABSENT);
-  return IsExplicit(item) ? Wrapped(item, node) : Own(item, node);
+template <Pass pass>
+inline uint64_t Encoder<pass>::Octet(uint8_t octet, uint64_t length) {
+  if (HasRoom(length + 1)) *Front(length + 1) = octet;
+  return length + 1;
 }
 
-Status Encoder::Wrapped(const Asn1Item& item, const void* node) {
-  if (item.tagNumber < 0) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
-  const uint64_t start = writer_.Written();
-  if (item.kind == TESSEL_KIND_ANY) {
-    writer_.ContentOfNode(*static_cast<const Asn1Value*>(node));
-  } else if (item.kind == TESSEL_KIND_CHOICE) {
-    Status status = Alternative(item, *static_cast<const Asn1Choice*>(node));
-    if (status.Failed()) return status;
+// The content of an Asn1Value or Asn1BitString. One that has a length but no octets gets zeros.
+template <Pass pass>
+template <class Node>
+inline uint64_t Encoder<pass>::NodeContent(const Node& node, uint64_t length) {
+  length += node.length;
+  if (!HasRoom(length)) return length;
+  if (node.data != nullptr) {
+    CopyOctets(Front(length), node.data, node.length);
+  } else if (node.length != 0) {
+    std::memset(Front(length), 0, node.length);
+  }
+  return length;
+}
+
+// The header of a content that begins at `start` and ends at `length`, with a single identifier octet.
+template <Pass pass>
+inline uint64_t Encoder<pass>::ShortHeader(uint32_t identifier, uint64_t start, uint64_t length) {
+  const uint64_t contentLength = length - start;
+  if (contentLength >= kLongLength) return Octet(static_cast<uint8_t>(identifier), LongLength(contentLength, length));
+  length += 2;
+  if (HasRoom(length)) {
+    Front(length)[0] = static_cast<uint8_t>(identifier);
+    Front(length)[1] = static_cast<uint8_t>(contentLength);
+  }
+  return length;
+}
+
+// The same with any tag number.
+template <Pass pass>
+uint64_t Encoder<pass>::Header(uint32_t classAndConstructed, uint32_t tagNumber, uint64_t start, uint64_t length) {
+  if (tagNumber < kHighTagNumber) return ShortHeader(classAndConstructed | tagNumber, start, length);
+  length = ShortHeader(tagNumber & 0x7F, start, length);
+  for (tagNumber >>= 7; tagNumber != 0; tagNumber >>= 7) {
+    length = Octet(static_cast<uint8_t>(0x80 | (tagNumber & 0x7F)), length);
+  }
+  return Octet(static_cast<uint8_t>(classAndConstructed | kHighTagNumber), length);
+}
+
+template <Pass pass>
+uint64_t Encoder<pass>::LongLength(uint64_t contentLength, uint64_t length) {
+  const uint64_t before = length;
+  for (; contentLength != 0; contentLength >>= 8) length = Octet(static_cast<uint8_t>(contentLength), length);
+  return Octet(static_cast<uint8_t>(kLongLength | (length - before)), length);
+}
+
+// Nearly all elements are written by the form of their item alone: they go a short way, the others a longer one.
+template <Pass pass>
+inline Encoded Encoder<pass>::Element(const Plan& plan, const void* node, uint64_t length) {
+  if (node == nullptr) return {length, IsOptional(*plan.item) ? Status() : Fail(TESSEL_ABSENT)};
+  if (!IsValueForm(plan.form)) return Branch(plan, node, length);
+  const auto& value = *static_cast<const Asn1Value*>(node);
+  if (plan.form == Form::kValueWithDefault && EqualsDefault(plan, value)) return {length, Status()};
+  const uint64_t end = NodeContent(value, length);
+  return {plan.form == Form::kOpen ? end : ShortHeader(plan.identifier, length, end), Status()};
+}
+
+template <Pass pass>
+Encoded Encoder<pass>::Branch(const Plan& plan, const void* node, uint64_t length) {
+  if (plan.form == Form::kChoice) return Alternative(plan, *static_cast<const Asn1Choice*>(node), length);
+  if (plan.form == Form::kNone) return AnyElement(plan, node, length);
+  const Encoded content = Content(plan, node, length);
+  return {ShortHeader(plan.identifier, length, content.length), content.status};
+}
+
+// Not inlined, to keep what is rare out of the way of the others.
+template <Pass pass>
+[[gnu::noinline]] Encoded Encoder<pass>::AnyElement(const Plan& plan, const void* node, uint64_t length) {
+  const Asn1Item& item = *plan.item;
+  if (IsOptional(item) && item.defaultValue != nullptr) {
+    bool isDefault = false;
+    const Status status = CompareTrees(item, node, item.defaultValue, isDefault);
+    if (status.Failed() || isDefault) return {length, status};
+  }
+  return IsExplicit(item) ? Wrapped(plan, node, length) : Own(plan, node, length);
+}
+
+template <Pass pass>
+Encoded Encoder<pass>::Wrapped(const Plan& plan, const void* node, uint64_t length) {
+  const Asn1Item& item = *plan.item;
+  if (item.tagNumber < 0) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
+  Encoded inner{length, Status()};
+  if (plan.shape == Shape::kOpenNode) {
+    inner.length = NodeContent(*static_cast<const Asn1Value*>(node), length);
+  } else if (plan.shape == Shape::kChoiceNode) {
+    inner = Alternative(plan, *static_cast<const Asn1Choice*>(node), length);
   } else {
-    if (Status status = Content(item, node); status.Failed()) return status;
-    writer_.Header(ConstructedBit(item), UniversalTag(item), start);
+    inner = Content(plan, node, length);
+    inner.length = Header(ConstructedBit(item), UniversalTag(item), length, inner.length);
   }
-  writer_.Header(TagClass(item) | kConstructedBit, OwnTag(item), start);
-  return Status();
+  return {Header(TagClass(item) | kConstructedBit, OwnTag(item), length, inner.length), inner.status};
 }
 
-Status Encoder::Own(const Asn1Item& item, const void* node) {
-  if (item.kind == TESSEL_KIND_CHOICE) return Alternative(item, *static_cast<const Asn1Choice*>(node));
-  if (item.kind == TESSEL_KIND_ANY) return OpenValue(item, *static_cast<const Asn1Value*>(node));
-  const uint64_t start = writer_.Written();
-  if (Status status = Content(item, node); status.Failed()) return status;
-  writer_.Header(TagClass(item) | ConstructedBit(item), OwnTag(item), start);
-  return Status();
+template <Pass pass>
+Encoded Encoder<pass>::Own(const Plan& plan, const void* node, uint64_t length) {
+  if (plan.shape == Shape::kChoiceNode) return Alternative(plan, *static_cast<const Asn1Choice*>(node), length);
+  if (plan.shape == Shape::kOpenNode) return OpenValue(*plan.item, *static_cast<const Asn1Value*>(node), length);
+  const Asn1Item& item = *plan.item;
+  const Encoded content = Content(plan, node, length);
+  return {Header(TagClass(item) | ConstructedBit(item), OwnTag(item), length, content.length), content.status};
 }
 
-Status Encoder::Alternative(const Asn1Item& item, const Asn1Choice& choice) {
-  if (choice.index >= item.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
-  return Element(*item.members[choice.index], choice.value);
+template <Pass pass>
+inline Encoded Encoder<pass>::Alternative(const Plan& plan, const Asn1Choice& choice, uint64_t length) {
+  if (choice.index >= plan.memberCount) return {length, Fail(TESSEL_WRONG_ALTERNATIVE)};
+  if (plan.members != nullptr) return Element(plan.members[choice.index], choice.value, length);
+  return Element(Plan(*plan.item->members[choice.index]), choice.value, length);
 }
 
-Status Encoder::OpenValue(const Asn1Item& item, const Asn1Value& value) {
-  writer_.ContentOfNode(value);
-  if (TagClass(item) != TESSEL_CLASS_CONTEXT || value.length == 0) return Status();
-  if (OwnTag(item) >= kHighTagNumber || item.tagNumber < 0) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
-  if (!writer_.OnlyCounts()) {
-    *writer_.Front() = static_cast<uint8_t>(ConstructedBit(item) | TESSEL_CLASS_CONTEXT | OwnTag(item));
+template <Pass pass>
+Encoded Encoder<pass>::OpenValue(const Asn1Item& item, const Asn1Value& value, uint64_t length) {
+  length = NodeContent(value, length);
+  if (TagClass(item) != TESSEL_CLASS_CONTEXT || value.length == 0) return {length, Status()};
+  if (OwnTag(item) >= kHighTagNumber || item.tagNumber < 0) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
+  if (HasRoom(length)) {
+    *Front(length) = static_cast<uint8_t>(ConstructedBit(item) | TESSEL_CLASS_CONTEXT | OwnTag(item));
   }
-  return Status();
+  return {length, Status()};
 }
 
-Status Encoder::Content(const Asn1Item& item, const void* node) {
-  switch (ShapeOf(item)) {
-    case Shape::kValueNode:
-      writer_.ContentOfNode(*static_cast<const Asn1Value*>(node));
-      return Status();
-    case Shape::kBitStringNode: {
-      const auto& bits = *static_cast<const Asn1BitString*>(node);
-      writer_.ContentOfNode(bits);
-      writer_.Octet(static_cast<uint8_t>(bits.unused));
-      return Status();
-    }
-    case Shape::kSlotsNode:
-      return Members(item, node);
-    case Shape::kListNode:
-      return List(item, *static_cast<const Asn1List*>(node));
-    case Shape::kOpenNode:
-    case Shape::kChoiceNode:
-    case Shape::kNotAKind:
-      break;
+template <Pass pass>
+[[gnu::always_inline]] inline Encoded Encoder<pass>::Content(const Plan& plan, const void* node, uint64_t length) {
+  if (plan.shape == Shape::kSlotsNode) return Members(plan, node, length);
+  if (plan.shape == Shape::kListNode) return List(plan, *static_cast<const Asn1List*>(node), length);
+  if (plan.shape == Shape::kValueNode) return {NodeContent(*static_cast<const Asn1Value*>(node), length), Status()};
+  if (plan.shape == Shape::kBitStringNode) {
+    const auto& bits = *static_cast<const Asn1BitString*>(node);
+    return {Octet(static_cast<uint8_t>(bits.unused), NodeContent(bits, length)), Status()};
   }
-  return Fail(TESSEL_UNSUPPORTED_KIND);
+  return {length, Fail(TESSEL_UNSUPPORTED_KIND)};
 }
 
-Status Encoder::Members(const Asn1Item& item, const void* node) {
-  if (item.kind == TESSEL_KIND_SET) return Fail(TESSEL_UNSUPPORTED_KIND);
-  for (uint32_t i = 0; i < item.memberCount; ++i) {
-    const uint32_t index = InOrder(i, item.memberCount);
-    if (Status status = Element(*item.members[index], LoadSlot(node, index)); status.Failed()) return status;
+template <Pass pass>
+inline Encoded Encoder<pass>::Members(const Plan& plan, const void* node, uint64_t length) {
+  if (plan.kind == TESSEL_KIND_SET) return {length, Fail(TESSEL_UNSUPPORTED_KIND)};
+  MemberPlans members(plan);
+  const uint32_t count = members.Count();
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint32_t index = InOrder(i, count);
+    const Encoded member = Element(members[index], LoadSlot(node, index), length);
+    if (member.status.Failed()) return member;
+    length = member.length;
   }
-  return Status();
+  return {length, Status()};
 }
 
-Status Encoder::List(const Asn1Item& item, const Asn1List& list) {
-  const Asn1Item* element = ElementOf(item);
-  if (element == nullptr) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
-  const bool sorts = item.kind == TESSEL_KIND_SET_OF && list.sorted != 0 && list.count > 1;
-  if (sorts && !writer_.OnlyCounts()) return SortedList(*element, list);
+template <Pass pass>
+inline Encoded Encoder<pass>::List(const Plan& plan, const Asn1List& list, uint64_t length) {
+  if (ElementOf(*plan.item) == nullptr) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
+  MemberPlans plans(plan);
+  const Plan& element = plans[0];
+  const bool sorts = plan.kind == TESSEL_KIND_SET_OF && list.sorted != 0 && list.count > 1;
+  if (sorts && pass == Pass::kWrites) return SortedList(element, list, length);
   for (uint32_t i = 0; i < list.count; ++i) {
-    if (Status status = Element(*element, list.items[InOrder(i, list.count)]); status.Failed()) return status;
+    // Beyond the first item it is the number of none.
+    Prefetch(list, InOrder(i + kItemsAhead, list.count));
+    const Encoded encoded = Element(element, list.items[InOrder(i, list.count)], length);
+    if (encoded.status.Failed()) return encoded;
+    length = encoded.length;
   }
-  return Status();
+  return {length, Status()};
 }
 
-Status Encoder::SortedList(const Asn1Item& element, const Asn1List& list) {
+template <Pass pass>
+Encoded Encoder<pass>::SortedList(const Plan& element, const Asn1List& list, uint64_t length) {
   SetSorter sorter;
-  if (!sorter.Reserve(list.count)) return Fail(TESSEL_OUT_OF_MEMORY);
-  const uint64_t start = writer_.Written();
+  if (!sorter.Reserve(list.count)) return {length, Fail(TESSEL_OUT_OF_MEMORY)};
+  const uint64_t start = length;
   for (uint32_t i = list.count; i-- > 0;) {
-    const uint64_t before = writer_.Written();
-    if (Status status = Element(element, list.items[i]); status.Failed()) return status;
-    sorter.Note({writer_.Front(), static_cast<size_t>(writer_.Written() - before)});
+    const Encoded encoded = Element(element, list.items[i], length);
+    if (encoded.status.Failed()) return encoded;
+    if (HasRoom(encoded.length)) sorter.Note({Front(encoded.length), static_cast<size_t>(encoded.length - length)});
+    length = encoded.length;
   }
-  return sorter.Sort({writer_.Front(), static_cast<size_t>(writer_.Written() - start)});
+  if (!HasRoom(length)) return {length, Status()};
+  return {length, sorter.Sort({Front(length), static_cast<size_t>(length - start)})};
 }
 
 }  // namespace
 
-Status MeasureTree(const Asn1Item& item, const void* node, uint32_t& length) {
-  Encoder counter{BackwardWriter()};
-  if (Status status = counter.Element(item, node); status.Failed()) return status;
-  if (counter.Written() > UINT32_MAX) return Fail(TESSEL_LENGTH_TOO_LARGE);
-  length = static_cast<uint32_t>(counter.Written());
+Status MeasureTree(const Plan& plan, const void* node, uint32_t& length) {
+  const Encoded encoded = Encoder<Pass::kCounts>({}).Element(plan, node, 0);
+  if (encoded.status.Failed()) return encoded.status;
+  if (encoded.length > UINT32_MAX) return Fail(TESSEL_LENGTH_TOO_LARGE);
+  length = static_cast<uint32_t>(encoded.length);
   return Status();
 }
 
-Status WriteTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t length) {
-  if (length == 0) return Status();
-  return Encoder(BackwardWriter(buffer + length)).Element(item, node);
+Status WriteTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t length) {
+  return Encoder<Pass::kWrites>({buffer, length}).Element(plan, node, 0).status;
 }
 
-Status EncodeTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t& length) {
+namespace {
+
+// Encodings up to the first size are written on the stack, and up to the second in a block of the heap, before the
+// caller gets them: so a tree is visited only once, and the caller's buffer stays as it is until all is well.
+constexpr size_t kSmallEncoding = 16384;
+constexpr size_t kLargeEncoding = size_t{64} << 20;
+
+// Writes a tree that was not measured. What does not fit is counted only; `length` tells. After a failure the tree has
+// to be measured, which finds the first failure in its order.
+bool WriteUnmeasured(const Plan& plan, const void* node, std::span<uint8_t> place, uint64_t& length) {
+  const Encoded encoded = Encoder<Pass::kWrites>(place).Element(plan, node, 0);
+  length = encoded.length;
+  return encoded.status.Ok() && length <= UINT32_MAX;
+}
+
+}  // namespace
+
+Status EncodeTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t& length) {
+  if (buffer == nullptr) return MeasureTree(plan, node, length);
   const uint32_t capacity = length;
-  if (Status status = MeasureTree(item, node, length); status.Failed()) return status;
-  if (buffer == nullptr) return Status();
-  if (capacity < length) return Fail(TESSEL_BUFFER_TOO_SMALL);
-  return WriteTree(item, node, buffer, length);
+  uint8_t small[kSmallEncoding];
+  const bool isLarge = capacity > sizeof small && capacity <= kLargeEncoding;
+  const Scratch<uint8_t> large(isLarge ? static_cast<uint8_t*>(AllocateOctets(capacity)) : nullptr);
+  const std::span<uint8_t> place = large != nullptr ? std::span(large.get(), capacity) : std::span<uint8_t>(small);
+
+  uint64_t needed = 0;
+  const bool isKnown = WriteUnmeasured(plan, node, place, needed);
+  if (isKnown && needed <= place.size()) return Deliver(place.last(static_cast<size_t>(needed)), buffer, &length);
+  length = static_cast<uint32_t>(needed);
+  if (Status status = isKnown ? Status() : MeasureTree(plan, node, length); status.Failed()) return status;
+  return capacity < length ? Fail(TESSEL_BUFFER_TOO_SMALL) : WriteTree(plan, node, buffer, length);
 }
 
-Status Encoding::Make(const Asn1Item& item, const void* node) {
-  if (Status status = MeasureTree(item, node, length_); status.Failed()) return status;
+Status Encoding::Make(const Plan& plan, const void* node) {
+  if (Status status = MeasureTree(plan, node, length_); status.Failed()) return status;
   block_.reset(static_cast<uint8_t*>(AllocateOctets(length_)));
-  return block_ == nullptr ? Fail(TESSEL_OUT_OF_MEMORY) : WriteTree(item, node, block_.get(), length_);
+  return block_ == nullptr ? Fail(TESSEL_OUT_OF_MEMORY) : WriteTree(plan, node, block_.get(), length_);
 }
 
 }  // namespace tessel

@@ -2,24 +2,25 @@
 #pragma once
 
 #include "engine/memory.h"
+#include "engine/plan.h"
 #include "engine/status.h"
 #include "tessel/encoder.h"
 
 namespace tessel {
 
 // The length of a tree's encoding. Every failure but that of memory is found here.
-Status MeasureTree(const Asn1Item& item, const void* node, uint32_t& length);
+Status MeasureTree(const Plan& plan, const void* node, uint32_t& length);
 
 // Writes a tree that MeasureTree has measured to exactly `length` octets.
-Status WriteTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t length);
+Status WriteTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t length);
 
 // Encodes into the caller's buffer, whose capacity `length` holds and whose needed length it receives.
-Status EncodeTree(const Asn1Item& item, const void* node, uint8_t* buffer, uint32_t& length);
+Status EncodeTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t& length);
 
 // The encoding of a tree in a block of its own.
 class Encoding {
  public:
-  Status Make(const Asn1Item& item, const void* node);
+  Status Make(const Plan& plan, const void* node);
   [[nodiscard]] Octets Get() const { return {block_.get(), length_}; }
 
  private:

@@ -69,6 +69,19 @@ Status ScanIndefiniteContent(Octets content, uint32_t& size) {
   return Fail(TESSEL_INDEFINITE_LENGTH);
 }
 
+uint32_t CountSeveralElements(Octets content) {
+  uint32_t count = 0;
+  while (!content.empty() && !StartsWithEndOfContents(content)) {
+    Header header;
+    if (ReadHeader(content, header).Failed() || header.indefinite) break;
+    const uint64_t size = uint64_t{header.headerLength} + header.contentLength;
+    if (size > content.size()) break;
+    content = content.subspan(static_cast<size_t>(size));
+    ++count;
+  }
+  return count;
+}
+
 }  // namespace tessel
 
 using namespace tessel;

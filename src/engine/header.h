@@ -29,7 +29,11 @@ Status ReadLongHeader(Octets input, Header& header);
 // Reads the header at the start of the input, which is shorter than 2^32.
 inline Status ReadHeader(Octets input, Header& header) {
   if (input.size() < 2 || (input[0] & kHighTagNumber) == kHighTagNumber || input[1] >= kLongLength) {
-    return ReadLongHeader(input, header);
+    // A variable of its own, so that the caller's can stay in registers.
+    Header read;
+    Status status = ReadLongHeader(input, read);
+    header = read;
+    return status;
   }
   header = {static_cast<uint8_t>(input[0] & kClassBits),
             static_cast<uint8_t>(input[0] & kConstructedBit),
@@ -52,5 +56,13 @@ inline bool StartsWithEndOfContents(Octets input) { return input.size() >= 2 && 
 // The size of the content of an element with indefinite length, its end-of-contents octets included. Elements inside
 // may be of indefinite length too, to any depth.
 Status ScanIndefiniteContent(Octets content, uint32_t& size);
+
+// How many elements fill the content, as far as their headers can be followed: none is looked into, and one of
+// indefinite length, or one that is not whole, ends the count.
+uint32_t CountSeveralElements(Octets content);
+inline uint32_t CountElements(Octets content) {
+  const bool isOne = content.size() >= 2 && content[1] < kLongLength && content.size() - 2 == content[1];
+  return isOne ? 1 : CountSeveralElements(content);
+}
 
 }  // namespace tessel

@@ -12,7 +12,7 @@ namespace tessel {
 namespace {
 
 // What the first block of a new tree holds beside its root: by a guess, since the tree is not measured.
-constexpr size_t kRoomForTree = 1024;
+constexpr size_t kRoomForTree = 3584;
 constexpr size_t kRoomForLeaf = 64;
 
 size_t RoomBeside(const Asn1Item& item) {
@@ -23,130 +23,124 @@ size_t RoomBeside(const Asn1Item& item) {
   return item.memberCount * kRoomForLeaf;
 }
 
+Made OutOfMemory(Site at = {}) { return {nullptr, Fail(TESSEL_OUT_OF_MEMORY, at)}; }
+
 template <class Node>
-Status Place(Pool& pool, const Node& value, void*& node) {
+Made Place(Pool& pool, const Node& value) {
   void* place = pool.Node(sizeof(Node));
-  if (place == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  node = new (place) Node(value);
-  return Status();
+  if (place == nullptr) return OutOfMemory();
+  return {new (place) Node(value), Status()};
 }
 
-Status PlaceSlots(Pool& pool, const Asn1Item& item, void*& node) {
-  node = pool.Node(item.nodeSize);
-  if (node == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  std::memset(node, 0, item.nodeSize);
-  return Status();
-}
+Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves);
 
-Status CreateInto(Pool& pool, const Asn1Item& item, void*& node, Leaves leaves);
-
-Status CreateMembers(Pool& pool, const Asn1Item& item, void*& node, Leaves leaves) {
-  if (Status status = PlaceSlots(pool, item, node); status.Failed()) return status;
-  for (uint32_t i = 0; i < item.memberCount; ++i) {
-    void* member = nullptr;
-    if (Status status = CreateInto(pool, *item.members[i], member, leaves); status.Failed()) {
-      FreeTree(&item, node);
-      node = nullptr;
-      return status;
-    }
-    StoreSlot(node, i, member);
+// Fills the slots with what `make(member's plan, index)` makes. After a failure the node is there, complete up to it.
+template <class Make>
+Made MakeSlots(Pool& pool, const Plan& plan, Make make) {
+  Made slots{NewSlots(pool, *plan.item), Status()};
+  if (slots.node == nullptr) return OutOfMemory();
+  MemberPlans members(plan);
+  for (uint32_t i = 0; i < members.Count(); ++i) {
+    const Made member = slots.status.Ok() ? make(members[i], i) : Made();
+    StoreSlot(slots.node, i, member.node);
+    if (member.status.Failed()) slots.status = member.status;
   }
-  return Status();
+  return slots;
 }
 
-Status CreateInto(Pool& pool, const Asn1Item& item, void*& node, Leaves leaves) {
-  if (IsOptional(item)) {
-    node = nullptr;
-    return item.defaultValue == nullptr ? Status() : CopyInto(pool, item, item.defaultValue, node);
-  }
-  switch (ShapeOf(item)) {
+// What was made, or, after a failure, nothing: the one place that releases what a failure left behind.
+Made WholeOrNothing(const Plan& plan, Made made) {
+  if (made.status.Ok()) return made;
+  FreeTree(plan, made.node);
+  return {nullptr, made.status};
+}
+
+Made CreateMembers(Pool& pool, const Plan& plan, Leaves leaves) {
+  return MakeSlots(pool, plan,
+                   [&](const Plan& member, uint32_t /*index*/) { return CreateInto(pool, member, leaves); });
+}
+
+Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves) {
+  const Asn1Item& item = *plan.item;
+  if (IsOptional(item)) return item.defaultValue == nullptr ? Made() : CopyInto(pool, plan, item.defaultValue);
+  switch (plan.shape) {
     case Shape::kValueNode:
-      return leaves == Leaves::kAbsent ? Status() : Place(pool, Asn1Value{}, node);
+      return leaves == Leaves::kAbsent ? Made() : Place(pool, Asn1Value{});
     case Shape::kBitStringNode:
-      return leaves == Leaves::kAbsent ? Status() : Place(pool, Asn1BitString{}, node);
+      return leaves == Leaves::kAbsent ? Made() : Place(pool, Asn1BitString{});
     case Shape::kOpenNode:
-      return Place(pool, Asn1Value{}, node);
+      return Place(pool, Asn1Value{});
     case Shape::kChoiceNode:
-      return Place(pool, Asn1Choice{}, node);
+      return Place(pool, Asn1Choice{});
     case Shape::kListNode:
-      return Place(pool, kEmptyList, node);
+      return Place(pool, kEmptyList);
     case Shape::kSlotsNode:
-      return CreateMembers(pool, item, node, leaves);
+      return CreateMembers(pool, plan, leaves);
     case Shape::kNotAKind:
       break;
   }
-  return Fail(TESSEL_UNSUPPORTED_KIND);
+  return {nullptr, Fail(TESSEL_UNSUPPORTED_KIND)};
 }
+
+Made CopyNode(Pool& pool, const Plan& plan, const void* source);
 
 // Copies an Asn1Value or Asn1BitString, content and all.
 template <class Node>
-Status CopyContent(Pool& pool, const void* source, void*& copy) {
-  Node value = *static_cast<const Node*>(source);
-  const Octets content = ContentOf(value);
-  value.data = nullptr;
-  if (Status status = Place(pool, value, copy); status.Failed()) return status;
-  if (content.empty()) return Status();
-  auto* placed = static_cast<Node*>(copy);
-  placed->data = pool.Keep(content);
-  return placed->data != nullptr ? Status() : Fail(TESSEL_OUT_OF_MEMORY);
+Made CopyContent(Pool& pool, const Node& source) {
+  Made copy = Place(pool, source);
+  if (copy.node == nullptr) return copy;
+  const Octets content = ContentOf(source);
+  uint8_t* kept = content.empty() ? nullptr : pool.Keep(content);
+  static_cast<Node*>(copy.node)->data = kept;
+  if (kept == nullptr && !content.empty()) copy.status = Fail(TESSEL_OUT_OF_MEMORY);
+  return copy;
 }
 
-Status CopyChoice(Pool& pool, const Asn1Item& item, const Asn1Choice& source, void*& copy) {
-  if (source.index >= item.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
-  if (Status status = Place(pool, Asn1Choice{source.index, nullptr}, copy); status.Failed()) return status;
+Made CopyChoice(Pool& pool, const Plan& plan, const Asn1Choice& source) {
+  MemberPlans alternatives(plan);
+  if (source.index >= alternatives.Count()) return {nullptr, Fail(TESSEL_WRONG_ALTERNATIVE)};
+  Made copy = Place(pool, Asn1Choice{source.index, nullptr});
   // A choice that has not been made yet is copied as it is.
-  if (source.value == nullptr) return Status();
-  return CopyInto(pool, *item.members[source.index], source.value, static_cast<Asn1Choice*>(copy)->value);
+  if (copy.node == nullptr || source.value == nullptr) return copy;
+  const Made value = CopyNode(pool, alternatives[source.index], source.value);
+  static_cast<Asn1Choice*>(copy.node)->value = value.node;
+  return {copy.node, value.status};
 }
 
-Status CopyList(Pool& pool, const Asn1Item& item, const Asn1List& source, void*& copy) {
-  const Asn1Item* element = ElementOf(item);
-  if (element == nullptr) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
-  if (Status status = Place(pool, kEmptyList, copy); status.Failed()) return status;
-  auto& list = *static_cast<Asn1List*>(copy);
-  for (uint32_t i = 0; i < source.count; ++i) {
-    void* node = nullptr;
-    Status status = CopyInto(pool, *element, source.items[i], node);
-    if (status.Ok()) status = AppendTo(list, node, pool);
-    if (status.Failed()) {
-      FreeTree(element, node);
-      return status;
-    }
+Made CopyList(Pool& pool, const Plan& plan, const Asn1List& source) {
+  if (ElementOf(*plan.item) == nullptr) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
+  MemberPlans plans(plan);
+  const Plan& element = plans[0];
+  Asn1List* list = NewList(pool, source.count);
+  if (list == nullptr) return OutOfMemory();
+  Made copy{list, Status()};
+  for (uint32_t i = 0; i < source.count && copy.status.Ok(); ++i) {
+    Prefetch(source, i + kItemsAhead);
+    const Made node = CopyNode(pool, element, source.items[i]);
+    list->items[list->count++] = node.node;
+    copy.status = node.status;
   }
-  return Status();
+  return copy;
 }
 
-Status CopySlots(Pool& pool, const Asn1Item& item, const void* source, void*& copy) {
-  if (Status status = PlaceSlots(pool, item, copy); status.Failed()) return status;
-  for (uint32_t i = 0; i < item.memberCount; ++i) {
-    const void* member = LoadSlot(source, i);
-    if (member == nullptr) continue;
-    void* node = nullptr;
-    if (Status status = CopyInto(pool, *item.members[i], member, node); status.Failed()) return status;
-    StoreSlot(copy, i, node);
-  }
-  return Status();
+Made CopySlots(Pool& pool, const Plan& plan, const void* source) {
+  return MakeSlots(pool, plan, [&](const Plan& member, uint32_t index) {
+    const void* node = LoadSlot(source, index);
+    return node == nullptr ? Made() : CopyNode(pool, member, node);
+  });
 }
 
-// Leaves what it has made in `copy`, complete or not, so that one place can release it.
-Status CopyNode(Pool& pool, const Asn1Item& item, const void* source, void*& copy) {
-  if (item.kind == TESSEL_KIND_NULL) return Fail(TESSEL_UNSUPPORTED_KIND);
-  switch (ShapeOf(item)) {
-    case Shape::kValueNode:
-    case Shape::kOpenNode:
-      return CopyContent<Asn1Value>(pool, source, copy);
-    case Shape::kBitStringNode:
-      return CopyContent<Asn1BitString>(pool, source, copy);
-    case Shape::kChoiceNode:
-      return CopyChoice(pool, item, *static_cast<const Asn1Choice*>(source), copy);
-    case Shape::kListNode:
-      return CopyList(pool, item, *static_cast<const Asn1List*>(source), copy);
-    case Shape::kSlotsNode:
-      return CopySlots(pool, item, source, copy);
-    case Shape::kNotAKind:
-      break;
+// After a failure the node, if there is one, is complete up to it.
+Made CopyNode(Pool& pool, const Plan& plan, const void* source) {
+  if (source == nullptr) return {nullptr, Fail(TESSEL_INVALID_ARGUMENT)};
+  if (IsValueShape(plan.shape) && plan.kind != TESSEL_KIND_NULL) {
+    return CopyContent(pool, *static_cast<const Asn1Value*>(source));
   }
-  return Fail(TESSEL_UNSUPPORTED_KIND);
+  if (plan.shape == Shape::kSlotsNode) return CopySlots(pool, plan, source);
+  if (plan.shape == Shape::kListNode) return CopyList(pool, plan, *static_cast<const Asn1List*>(source));
+  if (plan.shape == Shape::kChoiceNode) return CopyChoice(pool, plan, *static_cast<const Asn1Choice*>(source));
+  if (plan.shape == Shape::kBitStringNode) return CopyContent(pool, *static_cast<const Asn1BitString*>(source));
+  return {nullptr, Fail(TESSEL_UNSUPPORTED_KIND)};
 }
 
 Status CompareBitStrings(const Asn1BitString& first, const Asn1BitString& second, bool& equal) {
@@ -182,55 +176,73 @@ Status CompareSlots(const Asn1Item& item, const void* first, const void* second,
 
 Status CreateTree(const Asn1Item& item, void*& object, Leaves leaves) {
   Pool pool(RoomBeside(item));
-  Status status = CreateInto(pool, item, object, leaves);
-  if (status.Failed()) object = nullptr;
-  return status;
+  const Made made = WholeOrNothing(item, CreateInto(pool, item, leaves));
+  // A leaf that is not wanted is not even told to be null.
+  if (made.node != nullptr || made.status.Failed() || IsOptional(item)) object = made.node;
+  return made.status;
 }
 
-Status CopyTree(const Asn1Item& item, const void* source, void*& copy) {
-  Pool pool(RoomBeside(item));
-  return CopyInto(pool, item, source, copy);
+Made CopyTree(const Plan& plan, const void* source) {
+  Pool pool(RoomBeside(*plan.item));
+  return CopyInto(pool, plan, source);
 }
 
-Status CopyInto(Pool& pool, const Asn1Item& item, const void* source, void*& copy) {
-  copy = nullptr;
-  if (source == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  Status status = CopyNode(pool, item, source, copy);
-  if (status.Failed()) {
-    FreeTree(&item, copy);
-    copy = nullptr;
+Made CopyInto(Pool& pool, const Plan& plan, const void* source) {
+  return WholeOrNothing(plan, CopyNode(pool, plan, source));
+}
+
+namespace {
+
+void FreeBranch(const Plan& plan, void* node);
+
+// Most nodes are values.
+inline void FreeNode(const Plan& plan, void* node) {
+  if (node == nullptr) return;
+  if (!IsValueShape(plan.shape)) return FreeBranch(plan, node);
+  uint8_t* data = static_cast<Asn1Value*>(node)->data;
+  if (!OwnsItsMemory(node) && !OwnsItsMemory(data)) return;
+  ReleaseOctets(data);
+  ReleaseNode(node);
+}
+
+void FreeChoice(const Plan& plan, const Asn1Choice& choice) {
+  MemberPlans alternatives(plan);
+  if (choice.index < alternatives.Count()) FreeNode(alternatives[choice.index], choice.value);
+}
+
+void FreeList(const Plan& plan, Asn1List& list) {
+  if (ElementOf(*plan.item) != nullptr) {
+    MemberPlans plans(plan);
+    const Plan& element = plans[0];
+    for (uint32_t i = 0; i < list.count; ++i) FreeNode(element, list.items[i]);
   }
-  return status;
+  ReleaseArray(list);
 }
 
-void FreeTree(const Asn1Item* item, void* node) {
-  if (item == nullptr || node == nullptr) return;
-  switch (ShapeOf(*item)) {
-    case Shape::kValueNode:
-    case Shape::kOpenNode:
-      ReleaseOctets(static_cast<Asn1Value*>(node)->data);
-      break;
-    case Shape::kBitStringNode:
-      ReleaseOctets(static_cast<Asn1BitString*>(node)->data);
-      break;
-    case Shape::kChoiceNode: {
-      const auto& choice = *static_cast<Asn1Choice*>(node);
-      if (choice.index < item->memberCount) FreeTree(item->members[choice.index], choice.value);
-      break;
+// Tested in the order of how often they are met: a jump by a table would be foreseen less often.
+void FreeBranch(const Plan& plan, void* node) {
+  if (plan.shape == Shape::kSlotsNode) {
+    MemberPlans members(plan);
+    for (uint32_t i = 0; i < members.Count(); ++i) {
+      if (void* member = LoadSlot(node, i); member != nullptr) FreeNode(members[i], member);
     }
-    case Shape::kListNode: {
-      const auto& list = *static_cast<Asn1List*>(node);
-      for (uint32_t i = 0; i < list.count; ++i) FreeTree(ElementOf(*item), list.items[i]);
-      ReleaseOctets(list.items);
-      break;
-    }
-    case Shape::kSlotsNode:
-      for (uint32_t i = 0; i < item->memberCount; ++i) FreeTree(item->members[i], LoadSlot(node, i));
-      break;
-    case Shape::kNotAKind:
-      return;
+  } else if (plan.shape == Shape::kListNode) {
+    FreeList(plan, *static_cast<Asn1List*>(node));
+  } else if (plan.shape == Shape::kChoiceNode) {
+    FreeChoice(plan, *static_cast<Asn1Choice*>(node));
+  } else if (plan.shape == Shape::kBitStringNode) {
+    ReleaseOctets(static_cast<Asn1BitString*>(node)->data);
+  } else {
+    return;
   }
   ReleaseNode(node);
+}
+
+}  // namespace
+
+void FreeTree(const Plan& plan, void* node) {
+  if (IsUnchangedRoot(node)) return ReleaseRoot(node);
+  FreeNode(plan, node);
 }
 
 Status CompareTrees(const Asn1Item& item, const void* first, const void* second, bool& equal) {
@@ -270,11 +282,14 @@ uint32_t TESSEL_CALL CreateOptionalAsn1Sequence(const Asn1Item* descriptor, void
   if (descriptor == nullptr || object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   if (!IsOptional(*descriptor) || ShapeOf(*descriptor) != Shape::kSlotsNode) return Fail(TESSEL_INVALID_ARGUMENT);
   Pool pool(RoomBeside(*descriptor));
-  return CreateMembers(pool, *descriptor, *object, withLeaves != 0 ? Leaves::kEmpty : Leaves::kAbsent);
+  const Leaves leaves = withLeaves != 0 ? Leaves::kEmpty : Leaves::kAbsent;
+  const Made made = WholeOrNothing(*descriptor, CreateMembers(pool, *descriptor, leaves));
+  *object = made.node;
+  return made.status;
 }
 
 uint32_t TESSEL_CALL FreeAsn1Object(const Asn1Item* descriptor, void* object) {
-  FreeTree(descriptor, object);
+  if (descriptor != nullptr) FreeTree(*descriptor, object);
   return Status();
 }
 

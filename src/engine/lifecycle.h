@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/memory.h"
+#include "engine/plan.h"
 #include "engine/status.h"
 #include "tessel/descriptor.h"
 #include "tessel/lifecycle.h"
@@ -15,14 +16,20 @@ enum class Leaves : bool { kAbsent = false, kEmpty = true };
 // A new tree. `object` is written on success, and not even then when the root is a primitive without leaves.
 Status CreateTree(const Asn1Item& item, void*& object, Leaves leaves);
 
-// A deep copy of a tree that is there. `copy` is null after a failure.
-Status CopyTree(const Asn1Item& item, const void* source, void*& copy);
+// A node, unless its status is a failure; returned in registers where the platform can.
+struct Made {
+  void* node = nullptr;
+  Status status;
+};
+
+// A deep copy of a tree that is there.
+Made CopyTree(const Plan& plan, const void* source);
 
 // The same into the pool of a tree in the making.
-Status CopyInto(Pool& pool, const Asn1Item& item, const void* source, void*& copy);
+Made CopyInto(Pool& pool, const Plan& plan, const void* source);
 
-// Null arguments are allowed. Inside the blocks of a larger tree it releases what members have been replaced with.
-void FreeTree(const Asn1Item* item, void* node);
+// Null is allowed. Inside the blocks of a larger tree it releases what members have been replaced with.
+void FreeTree(const Plan& plan, void* node);
 
 Status CompareTrees(const Asn1Item& item, const void* first, const void* second, bool& equal);
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <new>
 
 #include "engine/codec.h"
 #include "engine/nodes.h"
@@ -17,38 +19,36 @@ inline constexpr auto kOctetStrings = SequenceOf<OctetStrings, kOctetString>();
 
 constexpr uint32_t kFirstCapacity = 10;
 
-// An array starts small, since most lists are, and then grows by half and a good step.
+// An array starts small, since most lists are, and then grows by half and a good step. One that was decoded or copied
+// may have been smaller.
 uint64_t NextCapacity(uint32_t capacity) {
-  return capacity == 0 ? kFirstCapacity : uint64_t{capacity} + 200 + capacity / 2;
+  return capacity < kFirstCapacity ? kFirstCapacity : uint64_t{capacity} + 200 + capacity / 2;
+}
+
+}  // namespace
+
+Asn1List* NewLargeList(Pool& pool, uint32_t capacity) {
+  Asn1List* list = NewList(pool, 0);
+  if (list == nullptr) return nullptr;
+  list->items = static_cast<void**>(pool.Array(capacity));
+  list->capacity = capacity;
+  if (list->items != nullptr) return list;
+  ReleaseNode(list);
+  return nullptr;
 }
 
 Status Grow(Asn1List& list) {
   const uint64_t capacity = NextCapacity(list.capacity);
   if (capacity > UINT32_MAX || capacity > SIZE_MAX / sizeof(void*)) return Fail(TESSEL_OUT_OF_MEMORY);
-  void* grown = GrowOctets(list.items, list.count * sizeof(void*), static_cast<size_t>(capacity) * sizeof(void*));
+  const size_t size = static_cast<size_t>(capacity) * sizeof(void*);
+  const bool isOwn = OwnsItsMemory(list.items) && list.items != FirstArray(list);
+  void* grown = isOwn ? ResizeOctets(list.items, size) : AllocateOctets(size);
   if (grown == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
+  if (!isOwn) std::memcpy(grown, list.items, list.count * sizeof(void*));
+  NoteChange();
   list.items = static_cast<void**>(grown);
   list.capacity = static_cast<uint32_t>(capacity);
   return Status();
-}
-
-}  // namespace
-
-Status AppendTo(Asn1List& list, void* item) {
-  if (list.count == list.capacity) {
-    if (Status status = Grow(list); status.Failed()) return status;
-  }
-  list.items[list.count++] = item;
-  return Status();
-}
-
-Status AppendTo(Asn1List& list, void* item, Pool& pool) {
-  if (list.capacity == 0) {
-    list.items = static_cast<void**>(pool.Node(kFirstCapacity * sizeof(void*)));
-    if (list.items == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-    list.capacity = kFirstCapacity;
-  }
-  return AppendTo(list, item);
 }
 
 Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item) {
@@ -64,14 +64,16 @@ Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item) {
 
 Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at) {
   if (index >= list.count) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  FreeTree(&element, list.items[index]);
+  NoteChange();
+  FreeTree(element, list.items[index]);
   std::copy(list.items + index + 1, list.items + list.count, list.items + index);
   --list.count;
   return Status();
 }
 
 void Clear(Asn1List& list, const Asn1Item& element) {
-  for (uint32_t i = 0; i < list.count; ++i) FreeTree(&element, std::exchange(list.items[i], nullptr));
+  NoteChange();
+  for (uint32_t i = 0; i < list.count; ++i) FreeTree(element, std::exchange(list.items[i], nullptr));
   list.count = 0;
 }
 

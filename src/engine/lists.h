@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 #include <utility>
 
 #include "engine/codec.h"
@@ -17,11 +18,51 @@ namespace tessel {
 
 inline constexpr Asn1List kEmptyList{0, nullptr, 0, nullptr, 1};
 
-// Appends an item, which the list owns from then on. When it fails the list is as it was.
-Status AppendTo(Asn1List& list, void* item);
+// The small array that a list in a pool begins with stands right behind it, and lives and dies with the node.
+inline constexpr uint32_t kLargestFirstArray = 16;
+inline constexpr size_t kLargestListNode = sizeof(Asn1List) + kLargestFirstArray * sizeof(void*);
+inline void** FirstArray(Asn1List& list) { return reinterpret_cast<void**>(&list + 1); }
+// The node's place in a block reaches beyond the node, so no array from the heap can begin where it ends.
+static_assert(sizeof(Asn1List) % kHeapAlignment != 0);
 
-// The same for a list in the making, whose first array is placed in the pool.
-Status AppendTo(Asn1List& list, void* item, Pool& pool);
+// An empty list with room for as many items; null when there is no memory.
+Asn1List* NewLargeList(Pool& pool, uint32_t capacity);
+inline Asn1List* NewList(Pool& pool, uint32_t capacity) {
+  if (capacity > kLargestFirstArray) return NewLargeList(pool, capacity);
+  void* place = pool.Node(sizeof(Asn1List) + capacity * sizeof(void*));
+  if (place == nullptr) return nullptr;
+  auto* list = new (place) Asn1List{0, nullptr, capacity, nullptr, 1};
+  if (capacity != 0) list->items = FirstArray(*list);
+  return list;
+}
+
+// Asks for the memory of an item that is visited soon, if there is one: in a large tree it is in no cache.
+inline void Prefetch(const Asn1List& list, uint32_t index) {
+  if (index < list.count) __builtin_prefetch(list.items[index]);
+}
+inline constexpr uint32_t kItemsAhead = 4;
+
+// Gives back the array of a list, when it is an allocation of its own.
+inline void ReleaseArray(Asn1List& list) {
+  if (list.items != FirstArray(list)) ReleaseOctets(list.items);
+}
+
+Status Grow(Asn1List& list);
+
+// Appends an item of the same blocks.
+inline Status AppendInside(Asn1List& list, void* item) {
+  if (list.count == list.capacity) {
+    if (Status status = Grow(list); status.Failed()) return status;
+  }
+  list.items[list.count++] = item;
+  return Status();
+}
+
+// Appends an item, which the list owns from then on. When it fails the list is as it was.
+inline Status AppendTo(Asn1List& list, void* item) {
+  NoteChange();
+  return AppendInside(list, item);
+}
 
 // The same, unless the list has an item with the same encoding already: then TESSEL_ALREADY_PRESENT.
 Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item);

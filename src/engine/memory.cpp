@@ -1,27 +1,48 @@
 #include "engine/memory.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace tessel {
 
-// The head of every block that nodes are placed in. In the first it stands before the root, which it is found from.
-struct Pool::Block {
+// The head of every block.
+struct Block {
   Block* next;
 };
 
 namespace {
 
-constexpr size_t kHeadSize = kHeapAlignment;
-constexpr size_t kSmallestRoom = 16 * kHeapAlignment;
-constexpr size_t kLargestRoom = 65536;
-// Octets from this size on are not worth a place in a block.
-constexpr size_t kLargeOctets = 1024;
-// No single node or content may come near the end of the address space, so that the sums below cannot wrap.
-constexpr size_t kLargestSize = SIZE_MAX / 4;
+// The head of the first block, from which the root is found, and the other way round: the root stands right behind.
+struct alignas(kHeapAlignment) FirstBlock : Block {
+  uintptr_t era;
+  uint32_t encodedSize;
+};
+constexpr size_t kHeadSize = sizeof(FirstBlock);
+static_assert(kHeadSize % kHeapAlignment == 0);
 
-constexpr size_t RoundUp(size_t size) { return (size + kHeapAlignment - 1) & ~(kHeapAlignment - 1); }
+const FirstBlock& BlockOf(const void* root) { return static_cast<const FirstBlock*>(root)[-1]; }
+
+// Even while an era lasts, odd from its end to the beginning of the next.
+std::atomic<uintptr_t> eras{0};
+constexpr uintptr_t kNoEra = UINTPTR_MAX;
+
+uintptr_t PresentEra() {
+  uintptr_t now = eras.load(std::memory_order_relaxed);
+  while (now % 2 != 0) {
+    if (eras.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) return now + 1;
+  }
+  return now;
+}
+
+constexpr size_t kSmallestRoom = 16 * kHeapAlignment;
+constexpr size_t kLargestFirstRoom = 262144;
+constexpr size_t kUsualRoom = 65536;
+// What the nodes for an octet of the input take: usually, and never more than.
+constexpr size_t kFirstRoomForOctet = sizeof(void*) == 8 ? 3 : 2;
+constexpr double kLargestRoomForOctet = 16;
 
 }  // namespace
 
@@ -30,86 +51,111 @@ void* AllocateOctets(size_t size) {
   return std::malloc(std::max(size, kHeapAlignment));
 }
 
-void ReleaseOctets(void* octets) {
-  if (OwnsItsMemory(octets)) std::free(octets);
-}
+void* ResizeOctets(void* octets, size_t size) { return std::realloc(octets, std::max(size, kHeapAlignment)); }
 
-void* GrowOctets(void* octets, size_t oldSize, size_t newSize) {
-  if (octets != nullptr && OwnsItsMemory(octets)) return std::realloc(octets, newSize);
-  void* grown = AllocateOctets(newSize);
-  if (grown != nullptr && oldSize != 0) std::memcpy(grown, octets, oldSize);
-  return grown;
-}
-
-void ReleaseNode(void* node) {
-  if (node == nullptr || !OwnsItsMemory(node)) return;
-  // The root stands right behind the head of its first block.
-  void* block = static_cast<uint8_t*>(node) - kHeadSize;
-  while (block != nullptr) {
-    void* next = nullptr;
-    std::memcpy(&next, block, sizeof next);
-    std::free(block);
-    block = next;
+void NoteChange() {
+  uintptr_t now = eras.load(std::memory_order_relaxed);
+  while (now % 2 == 0 && !eras.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
   }
 }
 
-Pool::Pool(Octets input) : input_(input), nextRoom_(std::clamp(3 * input.size(), kSmallestRoom, kLargestRoom)) {}
-
-void* Pool::Node(size_t size) {
-  if (size > kLargestSize) return nullptr;
-  const size_t rounded = RoundUp(std::max<size_t>(size, 1));
-  if (first_ == nullptr) return Root(rounded);
-  if (static_cast<size_t>(high_ - low_) < rounded && !AddBlock(rounded)) return nullptr;
-  uint8_t* node = low_;
-  low_ += rounded;
-  return node;
+bool IsUnchangedRoot(const void* node) {
+  return node != nullptr && OwnsItsMemory(node) && BlockOf(node).era == eras.load(std::memory_order_relaxed);
 }
 
-void* Pool::Root(size_t size) {
-  if (input_.size() > kLargestSize) return nullptr;
-  const size_t total = kHeadSize + size + sizeof(void*) + nextRoom_ + input_.size();
-  auto* block = static_cast<uint8_t*>(std::malloc(total));
-  if (block == nullptr) return nullptr;
-  first_ = new (block) Block{nullptr};
-  low_ = block + kHeadSize + size + sizeof(void*);
-  high_ = block + total - input_.size();
-  if (!input_.empty()) {
-    inputCopy_ = high_;
-    std::memcpy(inputCopy_, input_.data(), input_.size());
-  }
-  return block + kHeadSize;
+uint32_t EncodedSizeOf(const void* node) { return IsUnchangedRoot(node) ? BlockOf(node).encodedSize : 0; }
+
+void ReleaseRoot(void* node) {
+  if (node == nullptr) return;
+  // The caller's to release, and so not constant.
+  Block* block = const_cast<FirstBlock*>(&BlockOf(node));
+  while (block != nullptr) std::free(std::exchange(block, block->next));
 }
 
-bool Pool::AddBlock(size_t room) {
-  nextRoom_ = std::clamp(2 * nextRoom_, kSmallestRoom, kLargestRoom);
-  const size_t total = sizeof(Block) + std::max(room, nextRoom_);
-  auto* block = static_cast<uint8_t*>(std::malloc(total));
+Pool::Pool(size_t rootSize, Octets input)
+    : room_(std::clamp(kFirstRoomForOctet * input.size(), kSmallestRoom, kLargestFirstRoom)) {
+  if (rootSize <= kLargestNode && input.size() <= kLargestNode) Begin(RoundUp(rootSize), input);
+}
+
+Pool::~Pool() {
+  if (!hasRoot_) std::free(first_);
+}
+
+bool Pool::Begin(size_t rootSize, Octets input) {
+  const size_t withoutInput = kHeadSize + rootSize + sizeof(void*) + room_;
+  auto* block = static_cast<uint8_t*>(std::malloc(withoutInput + input.size()));
   if (block == nullptr) return false;
-  first_->next = new (block) Block{first_->next};
-  low_ = block + sizeof(Block);
-  high_ = block + total;
+  first_ = new (block) FirstBlock{{nullptr}, input.empty() ? kNoEra : PresentEra(), 0};
+  // Nothing is free before the root is there.
+  low_ = high_ = block + withoutInput;
+  if (!input.empty()) std::memcpy(high_, input.data(), input.size());
+  input_ = {high_, input.size()};
+  reached_ = high_;
   return true;
 }
 
-uint8_t* Pool::Keep(Octets octets) {
-  // Compared as numbers: the octets need not be part of the input.
-  const size_t offset = reinterpret_cast<uintptr_t>(octets.data()) - reinterpret_cast<uintptr_t>(input_.data());
-  if (offset < input_.size() && octets.size() <= input_.size() - offset && !OwnsItsMemory(inputCopy_ + offset)) {
-    return inputCopy_ + offset;
+void* Pool::Root(size_t size) {
+  if (first_ == nullptr && !Begin(size, {})) return nullptr;
+  hasRoot_ = true;
+  uint8_t* root = reinterpret_cast<uint8_t*>(first_) + kHeadSize;
+  low_ = root + size + sizeof(void*);
+  return root;
+}
+
+void Pool::SetEncodedSize(uint32_t size) { static_cast<FirstBlock*>(first_)->encodedSize = size; }
+
+void* Pool::NodeInNewBlock(size_t size) {
+  if (size > kLargestNode) return nullptr;
+  if (!hasRoot_) return Root(size);
+  if (size > kLargeNode) return AddBlock(size);
+  return StartBlock(size) ? std::exchange(low_, low_ + size) : nullptr;
+}
+
+// The room of a new block, or null when there is no memory.
+uint8_t* Pool::AddBlock(size_t room) {
+  auto* block = static_cast<uint8_t*>(std::malloc(sizeof(Block) + room));
+  if (block == nullptr) return nullptr;
+  first_->next = new (block) Block{first_->next};
+  return block + sizeof(Block);
+}
+
+// What the rest of the tree will take: in decoding, as much for the rest of the input as there was for what has been
+// read; otherwise a part of what there is.
+size_t Pool::RoomToCome() const {
+  if (input_.empty()) return std::min(2 * room_, std::max(kUsualRoom, placed_ / 4));
+  const auto read = static_cast<size_t>(reached_ - input_.data()) + 1;
+  const size_t left = input_.size() - std::min(read, input_.size());
+  const double forOctet = static_cast<double>(placed_) / static_cast<double>(read);
+  return static_cast<size_t>(static_cast<double>(left) * std::min(forOctet, kLargestRoomForOctet));
+}
+
+bool Pool::StartBlock(size_t needed) {
+  placed_ += room_;
+  room_ = std::clamp(RoomToCome(), std::max(needed, kSmallestRoom), kLargestNode);
+  uint8_t* room = AddBlock(room_);
+  // It was a guess: a small block may do, or be had.
+  if (room == nullptr && room_ > kUsualRoom) room = AddBlock(room_ = kUsualRoom);
+  if (room == nullptr) return false;
+  low_ = room;
+  high_ = room + room_;
+  return true;
+}
+
+uint8_t* Pool::KeepLarge(Octets octets) {
+  uint8_t* kept = nullptr;
+  if (octets.size() >= kLargeOctets) {
+    kept = static_cast<uint8_t*>(AllocateOctets(octets.size()));
+    NoteChange();
+  } else if (StartBlock(octets.size() + 1)) {
+    kept = PlaceOctets(octets.size());
   }
-  uint8_t* kept =
-      octets.size() < kLargeOctets ? PlaceOctets(octets.size()) : static_cast<uint8_t*>(AllocateOctets(octets.size()));
   if (kept != nullptr) std::memcpy(kept, octets.data(), octets.size());
   return kept;
 }
 
-uint8_t* Pool::PlaceOctets(size_t size) {
-  // One octet more, to step off an aligned address.
-  const size_t needed = size + 1;
-  if (static_cast<size_t>(high_ - low_) < needed && !AddBlock(needed)) return nullptr;
-  high_ -= size;
-  if (OwnsItsMemory(high_)) --high_;
-  return high_;
+uint8_t* Pool::MoveByOne(uint8_t* octets, size_t size) {
+  std::memmove(octets - 1, octets, size);
+  return octets - 1;
 }
 
 }  // namespace tessel

@@ -14,32 +14,81 @@
 //                           owned      with the root
 //
 // Only the root of a tree may be handed to the caller as the caller's own, and a tree never takes in a part of another.
+//
+// A tree that was decoded, and not changed since, is all blocks: it is released without a look at its nodes, and the
+// size of its encoding is known. Whatever changes a tree says so by NoteChange, and the eras tell whether that happened
+// after the tree was begun. They are the same for all trees, so that a change of one makes the others look changed too:
+// that is slower, and never wrong.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace tessel {
 
 using Octets = std::span<const uint8_t>;
+
+// Far from the end of the address space, so that sums of sizes cannot wrap.
+inline constexpr size_t kLargestNode = SIZE_MAX / 4;
 
 // What malloc guarantees on every platform that the library is built for.
 inline constexpr size_t kHeapAlignment = 2 * sizeof(void*);
 
 inline bool OwnsItsMemory(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer) % kHeapAlignment == 0; }
 
-// Octets and arrays on their own; null when there is no memory. Releasing null or a pointer into a block does nothing.
+// Octets and arrays on their own; null when there is no memory.
 [[nodiscard]] void* AllocateOctets(size_t size);
-void ReleaseOctets(void* octets);
+// The same octets in a block of another size; null when there is no memory, and then the block stays as it was.
+[[nodiscard]] void* ResizeOctets(void* octets, size_t size);
 
-// Returns a block of `newSize` with the first `oldSize` octets of the old one, which is then gone; when there is no
-// memory, null, and the old block stays as it was.
-[[nodiscard]] void* GrowOctets(void* octets, size_t oldSize, size_t newSize);
+// Releasing null or a pointer into a block does nothing.
+inline void ReleaseOctets(void* octets) {
+  if (OwnsItsMemory(octets)) std::free(octets);
+}
+
+// An era ends with the first change in it; the next begins with the next tree that is decoded.
+void NoteChange();
+// Whether a root was made by decoding, and no tree was changed since.
+bool IsUnchangedRoot(const void* node);
+// The size of the encoding of an unchanged root; 0 when it is not known. The node must be one of the library's.
+uint32_t EncodedSizeOf(const void* node);
 
 // Releases a node; the root of a tree takes its blocks along.
-void ReleaseNode(void* node);
+void ReleaseRoot(void* node);
+inline void ReleaseNode(void* node) {
+  if (OwnsItsMemory(node)) ReleaseRoot(node);
+}
+
+// The first and the last octets, as many as Word has each; between them they may meet or overlap.
+template <class Word>
+inline void CopyEnds(uint8_t* to, const uint8_t* from, size_t size) {
+  Word first;
+  Word last;
+  std::memcpy(&first, from, sizeof first);
+  std::memcpy(&last, from + size - sizeof last, sizeof last);
+  std::memcpy(to, &first, sizeof first);
+  std::memcpy(to + size - sizeof last, &last, sizeof last);
+}
+
+// As memcpy; at once for the few octets that most contents have.
+inline void CopyOctets(uint8_t* to, const uint8_t* from, size_t size) {
+  if (size > 16) {
+    std::memcpy(to, from, size);
+  } else if (size >= 8) {
+    CopyEnds<uint64_t>(to, from, size);
+  } else if (size >= 4) {
+    CopyEnds<uint32_t>(to, from, size);
+  } else if (size >= 2) {
+    CopyEnds<uint16_t>(to, from, size);
+  } else if (size == 1) {
+    *to = *from;
+  }
+}
 
 struct OctetsDeleter {
   void operator()(void* octets) const { ReleaseOctets(octets); }
@@ -48,35 +97,96 @@ struct OctetsDeleter {
 template <class T>
 using Scratch = std::unique_ptr<T[], OctetsDeleter>;
 
-// Places the nodes and contents of one new tree. The first node is the root, and owns the pool's blocks from then on:
-// the pool itself has nothing to release, and after the root was released it must not be used again.
+struct Block;
+
+// Places the nodes and contents of one new tree. The first node is the root, and owns the pool's blocks from then on;
+// after the root was released the pool must not be used again.
 class Pool {
  public:
   // The first block will have `room` octets beside the root.
-  explicit Pool(size_t room) : nextRoom_(room) {}
-  // For decoding: the first block will also hold a copy of `input`, and room for the nodes that it usually makes.
-  explicit Pool(Octets input);
+  explicit Pool(size_t room) : room_(room) {}
+  // For decoding: the first block also holds a copy of the input, which is not empty, and room for a root of `rootSize`
+  // octets and for the nodes that such an input usually makes.
+  Pool(size_t rootSize, Octets input);
+  Pool(const Pool&) = delete;
+  Pool& operator=(const Pool&) = delete;
+  ~Pool();
 
-  // A node of `size` octets, not initialised; null when there is no memory.
-  [[nodiscard]] void* Node(size_t size);
-  // A copy of `octets`, which must not be empty; null when there is no memory. Part of the pool's input is not copied
-  // again. A large copy is an allocation of its own, so the node that holds the result must be released with its tree.
-  [[nodiscard]] uint8_t* Keep(Octets octets);
+  // The copy of the input; empty when there was no memory.
+  [[nodiscard]] Octets Input() const { return input_; }
+
+  // What EncodedSizeOf is to tell of the root.
+  void SetEncodedSize(uint32_t size);
+
+  // A node of `size` octets, 1 to kLargestNode, not initialised; null when there is no memory.
+  [[nodiscard]] void* Node(size_t size) {
+    const size_t rounded = RoundUp(size);
+    if (static_cast<size_t>(high_ - low_) < rounded) return NodeInNewBlock(rounded);
+    // A large tree goes through memory that is in no cache: it is asked for before it is written.
+    __builtin_prefetch(low_ + kAhead, 1);
+    return std::exchange(low_, low_ + rounded);
+  }
+
+  // The same for an array of nodes. When it is large it has a block of its own, and takes nothing away from the nodes.
+  [[nodiscard]] void* Array(uint32_t count) {
+    if (count > kLargestNode / sizeof(void*)) return nullptr;
+    const size_t size = count * sizeof(void*);
+    return size > kLargeNode ? AddBlock(size) : Node(size);
+  }
+
+  // A copy of `octets`, which must not be empty; null when there is no memory. A large copy is an allocation of its
+  // own, so the node that holds the result must be released with its tree.
+  [[nodiscard]] uint8_t* Keep(Octets octets) {
+    const auto free = static_cast<size_t>(high_ - low_);
+    if (octets.size() >= free || octets.size() >= kLargeOctets) return KeepLarge(octets);
+    uint8_t* kept = PlaceOctets(octets.size());
+    CopyOctets(kept, octets.data(), octets.size());
+    return kept;
+  }
+
+  // Keeps a content of the input where it stands. One at an aligned address is moved over the octet before it, which
+  // must be the last of the element's own header.
+  uint8_t* KeepInPlace(Octets content) {
+    // The pool's own memory, seen as constant by those who read the input.
+    auto* octets = const_cast<uint8_t*>(content.data());
+    reached_ = octets;
+    return OwnsItsMemory(octets) ? MoveByOne(octets, content.size()) : octets;
+  }
 
  private:
-  struct Block;
-
-  bool AddBlock(size_t room);
+  static constexpr size_t RoundUp(size_t size) { return (size + kHeapAlignment - 1) & ~(kHeapAlignment - 1); }
+  static uint8_t* MoveByOne(uint8_t* octets, size_t size);
+  bool Begin(size_t rootSize, Octets input);
   void* Root(size_t size);
-  uint8_t* PlaceOctets(size_t size);
+  void* NodeInNewBlock(size_t size);
+  uint8_t* AddBlock(size_t room);
+  [[nodiscard]] size_t RoomToCome() const;
+  bool StartBlock(size_t needed);
+  uint8_t* KeepLarge(Octets octets);
 
-  Octets input_;
-  uint8_t* inputCopy_ = nullptr;
+  // There must be room for one octet more, to step off an aligned address.
+  uint8_t* PlaceOctets(size_t size) {
+    high_ -= size;
+    if (OwnsItsMemory(high_)) --high_;
+    return high_;
+  }
+
+  static constexpr size_t kAhead = 1024;
+  // From these sizes on, a place among others is not worth while.
+  static constexpr size_t kLargeOctets = 1024;
+  static constexpr size_t kLargeNode = 16384;
+
   Block* first_ = nullptr;
+  bool hasRoot_ = false;
   // What is free in the newest block: nodes are placed upwards from `low_`, octets downwards from `high_`.
   uint8_t* low_ = nullptr;
   uint8_t* high_ = nullptr;
-  size_t nextRoom_;
+  // The room of the newest block, and of all blocks before it.
+  size_t room_;
+  size_t placed_ = 0;
+  Octets input_;
+  // How far the contents of the input have been kept.
+  const uint8_t* reached_ = nullptr;
 };
 
 }  // namespace tessel

@@ -1,10 +1,13 @@
 // Reaching into nodes.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
 #include "engine/memory.h"
+#include "engine/plan.h"
+#include "tessel/descriptor.h"
 #include "tessel/nodes.h"
 
 namespace tessel {
@@ -20,10 +23,22 @@ inline void StoreSlot(void* node, uint32_t index, void* member) {
   std::memcpy(static_cast<uint8_t*>(node) + index * sizeof member, &member, sizeof member);
 }
 
+// A node for a SEQUENCE or SET, whose slots are not filled yet; null when there is no memory.
+inline void* NewSlots(Pool& pool, const Asn1Item& item) { return pool.Node(std::max<size_t>(item.nodeSize, 1)); }
+
 // Asn1Value or Asn1BitString: the content octets that are there.
 template <class Node>
 Octets ContentOf(const Node& node) {
   return {node.data, node.data == nullptr ? 0 : node.length};
+}
+
+// Whether a BOOLEAN or INTEGER, an item of Form::kValueWithDefault, equals its DEFAULT.
+inline bool EqualsDefault(const Plan& plan, const Asn1Value& value) {
+  const auto& defaultValue = *static_cast<const Asn1Value*>(plan.item->defaultValue);
+  if (value.length != defaultValue.length || value.data == nullptr) return false;
+  uint32_t equal = 0;
+  while (equal < value.length && value.data[equal] == defaultValue.data[equal]) ++equal;
+  return equal == value.length;
 }
 
 }  // namespace tessel

@@ -12,7 +12,7 @@ template <class Node>
 class OwnedTree {
  public:
   explicit OwnedTree(const Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
-  ~OwnedTree() { FreeTree(item_, root_); }
+  ~OwnedTree() { FreeTree(*item_, root_); }
   OwnedTree(OwnedTree&& other) noexcept : item_(other.item_), root_(other.Release()) {}
   OwnedTree(const OwnedTree&) = delete;
   OwnedTree& operator=(const OwnedTree&) = delete;
@@ -26,7 +26,7 @@ class OwnedTree {
   [[nodiscard]] Node* Release() { return std::exchange(root_, nullptr); }
 
  private:
-  const Asn1Item* item_;
+  const Item<Node>* item_;
   Node* root_;
 };
 

@@ -24,6 +24,7 @@ bool CopyOctets(Octets octets, uint8_t*& copy) {
 // Asn1Value and Asn1BitString alike.
 template <class Node>
 void Replace(Node& node, uint8_t* data, uint32_t length) {
+  NoteChange();
   ReleaseOctets(node.data);
   node.data = data;
   node.length = length;

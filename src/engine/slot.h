@@ -53,8 +53,9 @@ Slot<Node> SlotOf(Node*& handle, Site at = {}) {
 template <class Node>
 Status Take(const Slot<Node>& slot, const Item<Node>& item, Node* node) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
+  NoteChange();
   Node* held = std::exchange(slot.Member(), node);
-  if (held != node) FreeTree(&item, held);
+  if (held != node) FreeTree(item, held);
   return Status();
 }
 

@@ -81,7 +81,7 @@ uint32_t TESSEL_CALL DecodeCertificate(const uint8_t* data, uint32_t size, Certi
 }
 
 uint32_t TESSEL_CALL EncodeCertificate(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
-  return Encode(kCertificate, certificate, buffer, length);
+  return EncodeObject(kCertificate, certificate, buffer, length);
 }
 
 uint32_t TESSEL_CALL CreateCertificate(Certificate** certificate) {
@@ -99,7 +99,7 @@ uint32_t TESSEL_CALL DecodeCertificates(const uint8_t* data, uint32_t size, Cert
 }
 
 uint32_t TESSEL_CALL EncodeCertificates(const Certificates* certificates, uint8_t* buffer, uint32_t* length) {
-  return Encode(kCertificates, certificates, buffer, length);
+  return EncodeObject(kCertificates, certificates, buffer, length);
 }
 
 uint32_t TESSEL_CALL CreateCertificates(Certificates** certificates) {

@@ -13,7 +13,7 @@ uint32_t TESSEL_CALL DecodeX509Crl(const uint8_t* data, uint32_t size, X509Crl**
 }
 
 uint32_t TESSEL_CALL EncodeX509Crl(const X509Crl* crl, uint8_t* buffer, uint32_t* length) {
-  return Encode(kX509Crl, crl, buffer, length);
+  return EncodeObject(kX509Crl, crl, buffer, length);
 }
 
 uint32_t TESSEL_CALL CreateX509Crl(X509Crl** crl) { return Create(kX509Crl, Leaves::kEmpty, crl); }
@@ -27,7 +27,7 @@ uint32_t TESSEL_CALL DecodeX509Crls(const uint8_t* data, uint32_t size, X509Crls
 }
 
 uint32_t TESSEL_CALL EncodeX509Crls(const X509Crls* crls, uint8_t* buffer, uint32_t* length) {
-  return Encode(kX509Crls, crls, buffer, length);
+  return EncodeObject(kX509Crls, crls, buffer, length);
 }
 
 uint32_t TESSEL_CALL CreateX509Crls(X509Crls** crls) { return Create(kX509Crls, Leaves::kAbsent, crls); }
@@ -44,7 +44,7 @@ uint32_t TESSEL_CALL CreateX509RevokedCertificates(X509RevokedCertificates** cer
 
 uint32_t TESSEL_CALL EncodeX509RevokedCertificates(const X509RevokedCertificates* certificates, uint8_t* buffer,
                                                    uint32_t* length) {
-  return Encode(kX509RevokedCertificates, certificates, buffer, length);
+  return EncodeObject(kX509RevokedCertificates, certificates, buffer, length);
 }
 
 uint32_t TESSEL_CALL FreeX509RevokedCertificates(X509RevokedCertificates* certificates) {

@@ -1,0 +1,166 @@
+// The engine's view of a descriptor.
+//
+// What the engine asks about an item at every element of every tree stands in a Plan. The library's own items know the
+// plans of their members, which the compiler works out from the tables; for an item from outside, a plan is made each
+// time its turn comes. Both ways lead to the same code.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "tessel/descriptor.h"
+#include "tessel/nodes.h"
+
+namespace tessel {
+
+constexpr uint8_t TagClass(const Asn1Item& item) { return static_cast<uint8_t>(item.flags & TESSEL_CLASS_MASK); }
+constexpr uint8_t ConstructedBit(const Asn1Item& item) { return static_cast<uint8_t>((item.flags >> 8) & 0x20); }
+constexpr bool IsExplicit(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_EXPLICIT) != 0; }
+constexpr bool IsOptional(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_OPTIONAL) != 0; }
+constexpr uint32_t UniversalTag(const Asn1Item& item) { return item.kind & 0x7F; }
+
+// The tag number of the item's own encoding, when nothing wraps it.
+constexpr uint32_t OwnTag(const Asn1Item& item) {
+  return item.tagNumber < 0 ? UniversalTag(item) : static_cast<uint32_t>(item.tagNumber);
+}
+
+// The one element descriptor of a SEQUENCE OF or SET OF, or null when the descriptor is inconsistent.
+constexpr const Asn1Item* ElementOf(const Asn1Item& item) {
+  return item.memberCount == 1 && item.members != nullptr ? item.members[0] : nullptr;
+}
+
+// What a kind's nodes look like.
+enum class Shape : uint8_t { kNotAKind, kValueNode, kOpenNode, kBitStringNode, kChoiceNode, kListNode, kSlotsNode };
+
+constexpr bool IsValueShape(Shape shape) { return shape == Shape::kValueNode || shape == Shape::kOpenNode; }
+
+namespace detail {
+
+inline constexpr uint32_t kKindCount = TESSEL_KIND_SET_OF + 1;
+
+consteval std::array<Shape, kKindCount> MakeShapes() {
+  std::array<Shape, kKindCount> shapes{};
+  for (size_t kind : {1U, 2U, 4U, 5U, 6U, 10U, 12U, 30U}) shapes[kind] = Shape::kValueNode;
+  for (size_t kind = TESSEL_KIND_NUMERIC_STRING; kind <= TESSEL_KIND_UNIVERSAL_STRING; ++kind) {
+    shapes[kind] = Shape::kValueNode;
+  }
+  shapes[TESSEL_KIND_BIT_STRING] = Shape::kBitStringNode;
+  shapes[TESSEL_KIND_ANY] = Shape::kOpenNode;
+  shapes[TESSEL_KIND_CHOICE] = Shape::kChoiceNode;
+  shapes[TESSEL_KIND_SEQUENCE_OF] = shapes[TESSEL_KIND_SET_OF] = Shape::kListNode;
+  shapes[TESSEL_KIND_SEQUENCE] = shapes[TESSEL_KIND_SET] = Shape::kSlotsNode;
+  return shapes;
+}
+
+inline constexpr std::array<Shape, kKindCount> kShapes = MakeShapes();
+
+}  // namespace detail
+
+constexpr Shape ShapeOf(const Asn1Item& item) {
+  return item.kind < detail::kKindCount ? detail::kShapes[item.kind] : Shape::kNotAKind;
+}
+
+// How an element is read and written, when that can be told at once: it carries an identifier octet of its own. The
+// items that need a closer look have no form: for a wrapper, a tag number that takes octets of its own, a DEFAULT that
+// is more than a number, or flags that do not fit the kind.
+enum class Form : uint8_t { kNone, kChoice, kSlots, kList, kBitString, kValue, kValueWithDefault, kOpen };
+
+// Whether the node is an Asn1Value.
+constexpr bool IsValueForm(Form form) { return form >= Form::kValue; }
+
+// `hasDefault` and `isList`, whether there is a DEFAULT, and one element descriptor, are told apart: whether an address
+// is null is no constant to g++ when it builds with sanitizers.
+constexpr Form FormOf(const Asn1Item& item, bool hasDefault, bool isList) {
+  constexpr uint32_t kSmallestHighTag = 31;
+  if (IsExplicit(item)) return Form::kNone;
+  const bool isConstructed = ConstructedBit(item) != 0;
+  const bool isOwnOctet = OwnTag(item) < kSmallestHighTag && (OwnTag(item) | TagClass(item)) != 0;
+  const auto unless = [](bool isOdd, Form form) { return isOdd ? Form::kNone : form; };
+  switch (ShapeOf(item)) {
+    case Shape::kOpenNode:
+      return unless(hasDefault || TagClass(item) != TESSEL_CLASS_UNIVERSAL, Form::kOpen);
+    case Shape::kChoiceNode:
+      return unless(hasDefault, Form::kChoice);
+    case Shape::kValueNode:
+      if (isConstructed || !isOwnOctet) return Form::kNone;
+      if (!hasDefault) return Form::kValue;
+      return unless(item.kind > TESSEL_KIND_INTEGER || !IsOptional(item), Form::kValueWithDefault);
+    case Shape::kBitStringNode:
+      return unless(hasDefault || isConstructed || !isOwnOctet, Form::kBitString);
+    case Shape::kListNode:
+      return unless(hasDefault || !isConstructed || !isOwnOctet || !isList, Form::kList);
+    case Shape::kSlotsNode:
+      return unless(hasDefault || !isConstructed || !isOwnOctet || item.kind == TESSEL_KIND_SET, Form::kSlots);
+    case Shape::kNotAKind:
+      break;
+  }
+  return Form::kNone;
+}
+
+// The identifier octet of an item that has a form and a tag of its own; for others a number that no octet is.
+inline constexpr uint16_t kNoIdentifier = 0x100;
+constexpr uint16_t IdentifierOf(const Asn1Item& item, Form form) {
+  if (form == Form::kNone || form == Form::kChoice || form == Form::kOpen) return kNoIdentifier;
+  return static_cast<uint16_t>(TagClass(item) | ConstructedBit(item) | OwnTag(item));
+}
+
+struct Plan;
+
+// A descriptor that knows the type of its nodes, and the plans of its members.
+template <class NodeType>
+struct Item : Asn1Item {
+  using Node = NodeType;
+  const Plan* plans = nullptr;
+  bool hasDefault = false;
+};
+
+struct Plan {
+  Plan() = default;
+  constexpr Plan(const Asn1Item& source)
+      : Plan(source, nullptr, FormOf(source, source.defaultValue != nullptr, ElementOf(source) != nullptr)) {}
+  template <class Node>
+  constexpr Plan(const Item<Node>& source)
+      : Plan(source, source.plans, FormOf(source, source.hasDefault, source.memberCount == 1)) {}
+  constexpr Plan(const Asn1Item& source, const Plan* memberPlans, Form itsForm)
+      : item(&source),
+        members(memberPlans),
+        memberCount(source.memberCount),
+        kind(source.kind),
+        identifier(IdentifierOf(source, itsForm)),
+        shape(ShapeOf(source)),
+        form(itsForm) {}
+
+  const Asn1Item* item;
+  // One for each member of the item, or null when they are not known beforehand.
+  const Plan* members;
+  uint32_t memberCount;
+  uint32_t kind;
+  uint16_t identifier;
+  Shape shape;
+  Form form;
+};
+
+// The plans of an item's members.
+class MemberPlans {
+ public:
+  // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject)
+  explicit MemberPlans(const Plan& plan) : plans_(plan.members), count_(plan.memberCount), item_(plan.item) {}
+
+  [[nodiscard]] uint32_t Count() const { return count_; }
+  // Valid until the next is asked for.
+  const Plan& operator[](uint32_t i) { return plans_ != nullptr ? plans_[i] : Make(i); }
+
+ private:
+  [[gnu::noinline]] const Plan& Make(uint32_t i) {
+    made_ = Plan(*item_->members[i]);
+    return made_;
+  }
+
+  const Plan* const plans_;
+  const uint32_t count_;
+  const Asn1Item* const item_;
+  Plan made_;  // not before one is made: most have theirs
+};
+
+}  // namespace tessel
