@@ -19,4 +19,8 @@ const std::vector<Sample>& Certificates();
 // The CRLs of the corpus; none when it is not there.
 const std::vector<Sample>& Crls();
 
+// A CRL with so many entries, each with a serial number of 16 octets, and every second with a reason. Its signature is
+// none.
+Bytes MakeCrl(uint32_t entries);
+
 }  // namespace test

@@ -96,9 +96,13 @@ TEST(Certificate, DamageIsSurvived) {
       Bytes octets = original;
       octets[at] ^= static_cast<uint8_t>(change);
       const DecodeResult result = Decode(CertificateItem, octets);
+      // By the plans that the compiler made, and by those that are made on the way.
+      OwnedCertificate certificate;
+      ASSERT_EQ(result.status, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
       if (result.status != TESSEL_OK) continue;
       const EncodeResult encoded = Encode(CertificateItem, result.tree.Root());
       ASSERT_EQ(0U, encoded.status);
+      ASSERT_EQ(encoded.octets, FetchFrom<Certificate>(certificate, EncodeCertificate));
       const DecodeResult again = Decode(CertificateItem, encoded.octets);
       ASSERT_EQ(0U, again.status);
       ASSERT_EQ(encoded.octets, Encode(CertificateItem, again.tree.Root()).octets);
