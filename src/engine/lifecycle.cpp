@@ -241,7 +241,7 @@ void FreeBranch(const Plan& plan, void* node) {
 }  // namespace
 
 void FreeTree(const Plan& plan, void* node) {
-  if (IsUnchangedRoot(node)) return ReleaseRoot(node);
+  if (plan.shape != Shape::kNotAKind && IsUnchangedRoot(node)) return ReleaseRoot(node);
   FreeNode(plan, node);
 }
 

@@ -170,6 +170,11 @@ TEST(Free, AcceptsNothing) {
   EXPECT_EQ(0U, FreeAsn1Object(&kInteger, nullptr));
   EXPECT_EQ(0U, FreeAsn1Object(nullptr, nullptr));
   EXPECT_EQ(0U, FreeCertificate(nullptr));
+
+  // A kind that is none releases nothing, not even a tree that could be released at once.
+  const DecodeResult set = Decode(kStringSet, FromHex("31 03 04 01 02"));
+  EXPECT_EQ(0U, FreeAsn1Object(&kUnknownConstructed, set.tree.Root()));
+  EXPECT_EQ("31 03 04 01 02", ToHex(Encode(kStringSet, set.tree.Root()).octets));
 }
 
 }  // namespace

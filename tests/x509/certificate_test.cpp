@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/damage.h"
 #include "support/objects.h"
 #include "support/octets.h"
 #include "support/samples.h"
@@ -89,25 +90,8 @@ TEST(Certificate, CutShortIsMalformedEverywhere) {
 }
 
 TEST(Certificate, DamageIsSurvived) {
-  // Every octet of a certificate, replaced by values that turn headers into others.
-  const Bytes original = ::test::Certificates().front().octets;
-  for (size_t at = 0; at < original.size(); ++at) {
-    for (const unsigned change : {0x01U, 0x20U, 0x80U, 0xFFU}) {
-      Bytes octets = original;
-      octets[at] ^= static_cast<uint8_t>(change);
-      const DecodeResult result = Decode(CertificateItem, octets);
-      // By the plans that the compiler made, and by those that are made on the way.
-      OwnedCertificate certificate;
-      ASSERT_EQ(result.status, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
-      if (result.status != TESSEL_OK) continue;
-      const EncodeResult encoded = Encode(CertificateItem, result.tree.Root());
-      ASSERT_EQ(0U, encoded.status);
-      ASSERT_EQ(encoded.octets, FetchFrom<Certificate>(certificate, EncodeCertificate));
-      const DecodeResult again = Decode(CertificateItem, encoded.octets);
-      ASSERT_EQ(0U, again.status);
-      ASSERT_EQ(encoded.octets, Encode(CertificateItem, again.tree.Root()).octets);
-    }
-  }
+  ExpectDamageIsSurvived<OwnedCertificate>(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate,
+                                           EncodeCertificate);
 }
 
 TEST(Certificate, NewOnesAreIncomplete) {
