@@ -126,7 +126,8 @@ size_t Pool::RoomToCome() const {
   const auto read = static_cast<size_t>(reached_ - input_.data()) + 1;
   const size_t left = input_.size() - std::min(read, input_.size());
   const double forOctet = static_cast<double>(placed_) / static_cast<double>(read);
-  return static_cast<size_t>(static_cast<double>(left) * std::min(forOctet, kLargestRoomForOctet));
+  const double room = static_cast<double>(left) * std::min(forOctet, kLargestRoomForOctet);
+  return static_cast<size_t>(std::min(room, static_cast<double>(kLargestNode / 2)));
 }
 
 bool Pool::StartBlock(size_t needed) {
