@@ -87,18 +87,7 @@ class Decoder {
 // own and the length is written as DER has it. Otherwise 0.
 inline uint32_t ReadOwnHeader(const Plan& plan, Octets input, Octets& content) {
   if (input.size() < 2 || input[0] != plan.identifier) return 0;
-  uint32_t headerLength = 2;
-  uint32_t length = input[1];
-  if (length >= kLongLength) {
-    const uint32_t lengthOctets = length & 0x7F;
-    if (lengthOctets - 1 >= sizeof length || lengthOctets > input.size() - 2) return 0;
-    length = 0;
-    for (; headerLength < 2 + lengthOctets; ++headerLength) length = length << 8 | input[headerLength];
-    if (input[2] == 0 || length < kLongLength) return 0;
-  }
-  if (length > input.size() - headerLength) return 0;
-  content = input.subspan(headerLength, length);
-  return headerLength;
+  return ReadBehindIdentifier(input, content);
 }
 
 // Whether a header is written as DER has it.
@@ -109,13 +98,11 @@ bool IsMinimal(const Header& header) {
   return !header.indefinite && header.headerLength == length;
 }
 
-// A value that equals its DEFAULT is not written again.
-void Decoder::LookForDefault(const Plan& plan, const void* node) {
-  const void* defaultValue = plan.item->defaultValue;
-  if (defaultValue == nullptr || node == nullptr) return;
-  bool isDefault = false;
-  const bool isKnown = CompareTrees(*plan.item, node, defaultValue, isDefault).Ok();
-  keepsSize_ &= isKnown && !isDefault;
+// A value that equals its DEFAULT is not written again. Only numbers are compared; of others that is not known.
+inline void Decoder::LookForDefault(const Plan& plan, const void* node) {
+  if (plan.item->defaultValue == nullptr || node == nullptr) return;
+  const bool isNumber = plan.shape == Shape::kValueNode && plan.kind <= TESSEL_KIND_INTEGER;
+  keepsSize_ &= isNumber && !EqualsDefault(plan, *static_cast<const Asn1Value*>(node));
 }
 
 // Nearly all elements are the ones that are expected, in the form that is expected. These go a short way; all others,
@@ -127,9 +114,7 @@ inline Decoded Decoder::Element(const Plan& plan, Octets input) {
   Decoded decoded;
   if (IsValueForm(plan.form)) {
     decoded = Value(plan.kind, content);
-    if (plan.form == Form::kValueWithDefault && decoded.status.Ok()) {
-      keepsSize_ &= !EqualsDefault(plan, *static_cast<const Asn1Value*>(decoded.node));
-    }
+    if (plan.form == Form::kValueWithDefault) LookForDefault(plan, decoded.node);
   } else if (plan.form == Form::kSlots) {
     decoded = Slots(plan, content, false);
   } else {
@@ -208,7 +193,6 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
   const Asn1Item& item = *plan.item;
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
-  // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
   // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
   if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
 

@@ -71,12 +71,11 @@ Status ScanIndefiniteContent(Octets content, uint32_t& size) {
 
 uint32_t CountSeveralElements(Octets content) {
   uint32_t count = 0;
-  while (!content.empty() && !StartsWithEndOfContents(content)) {
-    Header header;
-    if (ReadHeader(content, header).Failed() || header.indefinite) break;
-    const uint64_t size = uint64_t{header.headerLength} + header.contentLength;
-    if (size > content.size()) break;
-    content = content.subspan(static_cast<size_t>(size));
+  while (content.size() >= 2 && (content[0] & kHighTagNumber) != kHighTagNumber && !StartsWithEndOfContents(content)) {
+    Octets inside;
+    const uint32_t headerLength = ReadBehindIdentifier(content, inside);
+    if (headerLength == 0) break;
+    content = content.subspan(headerLength + inside.size());
     ++count;
   }
   return count;

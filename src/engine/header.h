@@ -44,6 +44,23 @@ inline Status ReadHeader(Octets input, Header& header) {
   return Status();
 }
 
+// The length of the header at the start of the input, of at least two octets, and the content behind it, when the
+// identifier is a single octet and the length is written as DER has it. Otherwise 0: that is no failure yet.
+inline uint32_t ReadBehindIdentifier(Octets input, Octets& content) {
+  uint32_t headerLength = 2;
+  uint32_t length = input[1];
+  if (length >= kLongLength) {
+    const uint32_t lengthOctets = length & 0x7F;
+    if (lengthOctets - 1 >= sizeof length || lengthOctets > input.size() - 2) return 0;
+    length = 0;
+    for (; headerLength < 2 + lengthOctets; ++headerLength) length = length << 8 | input[headerLength];
+    if (input[2] == 0 || length < kLongLength) return 0;
+  }
+  if (length > input.size() - headerLength) return 0;
+  content = input.subspan(headerLength, length);
+  return headerLength;
+}
+
 // The octets of the content, once they are known to lie within the input.
 inline Status ReadContent(Octets input, const Header& header, Octets& content) {
   if (header.contentLength > input.size() - header.headerLength) return Fail(TESSEL_MALFORMED);
@@ -57,8 +74,8 @@ inline bool StartsWithEndOfContents(Octets input) { return input.size() >= 2 && 
 // may be of indefinite length too, to any depth.
 Status ScanIndefiniteContent(Octets content, uint32_t& size);
 
-// How many elements fill the content, as far as their headers can be followed: none is looked into, and one of
-// indefinite length, or one that is not whole, ends the count.
+// How many elements fill the content, as far as their headers can be followed: none is looked into, and a header that
+// ReadBehindIdentifier does not read ends the count.
 uint32_t CountSeveralElements(Octets content);
 inline uint32_t CountElements(Octets content) {
   const bool isOne = content.size() >= 2 && content[1] < kLongLength && content.size() - 2 == content[1];

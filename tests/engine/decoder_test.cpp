@@ -333,7 +333,7 @@ TEST(Decoder, KeepsContentsWhateverTheirPlace) {
       const auto& list = result.tree.As<Asn1List>();
       ASSERT_EQ(14U, list.count);
       EXPECT_EQ(215U, list.capacity);
-      const DecodeResult counted = Decode(kStrings, FromHex("30 80") + Repeat(value, 17) + FromHex("00 00"));
+      const DecodeResult counted = Decode(kStrings, FromHex("30 80") + Repeat(padding, 17) + FromHex("00 00"));
       EXPECT_EQ(17U, counted.tree.As<Asn1List>().capacity);
       for (uint32_t i = 2; i < list.count; ++i) {
         const auto& node = *static_cast<Asn1Value*>(list.items[i]);
