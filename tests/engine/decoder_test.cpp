@@ -283,6 +283,15 @@ TEST(Decoder, HandsBackInvalidContentOnlyFromTheTop) {
   }
 }
 
+TEST(Decoder, LeavesNoPlaceBehindWhenItSucceeds) {
+  ASSERT_EQ(TESSEL_INVALID_ARGUMENT, CheckAsn1Boolean(nullptr));
+  // The first wrapper says less than its element takes, so that what seems to follow it is no header.
+  const DecodeResult result = Decode(kExplicitIntegers, FromHex("30 0A A0 02 02 01 85 A0 03 02 01 01"));
+  EXPECT_EQ(TESSEL_OK, result.status);
+  EXPECT_EQ(2U, result.tree.As<Asn1List>().count);
+  EXPECT_STREQ("primitives.cpp", GetLastFileErrorAsn(nullptr));
+}
+
 TEST(Decoder, FillsInDefaults) {
   const DecodeResult result = Decode(kDefaultInteger, FromHex("04 00"));
   ASSERT_EQ(0U, result.status);
