@@ -127,7 +127,7 @@ size_t Pool::RoomToCome() const {
   const size_t left = input_.size() - std::min(read, input_.size());
   const double forOctet = static_cast<double>(placed_) / static_cast<double>(read);
   const double room = static_cast<double>(left) * std::min(forOctet, kLargestRoomForOctet);
-  return static_cast<size_t>(std::min(room, static_cast<double>(kLargestNode / 2)));
+  return static_cast<size_t>(std::min(room, static_cast<double>(kLargestNode)));
 }
 
 bool Pool::StartBlock(size_t needed) {
