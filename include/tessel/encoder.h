@@ -19,7 +19,7 @@ extern "C" {
  * Lengths are definite and minimal, absent members and those equal to their DEFAULT are left out, a SET OF is sorted
  * unless its list says otherwise. Contents are written as they are stored: the encoder corrects nothing.
  *
- * An open value whose descriptor is context-specific and not EXPLICIT gets its identifier octet replaced by the
+ * An open value whose descriptor is context-specific and not EXPLICIT gets its identifier replaced by the
  * descriptor's, whose tag number must be below 31.
  *
  * TESSEL_INVALID_ARGUMENT: `object`, `descriptor` or `length` null. TESSEL_ABSENT: a mandatory member or the value of a

@@ -229,15 +229,23 @@ inline Encoded Encoder<pass>::Alternative(const Plan& plan, const Asn1Choice& ch
   return Element(Plan(*plan.item->members[choice.index]), choice.value, length);
 }
 
+// What of an element follows its identifier, which may have octets of its own for the tag number.
+Asn1Value BehindIdentifier(const Asn1Value& element) {
+  const Octets octets = ContentOf(element);
+  uint32_t size = 1;
+  if (!octets.empty() && (octets[0] & kHighTagNumber) == kHighTagNumber) {
+    while (size < octets.size() && (octets[size++] & 0x80) != 0) {
+    }
+  }
+  return {element.tag, element.length - size, octets.empty() ? nullptr : element.data + size};
+}
+
 template <Pass pass>
 Encoded Encoder<pass>::OpenValue(const Asn1Item& item, const Asn1Value& value, uint64_t length) {
-  length = NodeContent(value, length);
-  if (TagClass(item) != TESSEL_CLASS_CONTEXT || value.length == 0) return {length, Status()};
+  if (TagClass(item) != TESSEL_CLASS_CONTEXT || value.length == 0) return {NodeContent(value, length), Status()};
   if (OwnTag(item) >= kHighTagNumber || item.tagNumber < 0) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
-  if (HasRoom(length)) {
-    *Front(length) = static_cast<uint8_t>(ConstructedBit(item) | TESSEL_CLASS_CONTEXT | OwnTag(item));
-  }
-  return {length, Status()};
+  const auto identifier = static_cast<uint8_t>(ConstructedBit(item) | TESSEL_CLASS_CONTEXT | OwnTag(item));
+  return {Octet(identifier, NodeContent(BehindIdentifier(value), length)), Status()};
 }
 
 template <Pass pass>

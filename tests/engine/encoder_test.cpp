@@ -110,6 +110,10 @@ TEST(Encoder, RetagsOpenValuesInPlace) {
   EXPECT_EQ("30 80 00 00", ToHex(Encode(taggedAny(TESSEL_CLASS_APPLICATION, 3), &value).octets));
   EXPECT_EQ("", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &empty).octets));
   EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &value).status);
+  // All octets of an identifier are replaced.
+  Bytes longIdentifier = FromHex("9F 81 00 01 05");
+  const Asn1Value highTag = ValueOf(longIdentifier);
+  EXPECT_EQ("83 01 05", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 3), &highTag).octets));
 }
 
 TEST(Encoder, TellsTheFirstFailureInTheOrderOfTheTree) {
