@@ -23,8 +23,6 @@ constexpr uint32_t kNoPathLength = 0xFFFFFFFF;
 
 constexpr Path<&BasicConstraints::cA> kCa;
 constexpr Path<&BasicConstraints::pathLenConstraint> kPathLength;
-constexpr Path<&AuthorityKeyIdentifier::keyIdentifier> kKeyIdentifier;
-constexpr Path<&AuthorityKeyIdentifier::authorityCertSerialNumber> kAuthoritySerialNumber;
 
 // Reads a value of one node, and hands the node to `read`.
 template <class Node, class Read>
