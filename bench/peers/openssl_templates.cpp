@@ -2,6 +2,8 @@
 
 #include <openssl/x509.h>
 
+#include <utility>
+
 namespace bench::openssl {
 namespace {
 
@@ -150,6 +152,16 @@ size_t CountTemplateEntries(const ASN1_VALUE& crl) {
 
 Octets TemplateSerialNumber(const ASN1_VALUE& certificate) {
   return OctetsOf(reinterpret_cast<const PlainCertificate&>(certificate).tbsCertificate->serialNumber);
+}
+
+void DropDefaults(ASN1_VALUE& certificate) {
+  PlainTbsCertificate& tbs = *reinterpret_cast<PlainCertificate&>(certificate).tbsCertificate;
+  const bool hasVersion = tbs.version != nullptr && ASN1_INTEGER_get(tbs.version) == 0;
+  if (hasVersion) ASN1_INTEGER_free(std::exchange(tbs.version, nullptr));
+  for (int i = 0; i < OPENSSL_sk_num(tbs.extensions); ++i) {
+    auto* extension = static_cast<X509_EXTENSION*>(OPENSSL_sk_value(tbs.extensions, i));
+    if (X509_EXTENSION_get_critical(extension) == 0) X509_EXTENSION_set_critical(extension, 0);
+  }
 }
 
 }  // namespace bench::openssl

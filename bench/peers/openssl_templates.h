@@ -19,6 +19,9 @@ const ASN1_ITEM* NestTemplate();
 size_t CountTemplateEntries(const ASN1_VALUE& crl);
 Octets TemplateSerialNumber(const ASN1_VALUE& certificate);
 
+// The templates know no DEFAULT: takes away a version and criticalities that are it, and need not have been written.
+void DropDefaults(ASN1_VALUE& certificate);
+
 struct TemplateDeleter {
   const ASN1_ITEM* item;
   void operator()(ASN1_VALUE* value) const { ASN1_item_free(value, item); }

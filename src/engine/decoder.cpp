@@ -438,7 +438,7 @@ Octets ElementToCopy(const Plan& plan, Octets input) {
 
 Decoded DecodeTree(const Plan& plan, Octets input) {
   const Octets element = ElementToCopy(plan, input);
-  if (element.empty()) return Decoder().Element(plan, input);
+  if (kSeparateNodes || element.empty()) return Decoder().Element(plan, input);
   return Decoder(std::max<size_t>(plan.item->nodeSize, kLargestListNode), element).Copied(plan);
 }
 

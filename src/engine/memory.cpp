@@ -17,7 +17,7 @@ namespace {
 
 // The head of the first block, from which the root is found, and the other way round: the root stands right behind.
 struct alignas(kHeapAlignment) FirstBlock : Block {
-  uintptr_t era;
+  uint64_t era;
   uint32_t encodedSize;
 };
 constexpr size_t kHeadSize = sizeof(FirstBlock);
@@ -25,12 +25,13 @@ static_assert(kHeadSize % kHeapAlignment == 0);
 
 const FirstBlock& BlockOf(const void* root) { return static_cast<const FirstBlock*>(root)[-1]; }
 
-// Even while an era lasts, odd from its end to the beginning of the next.
-std::atomic<uintptr_t> eras{0};
-constexpr uintptr_t kNoEra = UINTPTR_MAX;
+// Even while an era lasts, odd from its end to the beginning of the next. No process sees so many that a number
+// returns.
+std::atomic<uint64_t> eras{0};
+constexpr uint64_t kNoEra = UINT64_MAX;
 
-uintptr_t PresentEra() {
-  uintptr_t now = eras.load(std::memory_order_relaxed);
+uint64_t PresentEra() {
+  uint64_t now = eras.load(std::memory_order_relaxed);
   while (now % 2 != 0) {
     if (eras.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) return now + 1;
   }
@@ -47,14 +48,15 @@ constexpr double kLargestRoomForOctet = 16;
 }  // namespace
 
 void* AllocateOctets(size_t size) {
-  // Allocators align to what they are asked for, so a smaller request could come back less aligned.
-  return std::malloc(std::max(size, kHeapAlignment));
+  // Allocators align to what they are asked for, so a smaller request could come back less aligned. AddressSanitizer's
+  // does not, and is told the true size.
+  return std::malloc(kSeparateNodes ? size : std::max(size, kHeapAlignment));
 }
 
 void* ResizeOctets(void* octets, size_t size) { return std::realloc(octets, std::max(size, kHeapAlignment)); }
 
 void NoteChange() {
-  uintptr_t now = eras.load(std::memory_order_relaxed);
+  uint64_t now = eras.load(std::memory_order_relaxed);
   while (now % 2 == 0 && !eras.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
   }
 }
@@ -111,6 +113,12 @@ void* Pool::NodeInNewBlock(size_t size) {
   return StartBlock(size) ? std::exchange(low_, low_ + size) : nullptr;
 }
 
+void* Pool::SeparateNode(size_t size) {
+  if (size > kLargestNode) return nullptr;
+  auto* block = static_cast<uint8_t*>(std::malloc(kHeadSize + size));
+  return block == nullptr ? nullptr : new (block) FirstBlock{{nullptr}, kNoEra, 0} + 1;
+}
+
 // The room of a new block, or null when there is no memory.
 uint8_t* Pool::AddBlock(size_t room) {
   auto* block = static_cast<uint8_t*>(std::malloc(sizeof(Block) + room));
@@ -144,7 +152,7 @@ bool Pool::StartBlock(size_t needed) {
 
 uint8_t* Pool::KeepLarge(Octets octets) {
   uint8_t* kept = nullptr;
-  if (octets.size() >= kLargeOctets) {
+  if (kSeparateNodes || octets.size() >= kLargeOctets) {
     kept = static_cast<uint8_t*>(AllocateOctets(octets.size()));
     NoteChange();
   } else if (StartBlock(octets.size() + 1)) {

@@ -19,6 +19,9 @@
 // size of its encoding is known. Whatever changes a tree says so by NoteChange, and the eras tell whether that happened
 // after the tree was begun. They are the same for all trees, so that a change of one makes the others look changed too:
 // that is slower, and never wrong.
+//
+// Built with TESSEL_SEPARATE_NODES, every node and every content is an allocation of its own: nothing is fast then, but
+// AddressSanitizer sees where each begins and ends, and when it is released. The fuzz programs are built both ways.
 #pragma once
 
 #include <cstddef>
@@ -32,6 +35,12 @@
 namespace tessel {
 
 using Octets = std::span<const uint8_t>;
+
+#ifdef TESSEL_SEPARATE_NODES
+inline constexpr bool kSeparateNodes = true;
+#else
+inline constexpr bool kSeparateNodes = false;
+#endif
 
 // Far from the end of the address space, so that sums of sizes cannot wrap.
 inline constexpr size_t kLargestNode = SIZE_MAX / 4;
@@ -120,6 +129,7 @@ class Pool {
 
   // A node of `size` octets, 1 to kLargestNode, not initialised; null when there is no memory.
   [[nodiscard]] void* Node(size_t size) {
+    if constexpr (kSeparateNodes) return SeparateNode(size);
     const size_t rounded = RoundUp(size);
     if (static_cast<size_t>(high_ - low_) < rounded) return NodeInNewBlock(rounded);
     // A large tree goes through memory that is in no cache: it is asked for before it is written.
@@ -129,8 +139,9 @@ class Pool {
 
   // The same for an array of nodes. When it is large it has a block of its own, and takes nothing away from the nodes.
   [[nodiscard]] void* Array(uint32_t count) {
-    if (count > kLargestNode / sizeof(void*)) return nullptr;
+    if (size_t{count} > kLargestNode / sizeof(void*)) return nullptr;
     const size_t size = count * sizeof(void*);
+    if constexpr (kSeparateNodes) return AllocateOctets(size);
     return size > kLargeNode ? AddBlock(size) : Node(size);
   }
 
@@ -138,7 +149,7 @@ class Pool {
   // own, so the node that holds the result must be released with its tree.
   [[nodiscard]] uint8_t* Keep(Octets octets) {
     const auto free = static_cast<size_t>(high_ - low_);
-    if (octets.size() >= free || octets.size() >= kLargeOctets) return KeepLarge(octets);
+    if (kSeparateNodes || octets.size() >= free || octets.size() >= kLargeOctets) return KeepLarge(octets);
     uint8_t* kept = PlaceOctets(octets.size());
     CopyOctets(kept, octets.data(), octets.size());
     return kept;
@@ -159,6 +170,7 @@ class Pool {
   bool Begin(size_t rootSize, Octets input);
   void* Root(size_t size);
   void* NodeInNewBlock(size_t size);
+  static void* SeparateNode(size_t size);
   uint8_t* AddBlock(size_t room);
   [[nodiscard]] size_t RoomToCome() const;
   bool StartBlock(size_t needed);
