@@ -1,0 +1,53 @@
+// Calls every function that reads an object of a type. What a function writes goes into memory that is just as large as
+// the library was told.
+#pragma once
+
+#include <optional>
+
+#include "input.h"
+#include "tessel/tessel.h"
+
+namespace fuzz {
+
+// What read(buffer, length) delivers, asked in all the ways of the caller-buffer convention; nothing when it fails.
+template <class Read>
+std::optional<Bytes> Fetch(Read read) {
+  uint32_t needed = 0;
+  if (read(static_cast<uint8_t*>(nullptr), &needed) != TESSEL_OK) return std::nullopt;
+  if (needed != 0) {
+    Bytes small(needed - 1 + (needed == 1));
+    uint32_t length = needed - 1;
+    Require(read(small.data(), &length) == TESSEL_BUFFER_TOO_SMALL && length == needed);
+  }
+  Bytes octets(needed + (needed == 0));
+  uint32_t length = needed;
+  Require(read(octets.data(), &length) == TESSEL_OK && length <= needed);
+  octets.resize(length);
+  return octets;
+}
+
+// The same for a text.
+template <class Read>
+std::optional<Bytes> FetchText(Read read) {
+  return Fetch([&](uint8_t* buffer, uint32_t* length) { return read(reinterpret_cast<char*>(buffer), length); });
+}
+
+void ReadTime(const LibraryTime* time);
+void ReadName(const X509Name* name);
+void ReadGeneralName(const X509GeneralName* name);
+void ReadGeneralNames(const X509GeneralNames* names);
+void ReadFreeText(const PKIFreeText* text);
+void ReadExtension(const X509Extension* extension);
+void ReadExtensions(const X509ExtensionsSlot* slot);
+void ReadExtensionValue(const Bytes& value);
+void ReadExtendedKeyUsage(const ExtensionExtendedKeyUsage* list);
+void ReadAccessDescriptions(const ExtensionAuthorityInformationAccess* list);
+void ReadDistributionPoints(const ExtensionCrlDistributionPoints* list);
+void ReadPolicies(const ExtensionCertificatePolicies* list);
+void ReadPublicKeyInfo(const SubjectPublicKeyInfo* info);
+void ReadParameters(const Bytes& parameters);
+// Not constant, because GetCertificateIssuer makes a name where there is none.
+void ReadCertificate(Certificate* certificate);
+void ReadCertificates(const Certificates* certificates);
+
+}  // namespace fuzz

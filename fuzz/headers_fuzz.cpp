@@ -1,0 +1,167 @@
+// Headers, open values and their ends, segments, lone values: the lowest layer, by itself.
+#include <optional>
+
+#include "getters.h"
+
+namespace fuzz {
+namespace {
+
+constexpr Asn1Item Primitive(uint32_t kind) { return {0, kind, -1, 0, nullptr, 0, nullptr}; }
+constexpr Asn1Item kOpenValue = Primitive(TESSEL_KIND_ANY);
+constexpr const Asn1Item* kOpenValueMember[] = {&kOpenValue};
+constexpr Asn1Item Constructed(uint32_t kind) {
+  return {TESSEL_FLAG_CONSTRUCTED, kind, -1, 0, kOpenValueMember, 1, nullptr};
+}
+
+constexpr Asn1Item kDescriptors[] = {
+    kOpenValue,
+    Primitive(TESSEL_KIND_OCTET_STRING),
+    Primitive(TESSEL_KIND_BIT_STRING),
+    Primitive(TESSEL_KIND_INTEGER),
+    Primitive(TESSEL_KIND_NULL),
+    Constructed(TESSEL_KIND_SEQUENCE_OF),
+    Constructed(TESSEL_KIND_SET_OF),
+    {TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT, TESSEL_KIND_ANY, 0, 0, nullptr, 0, nullptr},
+    {TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT, TESSEL_KIND_OCTET_STRING, 1, 0, nullptr, 0, nullptr},
+    {TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SET_OF, 200, 0,
+     kOpenValueMember, 1, nullptr},
+    {TESSEL_CLASS_CONTEXT, TESSEL_KIND_ANY, 3, 0, nullptr, 0, nullptr},
+};
+
+struct Element {
+  uint8_t tagClass = 0;
+  uint8_t constructed = 0;
+  uint32_t tagNumber = 0;
+  uint32_t contentLength = 0;
+  uint32_t indefinite = 0;
+  uint32_t headerLength = 0;
+  bool operator==(const Element&) const = default;
+};
+
+// The header, read once more and in another way: octet by octet, and wide enough for anything.
+std::optional<Element> ReadSlowly(const Bytes& octets) {
+  size_t at = 0;
+  const auto next = [&]() -> int { return at < octets.size() ? octets[at++] : -1; };
+  if (octets.size() < 2) return std::nullopt;
+  const int identifier = next();
+  Element element{static_cast<uint8_t>(identifier & 0xC0), static_cast<uint8_t>(identifier & 0x20)};
+  element.tagNumber = identifier & 0x1F;
+  if (element.tagNumber == 0x1F) {
+    element.tagNumber = 0;
+    int digit = 0x80;
+    while ((digit & 0x80) != 0) {
+      digit = next();
+      if (digit < 0) return std::nullopt;
+      element.tagNumber = element.tagNumber * 128 + (digit & 0x7F);
+    }
+  }
+  const int length = next();
+  if (length < 0 || length > 0x84) return std::nullopt;
+  auto contentLength = static_cast<uint64_t>(length);
+  if (length > 0x80) {
+    contentLength = 0;
+    for (int i = 0; i < length - 0x80; ++i) {
+      const int octet = next();
+      if (octet < 0) return std::nullopt;
+      contentLength = contentLength * 256 + static_cast<uint64_t>(octet);
+    }
+  }
+  element.indefinite = length == 0x80 ? 1 : 0;
+  if (element.indefinite != 0) contentLength = octets.size() - at;
+  element.contentLength = static_cast<uint32_t>(contentLength);
+  element.headerLength = static_cast<uint32_t>(at);
+  return element;
+}
+
+void RunHeader(const Bytes& octets) {
+  const std::optional<Element> expected = ReadSlowly(octets);
+  Element element;
+  const uint32_t status =
+      GetAsn1ObjectInfo(octets.data(), SizeOf(octets), &element.tagClass, &element.constructed, &element.tagNumber,
+                        &element.contentLength, &element.indefinite, &element.headerLength);
+  Require((status == TESSEL_OK) == expected.has_value());
+  if (!expected) return;
+  Require(element == *expected);
+  Element whole;
+  const uint32_t wholeStatus = GetAsn1ObjectInfo(octets.data(), SizeOf(octets), &whole.tagClass, &whole.constructed,
+                                                 &whole.tagNumber, &whole.contentLength, nullptr, &whole.headerLength);
+  const bool fits = uint64_t{element.headerLength} + element.contentLength <= octets.size();
+  Require(wholeStatus == (fits ? TESSEL_OK : TESSEL_MALFORMED));
+}
+
+void RunOpenValue(const Bytes& octets) {
+  const Asn1Any any{{0, SizeOf(octets), const_cast<uint8_t*>(octets.data())}};
+  Element element;
+  if (GetAsn1AnyInfo(&any, &element.tagClass, &element.constructed, &element.tagNumber, &element.contentLength,
+                     &element.headerLength) == TESSEL_OK) {
+    Require(element.headerLength <= octets.size());
+  }
+
+  void* node = nullptr;
+  uint32_t consumed = 0;
+  if (Asn1DecodeItem(octets.data(), SizeOf(octets), &kOpenValue, &node, &consumed) != TESSEL_OK) return;
+  const auto value = Fetch([&](uint8_t* buffer, uint32_t* length) {
+    return GetAsn1AnyValue(static_cast<const Asn1Any*>(node), buffer, length);
+  });
+  Require(value == Bytes(octets.begin(), octets.begin() + consumed));
+  Require(consumed == element.headerLength + element.contentLength);
+  FreeAsn1Object(&kOpenValue, node);
+}
+
+// By a descriptor from outside the library: what is read is written, and read the same.
+void RunDescriptor(const Asn1Item& item, const Bytes& octets) {
+  void* node = nullptr;
+  uint32_t consumed = 0;
+  if (Asn1DecodeItem(octets.data(), SizeOf(octets), &item, &node, &consumed) == TESSEL_OK) {
+    Require(consumed <= octets.size());
+    const auto write = [&](uint8_t* buffer, uint32_t* length) {
+      return GetAsn1EncodedValue(node, &item, buffer, length);
+    };
+    const auto encoding = Fetch(write);
+    Require(encoding.has_value());
+    FreeAsn1Object(&item, node);
+    Require(Asn1DecodeItem(encoding->data(), SizeOf(*encoding), &item, &node, &consumed) == TESSEL_OK);
+    Require(consumed == encoding->size() && Fetch(write) == encoding);
+  }
+  FreeAsn1Object(&item, node);
+}
+
+// What is decoded as a value of a universal type is encoded, and decoded again.
+void RunLoneValue(uint32_t tag, const Bytes& octets) {
+  const auto content = Fetch([&](uint8_t* buffer, uint32_t* length) {
+    return DecodeAsn1PrimitiveValue(tag, octets.data(), SizeOf(octets), buffer, length);
+  });
+  if (!content) return;
+  const Bytes given = Copied(*content);
+  const auto encoding = Fetch([&](uint8_t* buffer, uint32_t* length) {
+    return EncodeAsn1PrimitiveValue(tag, given.data(), SizeOf(given), buffer, length);
+  });
+  Require(encoding.has_value());
+  Require(content == Fetch([&](uint8_t* buffer, uint32_t* length) {
+            return DecodeAsn1PrimitiveValue(tag, encoding->data(), SizeOf(*encoding), buffer, length);
+          }));
+}
+
+void RunNumber(const Bytes& octets) {
+  int32_t number = 0;
+  if (DecodeAsn1Int32(octets.data(), SizeOf(octets), &number) != TESSEL_OK) return;
+  const auto encoding =
+      Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeAsn1Int32(number, buffer, length); });
+  int32_t again = 0;
+  Require(DecodeAsn1Int32(encoding->data(), SizeOf(*encoding), &again) == TESSEL_OK && again == number);
+}
+
+}  // namespace
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::Input input(fuzz::Octets(data, size));
+  const uint32_t tag = input.Octet();
+  const fuzz::Bytes octets = input.Rest();
+  fuzz::RunHeader(octets);
+  fuzz::RunOpenValue(octets);
+  fuzz::RunDescriptor(fuzz::kDescriptors[tag % std::size(fuzz::kDescriptors)], octets);
+  fuzz::RunLoneValue(tag, octets);
+  fuzz::RunNumber(octets);
+  return 0;
+}
