@@ -238,7 +238,11 @@ constexpr Call kCalls[] = {
       const uint32_t rdn = in.Below(4);
       DeleteX509NameEntry(name, rdn, in.Below(3));
     },
-    [](World& w, Input& in) { ClearX509Name(PickName(w, in)); },
+    [](World& w, Input& in) {
+      X509Name* name = PickName(w, in);
+      uint32_t count = 0;
+      if (ClearX509Name(name) == TESSEL_OK) Require(GetX509NameRdnCount(name, &count) == TESSEL_OK && count == 0);
+    },
     [](World& w, Input& in) {
       X509GeneralNames* list = w.generalNameLists.Pick(in);
       const uint32_t alternative = in.Below(10);
