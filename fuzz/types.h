@@ -12,6 +12,8 @@ struct Type {
   const Asn1Item* item;
   // Calls every function that reads an object of the type; null when there are none.
   void (*read)(void* object) = nullptr;
+  // Changes one.
+  void (*change)(void* object) = nullptr;
 };
 
 std::span<const Type> Types();

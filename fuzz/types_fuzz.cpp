@@ -1,4 +1,6 @@
 // Objects of every type. The first octet of an input tells the type, the rest is decoded.
+#include <utility>
+
 #include "getters.h"
 #include "types.h"
 
@@ -15,6 +17,7 @@ class Object {
 
   [[nodiscard]] void* Get() const { return node_; }
   uint32_t Decode(const Bytes& octets) {
+    FreeAsn1Object(item_, std::exchange(node_, nullptr));
     uint32_t consumed = 0;
     const uint32_t status = Asn1DecodeItem(octets.data(), SizeOf(octets), item_, &node_, &consumed);
     // What is handed back with a failure is only there to be released.
@@ -61,6 +64,10 @@ void Run(const Type& type, const Bytes& octets) {
   // Not with what was decoded from DER: that is sorted.
   Require(AreEqual(item, object, copy));
   if (type.read != nullptr) type.read(object.Get());
+  if (type.change == nullptr) return;
+  type.change(object.Get());
+  const auto changed = object.Encode();
+  Require(!changed || again.Decode(*changed) == TESSEL_OK);
 }
 
 }  // namespace
