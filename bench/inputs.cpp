@@ -33,20 +33,6 @@ constexpr char kUtcTime = 0x17;
 constexpr char kUtf8String = 0x0C;
 constexpr char kExtensions = static_cast<char>(0xA0);
 
-std::string Header(char identifier, size_t length) {
-  std::string header(1, identifier);
-  if (length < 0x80) return header + static_cast<char>(length);
-  std::string octets;
-  for (; length != 0; length >>= 8) octets.insert(octets.begin(), static_cast<char>(length));
-  return header + static_cast<char>(0x80 + octets.size()) + octets;
-}
-
-std::string Element(char identifier, const std::string& content) {
-  return Header(identifier, content.size()) + content;
-}
-
-std::vector<uint8_t> VectorOf(std::string_view text) { return {text.begin(), text.end()}; }
-
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(file), {}};
@@ -144,6 +130,20 @@ std::string Issuer() {
 }
 
 }  // namespace
+
+std::string Header(char identifier, size_t length) {
+  std::string header(1, identifier);
+  if (length < 0x80) return header + static_cast<char>(length);
+  std::string octets;
+  for (; length != 0; length >>= 8) octets.insert(octets.begin(), static_cast<char>(length));
+  return header + static_cast<char>(0x80 + octets.size()) + octets;
+}
+
+std::string Element(char identifier, const std::string& content) {
+  return Header(identifier, content.size()) + content;
+}
+
+std::vector<uint8_t> VectorOf(std::string_view text) { return {text.begin(), text.end()}; }
 
 uint8_t* Output(size_t size) {
   std::vector<uint8_t>& output = OutputVector();

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <ctime>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace bench {
@@ -16,6 +18,11 @@ uint8_t* Output(size_t size);
 
 // Fills it with other octets, so that a check does not find what was written before.
 void ClearOutput();
+
+// What inputs are made of, in DER.
+std::string Header(char identifier, size_t length);
+std::string Element(char identifier, const std::string& content);
+std::vector<uint8_t> VectorOf(std::string_view text);
 
 // A certificate in DER, and what a decoder must find in it.
 struct CertificateInput {

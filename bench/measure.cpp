@@ -91,6 +91,7 @@ std::vector<Figure> Measure(const std::vector<Operation>& operations) {
   }
   LeastTimes times;
   benchmark::RunSpecifiedBenchmarks(&times);
+  benchmark::ClearRegisteredBenchmarks();
 
   std::vector<Figure> figures;
   for (const Operation& operation : operations) {

@@ -11,21 +11,12 @@
 namespace bench {
 namespace {
 
-constexpr size_t kColumns = 5;
-constexpr size_t kTextColumns = 2;
-using Line = std::array<std::string, kColumns>;
+using Row = Rows::value_type;
 
 std::string Formatted(const char* format, double value) {
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), format, value);
   return text.data();
-}
-
-// To three digits, or to the whole number: 1.23, 12.3, 123, 12,345.
-std::string Rounded(double value) {
-  if (value < 9.995) return Formatted("%.2f", value);
-  if (value < 99.95) return Formatted("%.1f", value);
-  return Grouped(static_cast<uint64_t>(std::llround(value)));
 }
 
 // Characters, not octets, as a fixed-width font shows them.
@@ -34,9 +25,9 @@ size_t WidthOf(const std::string& text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-std::string Padded(const std::string& text, size_t width, size_t column) {
+std::string Padded(const std::string& text, size_t width, bool isText) {
   const std::string gap(width - WidthOf(text), ' ');
-  return column < kTextColumns ? text + gap : gap + text;
+  return isText ? text + gap : gap + text;
 }
 
 // Tessel first, then the peers from the fastest on, then what is there to compare with.
@@ -60,7 +51,7 @@ double LeastOf(std::span<const Figure> group, Kind kind) {
 // How many times `unit` the value is, or nothing when there is no such unit.
 std::string Ratio(double value, double unit) { return unit == 0 ? "" : Rounded(value / unit); }
 
-Line LineOf(const Figure& figure, double floor, double peer) {
+Row RowOf(const Figure& figure, double floor, double peer) {
   const std::string& name = figure.label.name;
   const bool isTessel = figure.label.kind == Kind::kTessel;
   const bool isSameOperation = isTessel || figure.label.kind == Kind::kPeer;
@@ -68,55 +59,56 @@ Line LineOf(const Figure& figure, double floor, double peer) {
           isSameOperation ? Ratio(figure.value, peer) : ""};
 }
 
-// Adds the lines of one operation, whose name stands in the first.
-void AddGroup(std::span<const Figure> group, std::vector<Line>& lines) {
+// Adds the rows of one operation, whose name stands in the first.
+void AddGroup(std::span<const Figure> group, Rows& rows) {
   const double floor = LeastOf(group, Kind::kFloor);
   const double peer = LeastOf(group, Kind::kPeer);
   std::vector<Figure> sorted(group.begin(), group.end());
   std::stable_sort(sorted.begin(), sorted.end(), StandsBefore);
-  const size_t first = lines.size();
-  for (const Figure& figure : sorted) lines.push_back(LineOf(figure, floor, peer));
-  lines[first][0] = group.front().operation;
+  const size_t first = rows.size();
+  for (const Figure& figure : sorted) rows.push_back(RowOf(figure, floor, peer));
+  rows[first][0] = group.front().operation;
 }
 
-std::vector<Line> LinesOf(const Heading& heading, std::span<const Figure> figures) {
-  std::vector<Line> lines = {{"operation", "side", heading.unit, "÷ floor", "÷ best peer"}};
+Rows RowsOf(const Heading& heading, std::span<const Figure> figures) {
+  Rows rows = {{"operation", "side", heading.unit, "÷ floor", "÷ best peer"}};
   while (!figures.empty()) {
     const auto end = std::find_if(figures.begin(), figures.end(), [&figures](const Figure& figure) {
       return figure.operation != figures.front().operation;
     });
     const auto size = static_cast<size_t>(end - figures.begin());
-    AddGroup(figures.first(size), lines);
+    AddGroup(figures.first(size), rows);
     figures = figures.subspan(size);
   }
-  return lines;
+  return rows;
 }
 
-void PrintLine(const Line& line, const std::array<size_t, kColumns>& widths) {
-  for (size_t column = 0; column < kColumns; ++column) {
-    std::printf("| %s ", Padded(line[column], widths[column], column).c_str());
+void PrintRow(const Row& row, std::span<const size_t> widths, size_t textColumns) {
+  for (size_t column = 0; column < widths.size(); ++column) {
+    const std::string text = column < row.size() ? row[column] : "";
+    std::printf("| %s ", Padded(text, widths[column], column < textColumns).c_str());
   }
   std::puts("|");
 }
 
 // Says to Markdown which columns are aligned to the right.
-void PrintRule(const std::array<size_t, kColumns>& widths) {
-  for (size_t column = 0; column < kColumns; ++column) {
-    std::printf("|%s%s", std::string(widths[column] + 1, '-').c_str(), column < kTextColumns ? "-" : ":");
+void PrintRule(std::span<const size_t> widths, size_t textColumns) {
+  for (size_t column = 0; column < widths.size(); ++column) {
+    std::printf("|%s%s", std::string(widths[column] + 1, '-').c_str(), column < textColumns ? "-" : ":");
   }
   std::puts("|");
 }
 
-void PrintLines(const std::vector<Line>& lines) {
-  std::array<size_t, kColumns> widths{};
-  for (const Line& line : lines) {
-    for (size_t column = 0; column < kColumns; ++column) {
-      widths[column] = std::max(widths[column], WidthOf(line[column]));
+void PrintRows(const Rows& rows, size_t textColumns) {
+  std::vector<size_t> widths(rows.front().size());
+  for (const Row& row : rows) {
+    for (size_t column = 0; column < row.size(); ++column) {
+      widths[column] = std::max(widths[column], WidthOf(row[column]));
     }
   }
-  PrintLine(lines.front(), widths);
-  PrintRule(widths);
-  for (size_t i = 1; i < lines.size(); ++i) PrintLine(lines[i], widths);
+  PrintRow(rows.front(), widths, textColumns);
+  PrintRule(widths, textColumns);
+  for (size_t i = 1; i < rows.size(); ++i) PrintRow(rows[i], widths, textColumns);
 }
 
 // Each remark once in a program: below the first table that has its side.
@@ -130,17 +122,29 @@ void PrintRemarks(const std::vector<Figure>& figures) {
 
 }  // namespace
 
+std::string Rounded(double value) {
+  if (value < 9.995) return Formatted("%.2f", value);
+  if (value < 99.95) return Formatted("%.1f", value);
+  return Grouped(static_cast<uint64_t>(std::llround(value)));
+}
+
 std::string Grouped(uint64_t number) {
   std::string text = std::to_string(number);
   for (size_t left = text.size(); left > 3; left -= 3) text.insert(left - 3, 1, ',');
   return text;
 }
 
-void Print(const Heading& heading, const std::vector<Figure>& figures) {
-  if (figures.empty()) return;  // The caller asked for other rows.
-  std::printf("### %s\n\n%s\n\n", heading.title.c_str(), heading.text.c_str());
-  PrintLines(LinesOf(heading, figures));
+void PrintTable(const std::string& title, const std::string& text, const Rows& rows, size_t textColumns) {
+  std::printf("### %s\n\n%s\n\n", title.c_str(), text.c_str());
+  PrintRows(rows, textColumns);
   std::puts("");
+  std::fflush(stdout);
+}
+
+void Print(const Heading& heading, const std::vector<Figure>& figures) {
+  constexpr size_t kTextColumns = 2;
+  if (figures.empty()) return;  // The caller asked for other rows.
+  PrintTable(heading.title, heading.text, RowsOf(heading, figures), kTextColumns);
   PrintRemarks(figures);
   std::puts("");
   std::fflush(stdout);

@@ -2,6 +2,7 @@
 // Markdown.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -72,6 +73,13 @@ Options Initialize(int count, char** arguments);
 std::vector<Figure> Measure(const std::vector<Operation>& operations);
 
 void Print(const Heading& heading, const std::vector<Figure>& figures);
+
+// A table whose first row is its head, and whose first columns are texts. Rows may be shorter than the head.
+using Rows = std::vector<std::vector<std::string>>;
+void PrintTable(const std::string& title, const std::string& text, const Rows& rows, size_t textColumns);
+
+// To three digits, or to the whole number: 1.23, 12.3, 123, 12,345.
+std::string Rounded(double value);
 
 // 200000 as 200,000.
 std::string Grouped(uint64_t number);

@@ -65,6 +65,36 @@ TEST(Interface, LibraryNeedsTheSystemOnly) {
   EXPECT_EQ(expected, needed);
 }
 
+#ifdef TESSEL_IS_HARDENED
+
+// How often a pattern of grep is in what a command tells of the library.
+long Count(const std::string& command, const std::string& pattern) {
+  return std::atol(OutputOf(command + ' ' + Library() + " | { grep -cE '" + pattern + "' || true; }").c_str());
+}
+
+TEST(Interface, LibraryIsHardened) {
+  if (IsDll(Library())) {
+    EXPECT_EQ(2, Count("objdump -p", "DYNAMIC_BASE|NX_COMPAT"));
+    EXPECT_EQ(Count("objdump -p", "pei-x86-64"), Count("objdump -p", "HIGH_ENTROPY_VA"));
+    return;
+  }
+  EXPECT_EQ(1, Count("readelf -lW", "GNU_RELRO"));
+  EXPECT_EQ(1, Count("readelf -dW", "BIND_NOW"));
+  EXPECT_EQ(1, Count("readelf -lW", "GNU_STACK.* RW "));
+  EXPECT_EQ(1, Count("nm -D", "U __stack_chk_fail"));
+#if __GNUC__ >= 12 && !defined(__clang__)
+  EXPECT_LE(1, Count("nm -D", "U __.*_chk@"));
+#endif
+#if defined(__x86_64__)
+  EXPECT_EQ(1, Count("readelf -nW", "x86 feature: .*SHSTK"));
+#endif
+#if defined(__x86_64__) || defined(__i386__)
+  EXPECT_LE(Count("nm -D --defined-only", " T "), Count("objdump -d", "endbr"));
+#endif
+}
+
+#endif
+
 // The name in "TESSEL_API uint32_t TESSEL_CALL Name(...)" or "TESSEL_API extern const Asn1Item Name".
 std::string DeclaredName(std::string_view declaration) {
   declaration = declaration.substr(0, declaration.find('('));

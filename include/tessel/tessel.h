@@ -18,8 +18,9 @@
  * A free function accepts null.
  *
  * Threads. The library keeps no state but the place of the last failure, the length of February for adding days to a
- * time, and a count by which it sees that a tree is as it was decoded. One object must not be used by two threads at a
- * time; different objects can be. */
+ * time, a count by which it sees that a tree is as it was decoded, and which of its ways to SHA-1 the processor does
+ * fastest. One object must not be used by two threads at a time; different objects can be. An object may be made,
+ * changed and released by one thread after another, when each sees what the one before has done. */
 #ifndef TESSEL_TESSEL_H
 #define TESSEL_TESSEL_H
 

@@ -37,6 +37,9 @@ class Nesting {
   uint32_t& depth_;
 };
 
+// The most elements that such an input can have.
+uint32_t ElementsWithin(Octets input) { return static_cast<uint32_t>(input.size() / 2); }
+
 Decoded Failure(Status status) { return {nullptr, 0, status}; }
 Decoded OutOfMemory(Site at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at)); }
 
@@ -45,8 +48,9 @@ Decoded OutOfMemory(Site at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at
 class Decoder {
  public:
   // The contents stay in the pool's copy of the input, where there is one, and are copied one by one otherwise.
-  Decoder() : pool_(0), readsCopy_(false) {}
-  Decoder(size_t rootSize, Octets input) : pool_(rootSize, input), readsCopy_(true) {}
+  explicit Decoder(Octets input) : pool_(0), readsCopy_(false), uncounted_(ElementsWithin(input)) {}
+  Decoder(size_t rootSize, Octets input)
+      : pool_(rootSize, input), readsCopy_(true), uncounted_(ElementsWithin(input)) {}
 
   // Decodes what was copied.
   Decoded Copied(const Plan& plan);
@@ -66,6 +70,7 @@ class Decoder {
   Decoded Constructed(const Plan& plan, Octets content, bool indefinite);
   Decoded SegmentedString(Octets content, bool indefinite);
   Decoded List(const Plan& plan, Octets content, bool indefinite);
+  uint32_t GuessCount(Octets content);
   Decoded ListElement(const Plan& element, Octets input, Asn1List& list);
   Decoded Slots(const Plan& plan, Octets content, bool indefinite);
 
@@ -80,6 +85,8 @@ class Decoder {
   const bool readsCopy_;
   // Whether encoding the tree gives as many octets as were read.
   bool keepsSize_ = true;
+  // How many elements may still be counted beforehand.
+  uint32_t uncounted_;
   uint32_t depth_ = 0;
 };
 
@@ -321,7 +328,7 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
   if (ElementOf(*plan.item) == nullptr) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
   const Nesting nesting(depth_);
   if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
-  Asn1List* list = NewList(pool_, CountElements(content));
+  Asn1List* list = NewList(pool_, GuessCount(content));
   if (list == nullptr) return OutOfMemory();
   MemberPlans plans(plan);
   const Plan& element = plans[0];
@@ -336,6 +343,15 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
     rest = rest.subspan(found.consumed);
   }
   return {list, Used(content, rest, indefinite), Status()};
+}
+
+// How many elements the list seems to have. A list of indefinite length may look longer than it is, when a wrapper in
+// it claims more than it holds. So that many such lists do not each count all that follows them, no more is counted
+// than there can be elements.
+inline uint32_t Decoder::GuessCount(Octets content) {
+  const uint32_t count = CountElements(content, uncounted_);
+  uncounted_ -= std::min(count, uncounted_);
+  return count;
 }
 
 // After a failure the node, if there is one, is not in the list.
@@ -438,7 +454,7 @@ Octets ElementToCopy(const Plan& plan, Octets input) {
 
 Decoded DecodeTree(const Plan& plan, Octets input) {
   const Octets element = ElementToCopy(plan, input);
-  if (kSeparateNodes || element.empty()) return Decoder().Element(plan, input);
+  if (kSeparateNodes || element.empty()) return Decoder(input).Element(plan, input);
   return Decoder(std::max<size_t>(plan.item->nodeSize, kLargestListNode), element).Copied(plan);
 }
 

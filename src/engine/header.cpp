@@ -69,9 +69,10 @@ Status ScanIndefiniteContent(Octets content, uint32_t& size) {
   return Fail(TESSEL_INDEFINITE_LENGTH);
 }
 
-uint32_t CountSeveralElements(Octets content) {
+uint32_t CountSeveralElements(Octets content, uint32_t most) {
   uint32_t count = 0;
-  while (content.size() >= 2 && (content[0] & kHighTagNumber) != kHighTagNumber && !StartsWithEndOfContents(content)) {
+  while (count < most && content.size() >= 2 && (content[0] & kHighTagNumber) != kHighTagNumber &&
+         !StartsWithEndOfContents(content)) {
     Octets inside;
     const uint32_t headerLength = ReadBehindIdentifier(content, inside);
     if (headerLength == 0) break;

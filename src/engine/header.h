@@ -75,11 +75,11 @@ inline bool StartsWithEndOfContents(Octets input) { return input.size() >= 2 && 
 Status ScanIndefiniteContent(Octets content, uint32_t& size);
 
 // How many elements fill the content, as far as their headers can be followed: none is looked into, and a header that
-// ReadBehindIdentifier does not read ends the count.
-uint32_t CountSeveralElements(Octets content);
-inline uint32_t CountElements(Octets content) {
+// ReadBehindIdentifier does not read ends the count, as `most` elements do.
+uint32_t CountSeveralElements(Octets content, uint32_t most);
+inline uint32_t CountElements(Octets content, uint32_t most) {
   const bool isOne = content.size() >= 2 && content[1] < kLongLength && content.size() - 2 == content[1];
-  return isOne ? 1 : CountSeveralElements(content);
+  return isOne ? 1 : CountSeveralElements(content, most);
 }
 
 }  // namespace tessel

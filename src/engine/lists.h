@@ -70,6 +70,22 @@ Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item);
 // Releases the item at an index, by its descriptor, and closes the gap.
 Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at = {});
 
+// Releases the items that `isGone(index)` names, and closes the gaps. It is asked once for each item, from the first to
+// the last, while that stands at the index still.
+template <class IsGone>
+void RemoveIf(Asn1List& list, const Asn1Item& element, IsGone isGone) {
+  uint32_t left = 0;
+  for (uint32_t i = 0; i < list.count; ++i) {
+    if (isGone(i)) {
+      FreeTree(element, list.items[i]);
+    } else {
+      list.items[left++] = list.items[i];
+    }
+  }
+  if (left != list.count) NoteChange();
+  list.count = left;
+}
+
 // Releases all items and keeps the array.
 void Clear(Asn1List& list, const Asn1Item& element);
 

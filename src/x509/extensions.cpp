@@ -27,12 +27,14 @@ bool HasId(const X509Extension* extension, Octets oid) {
   return extension != nullptr && extension->extnID != nullptr && std::ranges::equal(ContentOf(*extension->extnID), oid);
 }
 
-// Removes the extensions with an identifier, but not among the last `kept`. What follows a removed one moves into its
-// place and is passed over.
+// Removes the extensions with an identifier, but not among the last `kept`. What follows a removed one is passed over.
 void RemoveById(X509Extensions& list, Octets oid, uint32_t kept) {
-  for (uint32_t i = 0; i + kept < list.count; ++i) {
-    if (HasId(list.At(i), oid)) static_cast<void>(RemoveAt(list, kX509Extension, i));
-  }
+  const uint32_t end = list.count - std::min(kept, list.count);
+  bool isGone = false;
+  RemoveIf(list, kX509Extension, [&](uint32_t i) {
+    isGone = !isGone && i < end && HasId(list.At(i), oid);
+    return isGone;
+  });
 }
 
 // Hands an extension that borrows its parts to `use`.

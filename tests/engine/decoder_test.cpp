@@ -323,6 +323,27 @@ TEST(Decoder, SurvivesAnyDepth) {
   EXPECT_EQ(TESSEL_MALFORMED, Decode(kNest, Repeat(FromHex("30 80"), 1100) + Repeat(FromHex("00 00"), 1100)).status);
 }
 
+// Lists of one element that look much longer: a wrapper in each claims all that follows, up to many small elements.
+TEST(Decoder, TakesNoRoomForElementsThatListsOnlyClaim) {
+  constexpr uint32_t kLists = 2000;
+  const Bytes list = FromHex("30 80 A0 82 00 00 02 01 05 00 00");
+  Bytes input = FromHex("30 80");
+  for (uint32_t i = 0; i < kLists; ++i) {
+    const size_t claimed = (kLists - i) * list.size() - 6 + 2;
+    input += list;
+    input[input.size() - 7] = static_cast<uint8_t>(claimed >> 8);
+    input[input.size() - 6] = static_cast<uint8_t>(claimed);
+  }
+  input += FromHex("00 00") + Repeat(FromHex("05 00"), 2000);
+  const DecodeResult decoded = Decode(kListsOfExplicitIntegers, input);
+  ASSERT_EQ(0U, decoded.status);
+  const auto& lists = decoded.tree.As<Asn1List>();
+  ASSERT_EQ(kLists, lists.count);
+  size_t room = 0;
+  for (uint32_t i = 0; i < kLists; ++i) room += static_cast<const Asn1List*>(lists.items[i])->capacity;
+  EXPECT_LE(room, 2 * input.size());
+}
+
 TEST(Decoder, KeepsContentsWhateverTheirPlace) {
   // Contents at every alignment, small and large, in a list that outgrows its first array: the segmented string hides
   // how many elements follow.

@@ -48,6 +48,8 @@ inline constexpr auto kExplicitChoice = Explicit<0, kTestTime>;
 struct Values : ListOf<Asn1Value> {};
 inline constexpr auto kIntegers = SequenceOf<Values, kInteger>();
 inline constexpr auto kExplicitIntegers = SequenceOf<Values, kExplicitInteger>();
+struct ListsOfValues : ListOf<Values> {};
+inline constexpr auto kListsOfExplicitIntegers = SequenceOf<ListsOfValues, kExplicitIntegers>();
 inline constexpr auto kIntegerSet = SetOf<Values, kInteger>();
 inline constexpr auto kStrings = SequenceOf<Values, kOctetString>();
 inline constexpr auto kStringSet = SetOf<Values, kOctetString>();

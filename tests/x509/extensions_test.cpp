@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <string>
 
 #include "support/objects.h"
@@ -76,6 +77,45 @@ TEST(Extensions, AreAddedFoundAndRemoved) {
   EXPECT_EQ(0U, RemoveX509Extensions(slot));
   EXPECT_EQ(0U, ClearX509Extensions(slot));
   EXPECT_EQ(0U, SetX509ExtensionsSorted(slot, 1));
+}
+
+// As they are removed one by one, each removal followed by a step ahead.
+TEST(Extensions, RemovalPassesOverWhatFollows) {
+  for (const std::string runs : {"x", "xx", "xxx", "xxxx", "xaxx", "axxxxxa", "xxaxxxaxaax"}) {
+    OwnedSlot slot;
+    std::string left = runs;
+    for (size_t i = 0; i < runs.size(); ++i) {
+      EXPECT_EQ(0U, slot.Add(runs[i] == 'x' ? "2.5.29.15" : "2.5.29.14", {static_cast<uint8_t>(i)}));
+      left[i] = static_cast<char>(i);
+    }
+    for (size_t i = 0; i < left.size(); ++i) {
+      if (runs[static_cast<size_t>(left[i])] == 'x') left.erase(i, 1);
+    }
+    EXPECT_EQ(0U, slot.Remove("2.5.29.15"));
+    std::string values = slot.Values();
+    std::erase(values, ' ');
+    EXPECT_EQ(FromHex(values), ToBytes(left)) << runs;
+  }
+}
+
+// Removed one by one they would take hundreds of times as long as they take to be decoded.
+TEST(Extensions, HundredsOfThousandsAreRemovedAtOnce) {
+  constexpr uint32_t kCount = 400'000;
+  const Bytes extension = FromHex("30 09 06 03 55 1D 0E 04 02 01 01");
+  const auto size = static_cast<uint32_t>(kCount * extension.size());
+  Bytes octets = FromHex("30 84 00 00 00 00");
+  for (uint32_t octet = 0; octet < 4; ++octet) octets[5 - octet] = static_cast<uint8_t>(size >> 8 * octet);
+  octets += Repeat(extension, kCount);
+  X509ExtensionsSlot slot{};
+  const std::clock_t start = std::clock();
+  ASSERT_EQ(0U, DecodeX509Extensions(octets.data(), SizeOf(octets), &slot.list));
+  const std::clock_t decoded = std::clock();
+  EXPECT_EQ(0U, RemoveX509ExtensionsExtension2(&slot, Counted("2.5.29.14").data()));
+  EXPECT_LE(std::clock() - decoded, 20 * (decoded - start + 1));
+  uint32_t count = 0;
+  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(&slot, &count));
+  EXPECT_EQ(kCount / 2, count);
+  EXPECT_EQ(0U, RemoveX509Extensions(&slot));
 }
 
 TEST(Extensions, KeepTheirOrderAndLeaveFalseOut) {
