@@ -320,7 +320,8 @@ uint32_t TESSEL_CALL GetX509NameFromGeneralNames(const X509GeneralNames* names, 
     if (candidate == nullptr || candidate->index != kDirectoryName || candidate->value == nullptr) continue;
     const Octets encoding = ContentOf(*static_cast<const Asn1Value*>(candidate->value));
     if (encoding.empty()) continue;
-    if (Decode(kX509Name, encoding.data(), static_cast<uint32_t>(encoding.size()), name).Ok()) return Status();
+    Status status = Decode(kX509Name, encoding.data(), static_cast<uint32_t>(encoding.size()), name);
+    if (status.Ok() || status == TESSEL_OUT_OF_MEMORY) return status;
   }
   return Fail(TESSEL_NOT_FOUND);
 }
