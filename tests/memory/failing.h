@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <set>
 #include <string>
@@ -19,10 +21,11 @@ namespace test {
 
 // What a function does, as far as it decides about trying again and what a failure may leave.
 enum class Effect : uint8_t {
-  // Nothing, or it makes an object of its own. It is called again also after a success that did without the memory that
-  // failed, until nothing fails.
+  // It changes nothing, or makes an object of its own. It may do without the memory that failed, and is called again
+  // all
+  // the same.
   kReads,
-  // A success is final, with or without a failure.
+  // It must fail with the memory, and leave everything as it was.
   kChanges,
   // The same, and its header says that a failure can leave a part of the change.
   kCanStopHalfway,
@@ -77,21 +80,32 @@ class Caller {
     };
   }
 
+  // The capacity of a buffer, told anew before every try.
+  static constexpr uint32_t kCapacity = 100000;
+  static auto Capacity(uint32_t& length) {
+    return [&length] { return &(length = kCapacity); };
+  }
+
   // For a function that ends with a buffer and its length. The buffer is so large that encoders take memory for it. The
-  // result goes to the record.
+  // result, which is the same with and without that memory, is noted.
   template <class... Parameters, class... Arguments>
   Bytes Get(uint32_t (*function)(Parameters...), const Arguments&... arguments) {
     using Buffer = std::tuple_element_t<sizeof...(Arguments), std::tuple<Parameters...>>;
     Bytes buffer(kCapacity);
     uint32_t length = 0;
-    Read(function, arguments..., reinterpret_cast<Buffer>(buffer.data()), Capacity(length));
-    buffer.resize(length);
-    Note(buffer);
-    return buffer;
-  }
-  static constexpr uint32_t kCapacity = 100000;
-  static auto Capacity(uint32_t& length) {
-    return [&length] { return &(length = kCapacity); };
+    std::vector<Bytes> results;
+    const auto again = [&buffer, &length] {
+      std::ranges::fill(buffer, uint8_t{0xEE});
+      return &(length = kCapacity);
+    };
+    lookAtSuccess_ = [&] {
+      results.emplace_back(buffer.begin(), buffer.begin() + length);
+      EXPECT_EQ(results.front(), results.back());
+    };
+    Read(function, arguments..., reinterpret_cast<Buffer>(buffer.data()), again);
+    lookAtSuccess_ = nullptr;
+    Note(results.at(0));
+    return results.at(0);
   }
 
   // What the scenario comes to, to be compared with the same scenario without failures.
@@ -138,13 +152,17 @@ class Caller {
       if (!hasFailed) {
         EXPECT_TRUE(succeeded) << Called(reinterpret_cast<void*>(function)) << " gave " << result
                                << " without a failure";
+        if (lookAtSuccess_) lookAtSuccess_();
         return result;
       }
       NoteFailure(reinterpret_cast<void*>(function));
-      if (succeeded && effect != Effect::kReads) return result;
-      if (succeeded) continue;
+      if (succeeded && effect == Effect::kReads) {
+        if (lookAtSuccess_) lookAtSuccess_();
+        continue;
+      }
       SCOPED_TRACE(Called(reinterpret_cast<void*>(function)) + ", allocation " + std::to_string(n));
       ExpectOutOfMemory(result);
+      if (succeeded) return result;
       if (expectNull_) expectNull_();
       if (effect == Effect::kCanStopHalfway) continue;
       EXPECT_EQ(-taken_, left);
@@ -162,6 +180,7 @@ class Caller {
   const bool fails_;
   std::function<Bytes()> encode_;
   std::function<void()> expectNull_;
+  std::function<void()> lookAtSuccess_;
   int64_t taken_ = 0;
   std::vector<Bytes> results_;
 };

@@ -246,7 +246,7 @@ TEST(RefusedMemory, KeepsListsFromGrowing) {
   const OwnedCertificate owner(certificate);
   alignas(16) void* place[2] = {};
   // The largest capacity from which another follows, on 32 bits by the size of the array, and the one above.
-  for (const uint32_t count : {715827749U, 715827750U, 2863311396U, 2863311397U, UINT32_MAX - 1, UINT32_MAX}) {
+  for (const uint32_t count : {715827749U, 715827750U, 2863311397U, 2863311398U, UINT32_MAX - 1, UINT32_MAX}) {
     SCOPED_TRACE(count);
     Asn1List list{count, place, count, nullptr, 1};
     auto* strings = reinterpret_cast<OctetStrings*>(&list);
