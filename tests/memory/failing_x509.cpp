@@ -171,6 +171,7 @@ void AlgorithmValues(Caller& caller) {
         return reinterpret_cast<void**>(&identifier);
       },
       1);
+  // As for those of certificates above.
   caller.ChangeInSteps(SetAlgorithmGostR34102001AndParameters, identifier, 102, 1, 1, 1, 2);
   caller.Get(GetAsn1EncodedValue, identifier, &AlgorithmIdentifierItem);
   FreeAsn1Object(&AlgorithmIdentifierItem, identifier);
