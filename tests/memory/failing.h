@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <ostream>
 #include <set>
 #include <string>
 #include <tuple>
@@ -189,6 +190,9 @@ struct Scenario {
   const char* name;
   void (*run)(Caller& caller);
 };
+// How GoogleTest shows it.
+inline void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+
 // In the files of the scenarios.
 const std::vector<Scenario>& EngineScenarios();
 const std::vector<Scenario>& X509Scenarios();
