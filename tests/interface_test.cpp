@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,18 +10,12 @@
 #include <string>
 #include <string_view>
 
+#include "support/host.h"
+
 namespace {
 
 using Names = std::set<std::string>;
-
-std::string OutputOf(const std::string& command) {
-  std::string output;
-  FILE* pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return output;
-  char part[4096];
-  while (std::fgets(part, sizeof part, pipe) != nullptr) output += part;
-  return pclose(pipe) == 0 ? output : std::string();
-}
+using test::OutputOf;
 
 Names Lines(std::istream&& text) {
   Names names;

@@ -145,7 +145,8 @@ TESSEL_API uint32_t TESSEL_CALL SetCertificatePublicKeyAlgorithmIdAndParameters(
                                                                                 uint32_t parametersSize);
 
 /* GetCertificateSignatureAlgorithmOidAndParameters: the algorithm in the to-be-signed part (algorithms.h).
- * SetCertificateSignatureAlgorithmOidAndParameters: sets it there and beside the signature. */
+ * SetCertificateSignatureAlgorithmOidAndParameters: sets it there and then beside the signature. When memory does not
+ * suffice, the first can be the new one and the second the old one. */
 TESSEL_API uint32_t TESSEL_CALL GetCertificateSignatureAlgorithmOidAndParameters(const Certificate* certificate,
                                                                                  uint8_t* oid, uint32_t* oidLength,
                                                                                  uint8_t* parameters,
@@ -165,7 +166,7 @@ TESSEL_API uint32_t TESSEL_CALL SetCertificateSignature(Certificate* certificate
 
 /* SetCertificateGostR34102001SignatureAlgorithmID: sets the signature algorithm by its number (oid.h), in the
  * to-be-signed part first and then beside the signature, with parameters NULL when `mode` is 0 and without when it is
- * 0xFF; another is TESSEL_INVALID_ARGUMENT.
+ * 0xFF; another is TESSEL_INVALID_ARGUMENT. When memory does not suffice, only the first may have been set.
  * SetCertificateGostR34102001SignatureAlgorithmIDAndParameters: the same with all modes and parameter sets of
  * SetAlgorithmGostR34102001AndParameters.
  * SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters: the algorithm of the subject's public key. */

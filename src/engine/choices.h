@@ -15,7 +15,7 @@ Status ClearChoice(const Asn1Item& item, Asn1Choice& choice);
 // Releases what was chosen and takes `value`, a node of the alternative at `index`.
 Status SetChoice(const Asn1Item& item, Asn1Choice& choice, uint32_t index, void* value);
 
-// How an open value's element begins.
+// How an open value's element begins. The number is below 2^31.
 struct ElementTag {
   uint8_t tagClass;
   uint8_t constructed;

@@ -348,8 +348,11 @@ Status EncodeTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t&
   uint64_t needed = 0;
   const bool isKnown = WriteUnmeasured(plan, node, place, needed);
   if (isKnown && needed <= place.size()) return Deliver(place.last(static_cast<size_t>(needed)), buffer, &length);
-  length = static_cast<uint32_t>(needed);
-  if (Status status = isKnown ? Status() : MeasureTree(plan, node, length); status.Failed()) return status;
+  if (isKnown) {
+    length = static_cast<uint32_t>(needed);
+  } else if (Status status = MeasureTree(plan, node, length); status.Failed()) {
+    return status;
+  }
   return capacity < length ? Fail(TESSEL_BUFFER_TOO_SMALL) : WriteTree(plan, node, buffer, length);
 }
 

@@ -121,7 +121,8 @@ uint32_t TESSEL_CALL ConvertAnsiToUTF8(const char* text, char* buffer, uint32_t*
   if (text == nullptr || buffer == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const uint32_t capacity = *length;
   const std::string_view ansi(text);
-  *length = static_cast<uint32_t>(2 * (ansi.size() + kSpareOctets));
+  const uint64_t suggestion = 2 * (uint64_t{ansi.size()} + kSpareOctets);
+  *length = static_cast<uint32_t>(std::min<uint64_t>(suggestion, UINT32_MAX));
   if (capacity == 0) return Fail(TESSEL_BUFFER_TOO_SMALL);
   uint32_t written = 0;
   for (const char c : ansi) {

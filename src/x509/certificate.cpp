@@ -298,8 +298,9 @@ uint32_t TESSEL_CALL SetCertificateGostR34102001PublicKey(Certificate* certifica
   std::array<uint8_t, 256> wrapped;
   uint32_t length = wrapped.size();
   Status status = Encode(kOctetString, &octets, wrapped.data(), &length);
-  if (status == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
-  return status.Failed() ? status : SetBits(kCertificatePublicKey.In(certificate), wrapped.data(), length);
+  // Nothing else can be wrong with it.
+  if (status.Failed()) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
+  return SetBits(kCertificatePublicKey.In(certificate), wrapped.data(), length);
 }
 
 uint32_t TESSEL_CALL GetCertificatePublicKeyGostR3410(const Certificate* certificate, uint8_t* buffer,
@@ -349,8 +350,11 @@ uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* c
   if (uri == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Slot<X509Extensions> extensions = kCertificateExtensions.In(certificate);
   if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+  // A text can have more octets than a node can tell.
+  const size_t size = std::strlen(uri);
+  if (size > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
 
-  Asn1Value text = Borrow(TESSEL_KIND_IA5_STRING, {reinterpret_cast<const uint8_t*>(uri), std::strlen(uri)});
+  Asn1Value text = Borrow(TESSEL_KIND_IA5_STRING, {reinterpret_cast<const uint8_t*>(uri), size});
   X509GeneralName generalName{{kUniformResourceIdentifier, &text}};
   BorrowedList<X509GeneralNames> fullName(&generalName);
   DistributionPointName name{{kFullName, fullName.Node()}};

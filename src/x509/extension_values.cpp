@@ -73,7 +73,7 @@ Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, OwnedT
   Status status = Decode(kIssuingDistributionPoint, data, size, point.Out());
   if (status != TESSEL_INVALID_CONTENT) return status;
   Status withReasons = Decode(kIssuingDistributionPointWithReasons, data, size, point.Out());
-  return withReasons.Ok() ? withReasons : status;
+  return withReasons.Ok() || withReasons == TESSEL_OUT_OF_MEMORY ? withReasons : status;
 }
 
 void TellFlag(const Asn1Value* field, uint8_t* flag, uint32_t* present) {

@@ -48,19 +48,21 @@ Status ReplaceValue(const Slot<X509Extensions>& extensions, const CountedOid& oi
 }
 
 // As GetCertificateSubjectKeyIdentifier.
-Status ReadKeyIdentifier(const Certificate* certificate, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status ReadKeyIdentifier(const Certificate* certificate, TesselStatus tooLarge, uint8_t* buffer, uint32_t* length,
+                         Site at = {}) {
   Octets value;
-  Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, TESSEL_OUT_OF_MEMORY, value, at);
+  Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, tooLarge, value, at);
   return status.Failed() ? status : DecodeContent(kOctetString, value, buffer, length, at);
 }
 
-// A key identifier of a size that this file reads itself.
+// A key identifier of a size that this file reads itself. TESSEL_INTERNAL_BUFFER_TOO_SMALL: it is longer.
 struct KeyIdentifier {
   std::array<uint8_t, 32> octets;
   uint32_t length = static_cast<uint32_t>(octets.size());
 
   Status Read(const Certificate* certificate, Site at = {}) {
-    return ReadKeyIdentifier(certificate, octets.data(), &length, at);
+    Status status = ReadKeyIdentifier(certificate, TESSEL_INTERNAL_BUFFER_TOO_SMALL, octets.data(), &length, at);
+    return status == TESSEL_BUFFER_TOO_SMALL ? Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL, at) : status;
   }
   [[nodiscard]] Octets Get() const { return Octets(octets).first(length); }
 };
@@ -72,7 +74,7 @@ bool IsGiven(const uint8_t* octets, uint32_t size) { return octets != nullptr &&
 
 uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certificate* certificate, uint8_t* buffer,
                                                         uint32_t* length) {
-  return ReadKeyIdentifier(certificate, buffer, length);
+  return ReadKeyIdentifier(certificate, TESSEL_OUT_OF_MEMORY, buffer, length);
 }
 
 uint32_t TESSEL_CALL SetCertificateSubjectKeyIdentifier(Certificate* certificate) {
@@ -136,7 +138,10 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier2(Certificate* certific
 uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certificate, const Certificate* issuer) {
   if (certificate == nullptr || issuer == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   KeyIdentifier key;
-  if (key.Read(issuer).Failed()) key.length = 0;
+  Status read = key.Read(issuer);
+  // Any other failure says that there is none to point to.
+  if (read == TESSEL_OUT_OF_MEMORY) return read;
+  if (read.Failed()) key.length = 0;
   Asn1Value* serial = nullptr;
   if (Status status = kCertificateSerialNumber.In(issuer).Load(serial); status.Failed()) return status;
   if (serial->length > kLargestSerialNumber) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
@@ -154,9 +159,7 @@ uint32_t TESSEL_CALL IsCertificateCorrespondToAuthKeyIdent(const Certificate* ce
   }
   if (pointsToKey) {
     KeyIdentifier key;
-    Status status = key.Read(certificate);
-    if (status == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
-    if (status.Failed()) return status;
+    if (Status status = key.Read(certificate); status.Failed()) return status;
     return std::ranges::equal(key.Get(), Octets(keyIdentifier, keyIdentifierSize)) ? Status() : Fail(TESSEL_DIFFERENT);
   }
   const Asn1Value* number = kCertificateSerialNumber.In(certificate).OrNull();

@@ -62,8 +62,9 @@ Status SetName(const Slot<NameChoice>& slot, const X509Name* name, Ownership own
 
 namespace {
 
-bool IsElementTag(uint8_t tagClass, uint8_t constructed) {
-  return (tagClass & ~kClassBits) == 0 && (constructed & ~kConstructedBit) == 0;
+// Whether an item can have the tag.
+bool IsElementTag(const ElementTag& tag) {
+  return (tag.tagClass & ~kClassBits) == 0 && (tag.constructed & ~kConstructedBit) == 0 && tag.number <= INT32_MAX;
 }
 
 Status AddRdn(X509Name& name) {
@@ -203,15 +204,14 @@ uint32_t TESSEL_CALL AddX509NameEntry(X509Name* name, const uint8_t* value, uint
 uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, uint32_t size, uint8_t tagClass,
                                          uint8_t constructed, uint32_t stringType, const uint8_t* oid,
                                          uint32_t newRdn) {
-  if (AnyNull(name, value, oid) || !IsElementTag(tagClass, constructed)) {
-    return Fail(TESSEL_INVALID_ARGUMENT);
-  }
+  const ElementTag tag{tagClass, constructed, stringType};
+  if (AnyNull(name, value, oid) || !IsElementTag(tag)) return Fail(TESSEL_INVALID_ARGUMENT);
   if (newRdn != 0) {
     if (Status status = AddRdn(*name); status.Failed()) return status;
   }
   RelativeDistinguishedName* last = nullptr;
   if (Status status = GetElement(name, name->count - 1, &last); status.Failed()) return status;
-  return AddAttribute(*last, oid, {tagClass, constructed, stringType}, {value, size});
+  return AddAttribute(*last, oid, tag, {value, size});
 }
 
 uint32_t TESSEL_CALL GetX509NameEntry(const X509Name* name, uint32_t rdn, uint32_t entry, uint8_t* buffer,
@@ -320,7 +320,8 @@ uint32_t TESSEL_CALL GetX509NameFromGeneralNames(const X509GeneralNames* names, 
     if (candidate == nullptr || candidate->index != kDirectoryName || candidate->value == nullptr) continue;
     const Octets encoding = ContentOf(*static_cast<const Asn1Value*>(candidate->value));
     if (encoding.empty()) continue;
-    if (Decode(kX509Name, encoding.data(), static_cast<uint32_t>(encoding.size()), name).Ok()) return Status();
+    Status status = Decode(kX509Name, encoding.data(), static_cast<uint32_t>(encoding.size()), name);
+    if (status.Ok() || status == TESSEL_OUT_OF_MEMORY) return status;
   }
   return Fail(TESSEL_NOT_FOUND);
 }

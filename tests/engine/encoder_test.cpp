@@ -139,19 +139,6 @@ TEST(Encoder, TellsTheFirstFailureInTheOrderOfTheTree) {
   EXPECT_EQ(TESSEL_ABSENT, Encode(item, node).status);
 }
 
-TEST(Encoder, RefusesLengthsBeyond32Bits) {
-  // A length without octets counts; the sum does not fit, although every part does.
-  Asn1Value huge{TESSEL_KIND_OCTET_STRING, 0xFFFFFFFF, nullptr};
-  uint32_t length = 0;
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, Asn1Encode(&huge, &kOctetString, nullptr, &length));
-  huge.length = 0xFFFFFFFF - 6;
-  EXPECT_EQ(TESSEL_OK, Asn1Encode(&huge, &kOctetString, nullptr, &length));
-  EXPECT_EQ(0xFFFFFFFF, length);
-  void* items[] = {&huge, &huge, &huge};
-  const Asn1List list{3, items, 3, nullptr, 1};
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, Asn1Encode(&list, &kStrings, nullptr, &length));
-}
-
 TEST(Encoder, ChecksArgumentsAndLeavesNothingForNothing) {
   uint32_t length = 9;
   uint8_t* block = nullptr;

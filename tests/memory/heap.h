@@ -1,4 +1,5 @@
-// Counts what a program takes from the heap: malloc and its kin are defined in heap.cpp, and so serve the library too.
+// Counts what a program takes from the heap, and refuses it: malloc and its kin are defined in heap.cpp, and so serve
+// the library too.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +18,26 @@ class HeapCount {
  private:
   uint64_t allocations_;
   int64_t held_;
+};
+
+// Lets one allocation fail: the n-th after it was made, or none when n is 0. Only one such object lives at a time.
+class FailingAllocation {
+ public:
+  explicit FailingAllocation(uint64_t n);
+  ~FailingAllocation();
+  FailingAllocation(const FailingAllocation&) = delete;
+  FailingAllocation& operator=(const FailingAllocation&) = delete;
+  // Whether there were as many.
+  [[nodiscard]] bool Happened() const;
+};
+
+// Lets all allocations above a size fail. Only one such object lives at a time.
+class LargestAllocation {
+ public:
+  explicit LargestAllocation(size_t size);
+  ~LargestAllocation();
+  LargestAllocation(const LargestAllocation&) = delete;
+  LargestAllocation& operator=(const LargestAllocation&) = delete;
 };
 
 }  // namespace test

@@ -32,6 +32,7 @@ class Owned {
   // For a function that makes the object, and for one that takes it.
   [[nodiscard]] Type** Out() { return &object_; }
   [[nodiscard]] Type* Release() { return std::exchange(object_, nullptr); }
+  void Reset() { release(Release()); }
 
  private:
   Type* object_ = nullptr;

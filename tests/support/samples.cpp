@@ -16,17 +16,18 @@ std::string ReadFile(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// The octets of a file, which are its first PEM block when it has one.
+Bytes ReadObject(const fs::path& path) {
+  const std::string content = ReadFile(path);
+  tool::PemReader reader(content);
+  tool::PemBlock block;
+  return reader.Next(block) ? block.octets : Bytes(content.begin(), content.end());
+}
+
 void AddFolder(std::vector<Sample>& samples, const fs::path& folder) {
   std::error_code missing;
   for (const auto& entry : fs::directory_iterator(folder, missing)) {
-    const std::string content = ReadFile(entry.path());
-    tool::PemReader reader(content);
-    tool::PemBlock block;
-    if (reader.Next(block)) {
-      samples.push_back({entry.path().string(), block.octets});
-    } else {
-      samples.push_back({entry.path().string(), Bytes(content.begin(), content.end())});
-    }
+    samples.push_back({entry.path().string(), ReadObject(entry.path())});
   }
 }
 
@@ -66,6 +67,8 @@ const std::vector<Sample>& Crls() {
   }();
   return samples;
 }
+
+Bytes ReadSample(const std::string& file) { return ReadObject(TESSEL_SOURCE_DIR "/samples/" + file); }
 
 Bytes MakeCrl(uint32_t entries) {
   const Bytes algorithm = FromHex("30 0D 06 09 2A 86 48 86 F7 0D 01 01 0B 05 00");

@@ -19,6 +19,9 @@ const std::vector<Sample>& Certificates();
 // The CRLs of the corpus; none when it is not there.
 const std::vector<Sample>& Crls();
 
+// The certificate of a file in the folder samples.
+Bytes ReadSample(const std::string& file);
+
 // A CRL with so many entries, each with a serial number of 16 octets, and every second with a reason. Its signature is
 // none.
 Bytes MakeCrl(uint32_t entries);

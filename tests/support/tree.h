@@ -12,7 +12,7 @@ namespace test {
 // Owns a tree of any type.
 class Tree {
  public:
-  explicit Tree(const Asn1Item& item) : item_(&item) {}
+  explicit Tree(const Asn1Item& item, void* root = nullptr) : item_(&item), root_(root) {}
   ~Tree() { FreeAsn1Object(item_, root_); }
   Tree(Tree&& other) noexcept : item_(other.item_), root_(std::exchange(other.root_, nullptr)) {}
   Tree(const Tree&) = delete;
@@ -22,6 +22,7 @@ class Tree {
   [[nodiscard]] const Asn1Item& Item() const { return *item_; }
   [[nodiscard]] void* Root() const { return root_; }
   [[nodiscard]] void** Out() { return &root_; }
+  void Reset() { FreeAsn1Object(item_, std::exchange(root_, nullptr)); }
   template <class Node>
   [[nodiscard]] Node& As() const {
     return *static_cast<Node*>(root_);
@@ -29,7 +30,7 @@ class Tree {
 
  private:
   const Asn1Item* item_;
-  void* root_ = nullptr;
+  void* root_;
 };
 
 struct DecodeResult {
