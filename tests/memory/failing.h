@@ -23,8 +23,7 @@ namespace test {
 // What a function does, as far as it decides about trying again and what a failure may leave.
 enum class Effect : uint8_t {
   // It changes nothing, or makes an object of its own. It may do without the memory that failed, and is called again
-  // all
-  // the same.
+  // all the same.
   kReads,
   // It must fail with the memory, and leave everything as it was.
   kChanges,
