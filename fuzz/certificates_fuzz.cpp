@@ -82,6 +82,7 @@ bool OnlyOpensslRefuses(uint32_t reason) {
     case ASN1_R_HEADER_TOO_LONG:
     // The same, or an EXPLICIT tag that is longer or shorter than what it holds.
     case ASN1_R_TOO_LONG:
+    case ASN1_R_TOO_SMALL:
     case ASN1_R_EXPLICIT_LENGTH_MISMATCH:
     // An object identifier with an arc that does not end, or begins with zeros: tessel keeps its octets.
     case ASN1_R_INVALID_OBJECT_ENCODING:
