@@ -103,7 +103,7 @@ void RunOpenValue(const Bytes& octets) {
   const auto value = Fetch([&](uint8_t* buffer, uint32_t* length) {
     return GetAsn1AnyValue(static_cast<const Asn1Any*>(node), buffer, length);
   });
-  Require(value == Bytes(octets.begin(), octets.begin() + consumed));
+  Require(value == Copied(Octets(octets).first(consumed)));
   Require(consumed == element.headerLength + element.contentLength);
   FreeAsn1Object(&kOpenValue, node);
 }
