@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,10 +46,9 @@ struct Seen {
   Bytes signature;
   std::vector<std::vector<Element>> extensions;
   std::map<Bytes, Bytes> values;  // of the first extension with an identifier
-  // Inside of the octets of extensions and key.
+  // Inside of the octets of extensions.
   std::optional<Element> subjectKeyIdentifier;
   std::optional<Element> authorityKeyIdentifier;
-  std::optional<Element> gostKey;
 };
 
 // All at once, for openssl takes longer to start than to read them.
@@ -68,11 +66,9 @@ std::vector<Seen> AskOpenssl() {
     inside += octets;
     places.push_back(&place);
   };
-  const std::set<Bytes> gost = {Counted("1.2.643.2.2.19"), Counted("1.2.643.7.1.1.1.1"), Counted("1.2.643.7.1.1.1.2")};
   for (Seen& seen : certificates) {
     lookInside(seen.values[Counted("2.5.29.14")], seen.subjectKeyIdentifier);
     lookInside(seen.values[Counted("2.5.29.35")], seen.authorityKeyIdentifier);
-    if (gost.contains(CountedOf(seen.keyAlgorithm[0]))) lookInside(seen.key, seen.gostKey);
   }
   const std::vector<Element> elements = openssl.Parse(inside);
   EXPECT_EQ(places.size(), elements.size());
@@ -221,30 +217,6 @@ void ExpectKeyIdentifiers(const Seen& seen, const Certificate* certificate) {
   if (issuer != nullptr) ExpectName(fields[0xA1].children.at(0).children.at(0), issuer);
 }
 
-void ExpectGostKey(const Seen& seen, const Certificate* certificate) {
-  static const std::map<Bytes, uint32_t> numbers = {
-      {Counted("1.2.643.2.2.35.1"), 1},    {Counted("1.2.643.2.2.35.2"), 2},     {Counted("1.2.643.2.2.36.0"), 4},
-      {Counted("1.2.643.7.1.2.1.1.1"), 9}, {Counted("1.2.643.7.1.2.1.2.1"), 10}, {Counted("1.2.643.7.1.2.1.2.2"), 11},
-      {Counted("1.2.643.2.2.30.1"), 1},    {Counted("1.2.643.7.1.1.2.2"), 3},    {Counted("1.2.643.7.1.1.2.3"), 4},
-      {Counted("1.2.643.2.2.31.1"), 1}};
-  uint32_t sets[3] = {};
-  const auto get = [&](auto... out) {
-    return GetCertificateDecodedPublicKeyGostR34102012(certificate, out..., &sets[0], &sets[1], &sets[2]);
-  };
-  uint32_t size = 0;
-  if (!seen.gostKey) {
-    EXPECT_NE(TESSEL_OK, get(nullptr, &size));
-    return;
-  }
-  EXPECT_EQ(seen.gostKey->content, Fetch(get));
-  EXPECT_EQ(seen.gostKey->content, FetchFrom(certificate, GetCertificatePublicKeyGostR3410));
-  const std::vector<Element>& parameters = seen.keyAlgorithm.at(1).children;
-  EXPECT_EQ(numbers.at(CountedOf(parameters.at(0))), sets[0]);
-  EXPECT_EQ(numbers.at(CountedOf(parameters.at(1))), sets[1]);
-  // By the DEFAULT of GOST R 34.10-2001, whatever the algorithm.
-  EXPECT_EQ(parameters.size() > 2 ? numbers.at(CountedOf(parameters[2])) : 1U, sets[2]);
-}
-
 TEST(RealCertificates, ReadAsOpensslSeesThem) {
   TESSEL_TEST_NEEDS_HOST();
   const std::vector<Sample>& samples = ::test::Certificates();
@@ -262,7 +234,6 @@ TEST(RealCertificates, ReadAsOpensslSeesThem) {
     ExpectMembers(seen[i], certificate);
     ExpectExtensions(seen[i], certificate);
     ExpectKeyIdentifiers(seen[i], certificate);
-    ExpectGostKey(seen[i], certificate);
   }
 }
 
