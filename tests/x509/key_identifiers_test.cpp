@@ -73,10 +73,8 @@ TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
   AddExtension(certificate, "2.5.29.14", OctetString(1024));
   uint32_t length = 0;
   EXPECT_EQ(0U, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
-  EXPECT_EQ(1020U, length);
-  const OwnedCertificate hollow = WithKey("A");
-  AddExtension(hollow, "2.5.29.14", {});
-  EXPECT_EQ(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
+            IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
   const OwnedCertificate large = WithKey("A");
   AddExtension(large, "2.5.29.14", OctetString(1025));
   AddExtension(large, "2.5.29.35", OctetString(1025));
@@ -84,8 +82,9 @@ TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
   OwnedGeneralNames names;
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
             GetCertificateAuthorityKeyIdentifier(large, nullptr, &length, names.Out(), nullptr, &length));
-  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
-            IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
+  const OwnedCertificate hollow = WithKey("A");
+  AddExtension(hollow, "2.5.29.14", {});
+  EXPECT_EQ(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
 }
 
 TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
@@ -121,10 +120,6 @@ TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
   EXPECT_EQ(TESSEL_DIFFERENT, matches(WithKey("Else"), {}, name, serial));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, matches(issuer, {}, nullptr, {}));
   EXPECT_EQ(TESSEL_NOT_FOUND, matches(certificate, key, nullptr, {}));
-  OwnedCertificate empty;
-  ASSERT_EQ(0U, CreateCertificate(empty.Out()));
-  EXPECT_EQ(TESSEL_INVALID_CONTENT, matches(empty, {}, name, serial));
-
   const Bytes wide(65, 1);
   EXPECT_EQ(0U, SetCertificateSerialNumber(issuer, wide.data(), 65));
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
@@ -138,20 +133,10 @@ TEST(AuthorityKeyIdentifier, OfValues) {
     return SetCertificateAuthorityKeyIdentifier2(certificate, kKey.data(), keySize, issuer, kKey.data(), serialSize);
   };
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, name, 0));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, nullptr, 2));
   EXPECT_EQ(0U, set(0, name, 1));
   EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ToHex(ExtensionOf(certificate, "2.5.29.35")));
   EXPECT_EQ(0U, set(2, nullptr, 0));
   EXPECT_EQ("30 04 80 02 00 01", ToHex(ExtensionOf(certificate, "2.5.29.35")));
-
-  OwnedName none;
-  uint32_t keyLength = 0;
-  uint32_t serialLength = 77;
-  EXPECT_EQ(
-      0U, GetCertificateAuthorityKeyIdentifier2(certificate, nullptr, &keyLength, none.Out(), nullptr, &serialLength));
-  EXPECT_EQ(nullptr, none.Get());
-  EXPECT_EQ(2U, keyLength);
-  EXPECT_EQ(0U, serialLength);
 }
 
 TEST(ArdekKeyIdentifier, IsATextInWindows1251) {
