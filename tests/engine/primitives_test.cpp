@@ -51,7 +51,7 @@ TEST(Primitives, IntegersAreLittleEndianAtTheInterface) {
                {65536, "02 03 01 00 00"}, {INT32_MIN, "02 04 80 00 00 00"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.number);
-    EXPECT_EQ(c.encoding, ToHex(Fetch([&](uint8_t* b, uint32_t* l) { return EncodeAsn1Int32(c.number, b, l); })));
+    EXPECT_EQ(c.encoding, ToHex(Fetch([&](auto... out) { return EncodeAsn1Int32(c.number, out...); })));
     const Bytes encoding = FromHex(c.encoding);
     int32_t number = 77;
     EXPECT_EQ(0U, DecodeAsn1Int32(encoding.data(), static_cast<uint32_t>(encoding.size()), &number));
@@ -110,9 +110,8 @@ TEST(Primitives, BooleansAreOneOctet) {
 TEST(Primitives, BitStringsTellTheirUnusedBits) {
   const Tree tree = Value(kBitString, "03 03 05 41 E0");
   uint8_t unused = 9;
-  EXPECT_EQ("41 E0", ToHex(Fetch([&](uint8_t* b, uint32_t* l) {
-              return GetAsn1BitString(&tree.As<Asn1BitString>(), &unused, b, l);
-            })));
+  EXPECT_EQ("41 E0",
+            ToHex(Fetch([&](auto... out) { return GetAsn1BitString(&tree.As<Asn1BitString>(), &unused, out...); })));
   EXPECT_EQ(5U, unused);
 }
 

@@ -43,9 +43,8 @@ std::string Encode(const std::string& octets, const char* label = nullptr) {
 template <class Function>
 std::string Decode(Function decode, const std::string& text) {
   const Guarded input(Bytes(text.begin(), text.end()));
-  return Written([&](uint8_t* buffer, uint32_t* length) {
-    return decode(reinterpret_cast<const char*>(input.Data()), input.Size(), buffer, length);
-  });
+  return Written(
+      [&](auto... out) { return decode(reinterpret_cast<const char*>(input.Data()), input.Size(), out...); });
 }
 
 TEST(Base64, IsThatOfCoreutilsAndIsDecodedAgain) {

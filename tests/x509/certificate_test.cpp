@@ -200,8 +200,8 @@ TEST(Certificate, ExtensionsInPlace) {
 
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "http://a/, b"));
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "c"));
-  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
-              return GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), buffer, size);
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63", ToHex(Fetch([&](auto... out) {
+              return GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), out...);
             })));
   EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &length));
   EXPECT_EQ(2U, length);

@@ -60,7 +60,7 @@ TEST(ExtensionValues, OfOneNode) {
   EXPECT_EQ(TESSEL_MALFORMED, DecodeExtensionReasonCode(empty.data(), 2, &reason));
 
   const OwnedTime time = TimeOf(2026, 11, 21);
-  const Bytes date = Fetch([&](uint8_t* b, uint32_t* l) { return EncodeExtensionInvalidityDate(time, b, l); });
+  const Bytes date = Fetch([&](auto... out) { return EncodeExtensionInvalidityDate(time, out...); });
   EXPECT_EQ(FromHex("18 0F") + ToBytes("20261121123059Z"), date);
 }
 
@@ -119,14 +119,12 @@ TEST(ExtensionValues, PrivateKeyUsagePeriod) {
   const OwnedTime first = TimeOf(1999, 1, 1);
   const OwnedTime second = TimeOf(1999, 1, 1);
   const OwnedTime untouched = TimeOf(1999, 1, 1);
-  const Bytes octets =
-      Fetch([&](uint8_t* b, uint32_t* l) { return EncodeExtensionPrivateKeyUsagePeriod(nullptr, end, b, l); });
+  const Bytes octets = Fetch([&](auto... out) { return EncodeExtensionPrivateKeyUsagePeriod(nullptr, end, out...); });
   EXPECT_EQ(FromHex("30 11 81 0F") + ToBytes("20261121123059Z"), octets);
   EXPECT_EQ(0U, DecodeExtensionPrivateKeyUsagePeriod(octets.data(), SizeOf(octets), first, second));
   EXPECT_EQ(0, CompareTime(first, untouched)) << "an absent field leaves its record";
   EXPECT_EQ(0, CompareTime(second, end));
-  const Bytes both =
-      Fetch([&](uint8_t* b, uint32_t* l) { return EncodeExtensionPrivateKeyUsagePeriod(start, end, b, l); });
+  const Bytes both = Fetch([&](auto... out) { return EncodeExtensionPrivateKeyUsagePeriod(start, end, out...); });
   EXPECT_EQ(0U, DecodeExtensionPrivateKeyUsagePeriod(both.data(), SizeOf(both), first, second));
   EXPECT_EQ(0, CompareTime(first, start));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionPrivateKeyUsagePeriod(both.data(), 0, first, second));
@@ -167,10 +165,10 @@ TEST(ExtensionValues, IssuingDistributionPoint) {
   OwnedName relative;
   ASSERT_EQ(0U, CreateX509Name(relative.Out()));
   const auto encode = [&](bool full, bool other, uint8_t userCerts, uint32_t reasons, uint8_t indirect) {
-    return Fetch([&](uint8_t* buffer, uint32_t* length) {
+    return Fetch([&](auto... out) {
       return EncodeExtensionIssuingDistributionPoint(full ? names.Get() : nullptr, other ? relative.Get() : nullptr,
                                                      userCerts, 1, 0xFF, 0, reasons, reasons != 0 ? 1 : 0, indirect,
-                                                     indirect, 0xFF, 1, buffer, length);
+                                                     indirect, 0xFF, 1, out...);
     });
   };
   // The full name goes first; the reasons are under [1], and read back with a TRUE [1] before them or without.

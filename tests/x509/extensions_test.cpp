@@ -59,8 +59,8 @@ TEST(Extensions, AreAddedFoundAndRemoved) {
   EXPECT_EQ("01 02! 03", slot.Values());
   EXPECT_EQ(0U, FindX509Extension(slot, Counted("2.5.29.15").data(), &index));
   EXPECT_EQ(1U, index);
-  EXPECT_EQ(Bytes{2}, Fetch([&](uint8_t* buffer, uint32_t* length) {
-              return GetX509ExtensionsExtensionValue(slot, Counted("2.5.29.15").data(), buffer, length);
+  EXPECT_EQ(Bytes{2}, Fetch([&](auto... out) {
+              return GetX509ExtensionsExtensionValue(slot, Counted("2.5.29.15").data(), out...);
             }));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveX509ExtensionsExtension(slot, 3));
   EXPECT_EQ(0U, RemoveX509ExtensionsExtension(slot, 0));

@@ -26,9 +26,7 @@ OwnedCertificate WithKey(const char* issuerName) {
 }
 
 Bytes ExtensionOf(const Certificate* certificate, const char* oid) {
-  return Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return GetCertificateExtensionValue(certificate, Counted(oid).data(), buffer, length);
-  });
+  return Fetch([&](auto... out) { return GetCertificateExtensionValue(certificate, Counted(oid).data(), out...); });
 }
 
 uint32_t ExtensionCount(Certificate* certificate) {

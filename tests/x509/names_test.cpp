@@ -173,8 +173,7 @@ TEST(GeneralNames, OfEveryAlternative) {
   uint32_t length = 0;
   for (uint32_t i = 0; i < std::size(cases); ++i) {
     const auto read = [&](X509GeneralNames* from) {
-      const Bytes value = Fetch(
-          [&](uint8_t* buffer, uint32_t* size) { return GetX509GeneralName(from, i, &alternative, buffer, size); });
+      const Bytes value = Fetch([&](auto... out) { return GetX509GeneralName(from, i, &alternative, out...); });
       EXPECT_EQ(cases[i].alternative, alternative);
       return ToHex(value);
     };
