@@ -163,10 +163,12 @@ TEST(Decoder, UnwrapsExplicitTags) {
       {kExplicitInteger, "A0 7F 02 01 05", 0, 5, "A0 03 02 01 05"},
       {kOptionalExplicitInteger, "A1 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "80 03 02 01 05", 0, 0, nullptr},
+      {kOptionalExplicitInteger, "20 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "A0 00", TESSEL_MALFORMED},
       {kOptionalExplicitInteger, "A0 03 04 01 05", TESSEL_MALFORMED},
       {kExplicitChoice, "A0 02 17 00", 0, 4, "A0 02 17 00"},
       {kUniversalExplicitList, "22 02 30 00", 0, 4, "22 02 30 00"},
+      {kUniversalExplicitList, "A2 02 30 00", 0, 0, nullptr},
       {kExplicitWithoutTag, "A0 03 02 01 05", TESSEL_INCONSISTENT_DESCRIPTOR},
   };
   for (const DecodeCase& c : cases) Check(c);

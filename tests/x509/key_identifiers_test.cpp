@@ -118,6 +118,10 @@ TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
   EXPECT_EQ(TESSEL_DIFFERENT, matches(WithKey("Else"), {}, name, serial));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, matches(issuer, {}, nullptr, {}));
   EXPECT_EQ(TESSEL_NOT_FOUND, matches(certificate, key, nullptr, {}));
+  OwnedCertificate empty;
+  ASSERT_EQ(0U, CreateCertificate(empty.Out()));
+  EXPECT_EQ(TESSEL_INVALID_CONTENT, matches(empty, {}, name, serial));
+
   const Bytes wide(65, 1);
   EXPECT_EQ(0U, SetCertificateSerialNumber(issuer, wide.data(), 65));
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
@@ -131,6 +135,7 @@ TEST(AuthorityKeyIdentifier, OfValues) {
     return SetCertificateAuthorityKeyIdentifier2(certificate, kKey.data(), keySize, issuer, kKey.data(), serialSize);
   };
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, name, 0));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, nullptr, 2));
   EXPECT_EQ(0U, set(0, name, 1));
   EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ToHex(ExtensionOf(certificate, "2.5.29.35")));
   EXPECT_EQ(0U, set(2, nullptr, 0));
