@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/damage.h"
 #include "support/objects.h"
 #include "support/octets.h"
 #include "support/samples.h"
@@ -53,6 +54,11 @@ TEST(Certificate, RealOnesSurviveTheRoundTrip) {
       EXPECT_EQ(ToHex(sample.octets), ToHex(octets));
     }
   }
+}
+
+TEST(Certificate, DamageIsSurvived) {
+  ExpectDamageIsSurvived<OwnedCertificate>(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate,
+                                           EncodeCertificate);
 }
 
 OwnedCertificate NewCertificate() {
