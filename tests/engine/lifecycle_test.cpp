@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "support/octets.h"
 #include "support/tree.h"
 #include "tessel/tessel.h"
@@ -80,6 +78,7 @@ TEST(Copy, IsDeepAndResetsSorting) {
   Tree copy(kStringSet);
   ASSERT_EQ(0U, Copy(kStringSet, set.tree.Root(), copy.Out()));
   EXPECT_EQ(1U, copy.As<Asn1List>().sorted);
+  EXPECT_EQ(3U, copy.As<Asn1List>().capacity);
   static_cast<Asn1Value*>(set.tree.As<Asn1List>().items[0])->data[0] = 9;
   copy.As<Asn1List>().sorted = 0;
   EXPECT_EQ("31 09 04 01 02 04 01 01 04 01 03", ToHex(Encode(kStringSet, copy.Root()).octets));

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "support/objects.h"
 #include "support/octets.h"
 #include "support/tree.h"

@@ -57,7 +57,7 @@ TEST(Oid, TextsAreReadLeniently) {
       {"1.50", "01 5A"},
       {"2.10", "01 5A"},
       {"1.2.3x", "02 2A 03"},
-      {"1.2. 3", "02 2A 03"},
+      {"1.2. +3", "02 2A 03"},
       {"1.2.007", "02 2A 07"},
       {"1.2.4294967295", "06 2A 8F FF FF FF 7F"},
       {"1.2.4294967299", "02 2A 03"},
@@ -117,6 +117,7 @@ TEST(Oid, DerIsReadAndWritten) {
       {"06 00", 0, "00"},
       {"06 03 55 04", TESSEL_MALFORMED, ""},
       {"86 03 55 04 03", TESSEL_MALFORMED, ""},
+      {"04 03 55 04 03", TESSEL_MALFORMED, ""},
       {"26 80 00 00", TESSEL_INDEFINITE_LENGTH, ""},
   };
   for (const auto& c : cases) {

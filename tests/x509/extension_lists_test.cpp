@@ -37,9 +37,9 @@ TEST(ExtendedKeyUsage, IsAListOfIdentifiers) {
   EXPECT_EQ("30 10 06 08 2B 06 01 05 05 07 03 01 06 04 55 1D 25 00", ToHex(octets));
   OwnedPurposes decoded;
   ASSERT_EQ(0U, DecodeExtensionExtendedKeyUsage(octets.data(), SizeOf(octets), decoded.Out()));
+  EXPECT_EQ(any, Fetch([&](auto... out) { return GetExtensionExtendedKeyUsage(decoded, 1, out...); }));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveExtensionExtendedKeyUsage(decoded, 2));
   EXPECT_EQ(0U, RemoveExtensionExtendedKeyUsage(decoded, 0));
-  EXPECT_EQ(any, Fetch([&](auto... out) { return GetExtensionExtendedKeyUsage(decoded, 0, out...); }));
   EXPECT_EQ(1U, CountOf<ExtensionExtendedKeyUsage>(GetExtensionExtendedKeyUsageCount, decoded));
 }
 
