@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -190,6 +191,27 @@ void ExpectKeyIdentifiers(const Seen& seen, const Certificate* certificate) {
   EXPECT_EQ(fields[0xA1].children.at(0).children.at(0).whole, FetchFrom<X509Name>(issuer, EncodeX509Name));
 }
 
+void ExpectGostSets(const Seen& seen, const Certificate* certificate) {
+  static const std::map<Bytes, uint32_t> numbers = {
+      {Counted("1.2.643.2.2.35.1"), 1},    {Counted("1.2.643.2.2.35.2"), 2},     {Counted("1.2.643.2.2.36.0"), 4},
+      {Counted("1.2.643.7.1.2.1.1.1"), 9}, {Counted("1.2.643.7.1.2.1.2.1"), 10}, {Counted("1.2.643.7.1.2.1.2.2"), 11},
+      {Counted("1.2.643.2.2.30.1"), 1},    {Counted("1.2.643.7.1.1.2.2"), 3},    {Counted("1.2.643.7.1.1.2.3"), 4},
+      {Counted("1.2.643.2.2.31.1"), 1}};
+  static const std::set<Bytes> gost = {Counted("1.2.643.2.2.19"), Counted("1.2.643.7.1.1.1.1"),
+                                       Counted("1.2.643.7.1.1.1.2")};
+  uint32_t sets[3] = {};
+  uint32_t length = 0;
+  const uint32_t status =
+      GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0], &sets[1], &sets[2]);
+  ASSERT_EQ(gost.contains(CountedOf(seen.keyAlgorithm[0])), status == TESSEL_OK);
+  if (status != TESSEL_OK) return;
+  const std::vector<Element>& parameters = seen.keyAlgorithm.at(1).children;
+  EXPECT_EQ(numbers.at(CountedOf(parameters.at(0))), sets[0]);
+  EXPECT_EQ(numbers.at(CountedOf(parameters.at(1))), sets[1]);
+  // By the DEFAULT of GOST R 34.10-2001, whatever the algorithm.
+  EXPECT_EQ(parameters.size() > 2 ? numbers.at(CountedOf(parameters[2])) : 1U, sets[2]);
+}
+
 TEST(RealCertificates, ReadAsOpensslSeesThem) {
   TESSEL_TEST_NEEDS_HOST();
   const std::vector<Sample>& samples = ::test::Certificates();
@@ -207,6 +229,7 @@ TEST(RealCertificates, ReadAsOpensslSeesThem) {
     ExpectMembers(seen[i], certificate);
     ExpectExtensions(seen[i], certificate);
     ExpectKeyIdentifiers(seen[i], certificate);
+    ExpectGostSets(seen[i], certificate);
   }
 }
 
