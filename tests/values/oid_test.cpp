@@ -167,10 +167,13 @@ TEST(Oid, TablesGoBothWays) {
     decltype(&GetNameAttributeTypeOid) get;
     decltype(&FindNameAttributeTypeIdByOid) find;
   } cases[] = {{1, "2.5.4.3", GetNameAttributeTypeOid, FindNameAttributeTypeIdByOid},
+               {11, "0.9.2342.19200300.100.1.25", GetNameAttributeTypeOid, FindNameAttributeTypeIdByOid},
                {19, "1.3.6.1.4.1.42.2.11.2.1", GetNameAttributeTypeOid, FindNameAttributeTypeIdByOid},
                {32, "1.2.643.100.1", GetNameAttributeTypeOid, FindNameAttributeTypeIdByOid},
                {1, "1.2.840.113549.1.1.1", GetPublicKeyAlgorithmOid, FindAlgIdByOid},
-               {3001, "1.2.643.7.1.1.1.2", GetPublicKeyAlgorithmOid, FindAlgIdByOid}};
+               {100, "1.2.643.2.2.3", GetPublicKeyAlgorithmOid, FindAlgIdByOid},
+               {3001, "1.2.643.7.1.1.1.2", GetPublicKeyAlgorithmOid, FindAlgIdByOid},
+               {3003, "1.2.643.7.1.1.3.3", GetPublicKeyAlgorithmOid, FindAlgIdByOid}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     const Bytes oid = FromText(c.text).oid;
