@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdlib>
@@ -112,21 +113,29 @@ TEST(TimeRecords, NullHandlesAreRefused) {
 
 TEST(TimeRecords, GettersWriteZerosWhenThereIsNothingToRead) {
   static const LibraryTime noMonth{};
-  const std::function<uint32_t(Pointers)> getters[] = {
-      [](Pointers o) { return GetLibraryTime(nullptr, o[0], o[1], o[2], o[3], o[4], o[5]); },
-      [](Pointers o) { return GetLibraryLocalTime(nullptr, o[0], o[1], o[2], o[3], o[4], o[5]); },
-      [](Pointers o) { return GetLibraryLocalTime(&noMonth, o[0], o[1], o[2], o[3], o[4], o[5]); }};
-  for (const auto& get : getters) {
+  static const LibraryPreciseTime tooLate{~0U, 12, 31, 0, 0, 0, 0, 0};
+  const std::pair<size_t, std::function<uint32_t(Pointers)>> getters[] = {
+      {3, [](Pointers o) { return GetAccuracy(nullptr, o[0], o[1], o[2]); }},
+      {6, [](Pointers o) { return GetLibraryTime(nullptr, o[0], o[1], o[2], o[3], o[4], o[5]); }},
+      {6, [](Pointers o) { return GetLibraryLocalTime(nullptr, o[0], o[1], o[2], o[3], o[4], o[5]); }},
+      {6, [](Pointers o) { return GetLibraryLocalTime(&noMonth, o[0], o[1], o[2], o[3], o[4], o[5]); }},
+      {8, [](Pointers o) {
+         return GetLibraryLocalPreciseTime(&tooLate, o[0], o[1], o[2], o[3], o[4], o[5], o[6], o[7]);
+       }}};
+  for (const auto& [count, get] : getters) {
     Fields read{};
+    read.fill(77);
+    Fields expected = read;
     Pointers outputs{};
-    for (size_t i = 0; i < 6; ++i) outputs[i] = &(read[i] = 77);
-    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, get(outputs));
-    EXPECT_EQ(Fields{}, read);
+    for (size_t i = 0; i < 8; ++i) outputs[i] = &read[i];
     // Without one of the outputs none is written.
-    outputs[5] = nullptr;
-    read[0] = 77;
+    outputs[count - 1] = nullptr;
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, get(outputs));
-    EXPECT_EQ(77U, read[0]);
+    EXPECT_EQ(expected, read);
+    outputs[count - 1] = &read[count - 1];
+    std::fill_n(expected.begin(), count, 0);
+    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, get(outputs));
+    EXPECT_EQ(expected, read);
   }
 }
 
