@@ -56,6 +56,18 @@ TEST(Certificate, RealOnesSurviveTheRoundTrip) {
   }
 }
 
+// The size that is asked for first must be that of the shorter header which is written.
+TEST(Certificate, LengthsInsideNeedNotBeMinimal) {
+  const Bytes& original = ::test::Certificates().front().octets;
+  ASSERT_EQ("30 82", ToHex({original[4], original[5]}));
+  const size_t size = original.size() - 4 + 1;
+  const Bytes headers{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size), 0x30, 0x83, 0x00};
+  const Bytes octets = headers + Bytes(original.begin() + 6, original.end());
+  OwnedCertificate certificate;
+  ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
+  EXPECT_EQ(original, FetchFrom<Certificate>(certificate, EncodeCertificate));
+}
+
 TEST(Certificate, DamageIsSurvived) {
   ExpectDamageIsSurvived<OwnedCertificate>(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate,
                                            EncodeCertificate);
