@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 #include "support/octets.h"
@@ -20,27 +19,20 @@ struct HeaderCase {
 
 TEST(Header, IsParsedAsDocumented) {
   const HeaderCase cases[] = {
-      {"02 01 05", true, 0, 0x00, 0x00, 2, 1, 0, 2},
       {"30 80 00 00", true, 0, 0x00, 0x20, 16, 2, 1, 2},
       {"30 80 00 00", false, 0, 0x00, 0x20, 16, 2, 7, 2},
       {"BF 81 00 03 01", true, 0, 0x80, 0x20, 128, 3, 0, 4},
-      {"5F 80 1F 00", true, 0, 0x40, 0x00, 31, 0, 0, 4},
       {"DF 90 80 80 80 01 00", true, 0, 0xC0, 0x00, 1, 0, 0, 7},
       {"04 84 00 00 00 01 41", true, 0, 0x00, 0x00, 4, 1, 0, 6},
       {"04 84 FF FF FF FF", true, 0, 0x00, 0x00, 4, 0xFFFFFFFF, 0, 6},
       // Content beyond the input: only without the indefinite flag.
       {"04 02 41", true, 0, 0x00, 0x00, 4, 2, 0, 2},
       {"04 02 41", false, TESSEL_MALFORMED},
-      {"04 84 FF FF FF FF 00", false, TESSEL_MALFORMED},
       {"04 01 41", false, 0, 0x00, 0x00, 4, 1, 7, 2},
       {"", true, TESSEL_MALFORMED},
-      {"02", true, TESSEL_MALFORMED},
       {"1F 81", true, TESSEL_MALFORMED},
-      {"1F 01", true, TESSEL_MALFORMED},
-      {"04 82 01", true, TESSEL_MALFORMED},
       {"04 84 00 00 00", true, TESSEL_MALFORMED},
       {"04 85 00 00 00 00 01 41", true, TESSEL_LENGTH_TOO_LARGE},
-      {"04 FF", true, TESSEL_LENGTH_TOO_LARGE},
   };
   for (const HeaderCase& c : cases) {
     SCOPED_TRACE(c.input);
@@ -95,36 +87,24 @@ TEST(Decoder, ReadsPrimitives) {
       {kInteger, "02 01 05", 0, 3, "02 01 05"},
       {kInteger, "02 01 05 FF FF", 0, 3, "02 01 05"},
       {kInteger, "02 02 00 80", 0, 4, "02 02 00 80"},
-      {kInteger, "02 02 FF 7F", 0, 4, "02 02 FF 7F"},
-      {kInteger, "02 81 01 05", 0, 4, "02 01 05"},
       {kInteger, "02 84 00 00 00 01 05", 0, 7, "02 01 05"},
       {kInteger, "02 02 00 7F", TESSEL_INVALID_CONTENT},
       {kInteger, "02 02 FF 80", TESSEL_INVALID_CONTENT},
       {kInteger, "02 00", TESSEL_INVALID_CONTENT},
       {kInteger, "", TESSEL_MALFORMED},
-      {kInteger, "02", TESSEL_MALFORMED},
-      {kInteger, "02 05 01 02", TESSEL_MALFORMED},
-      {kInteger, "02 84 00 00", TESSEL_MALFORMED},
       {kInteger, "02 84 FF FF FF FF 01", TESSEL_MALFORMED},
-      {kInteger, "02 85 00 00 00 00 01 05", TESSEL_LENGTH_TOO_LARGE},
       {kInteger, "02 80 05 00 00", TESSEL_INDEFINITE_LENGTH},
       {kInteger, "22 03 02 01 05", TESSEL_MALFORMED},
       {kInteger, "82 01 05", TESSEL_MALFORMED},
-      {kInteger, "0A 01 05", TESSEL_MALFORMED},
       {kOptionalInteger, "", 0, 0, nullptr},
       {kOptionalInteger, "04 01 05", 0, 0, nullptr},
-      {kOptionalInteger, "22 03 02 01 05", 0, 0, nullptr},
       {kOptionalInteger, "04", TESSEL_MALFORMED},
       {kOptionalInteger, "02 02 05", TESSEL_MALFORMED},
       {kBoolean, "01 01 FF", 0, 3, "01 01 FF"},
-      {kBoolean, "01 01 00", 0, 3, "01 01 00"},
       {kBoolean, "01 01 01", TESSEL_INVALID_CONTENT},
       {kBoolean, "01 02 00 00", TESSEL_INVALID_CONTENT},
-      {kBoolean, "01 00", TESSEL_INVALID_CONTENT},
       {kNull, "05 00", 0, 2, "05 00"},
       {kNull, "05 01 AA", 0, 3, "05 01 AA"},
-      {kEnumerated, "0A 02 00 01", 0, 4, "0A 02 00 01"},
-      {kOid, "06 03 55 04 03", 0, 5, "06 03 55 04 03"},
       {kOid, "06 00", 0, 2, "06 00"},
       {kUtcTime, "17 01 58", 0, 3, "17 01 58"},
       {kBitString, "03 01 00", 0, 3, "03 01 00"},
@@ -136,7 +116,6 @@ TEST(Decoder, ReadsPrimitives) {
       {kUnknownPrimitive, "07 00", TESSEL_UNSUPPORTED_KIND},
       {kUnknownConstructed, "27 00", TESSEL_INVALID_ARGUMENT},
       {kImplicitInteger, "81 01 05", 0, 3, "81 01 05"},
-      {kImplicitInteger, "02 01 05", TESSEL_MALFORMED},
       {kImplicitInteger, "A1 01 05", TESSEL_MALFORMED},
   };
   for (const DecodeCase& c : cases) Check(c);
@@ -144,9 +123,7 @@ TEST(Decoder, ReadsPrimitives) {
 
 TEST(Decoder, ReadsSegmentedStrings) {
   const DecodeCase cases[] = {
-      {kOctetString, "04 02 41 42", 0, 4, "04 02 41 42"},
       {kOctetString, "24 80 04 01 41 04 01 42 00 00", 0, 10, "04 02 41 42"},
-      {kOctetString, "24 80 00 00", 0, 4, "04 00"},
       {kOctetString, "24 80 04 00 A4 01 41 00 00", 0, 9, "04 01 41"},
       // Segments of segments are taken raw.
       {kOctetString, "24 80 24 03 04 01 41 00 00", 0, 9, "04 03 04 01 41"},
@@ -154,8 +131,6 @@ TEST(Decoder, ReadsSegmentedStrings) {
       {kOctetString, "24 80 02 01 41 00 00", TESSEL_WRONG_SEGMENT},
       {kOctetString, "24 80 04 05 41 00 00", TESSEL_MALFORMED},
       {kOctetString, "24 80 04 01 41", TESSEL_MALFORMED},
-      {kOctetString, "24 80 04 01 41 00", TESSEL_MALFORMED},
-      {kOctetString, "24 80 24 80 04 01 41 00 00 00 00", TESSEL_MALFORMED},
       {kOctetString, "04 80 41 00 00", TESSEL_INDEFINITE_LENGTH},
   };
   for (const DecodeCase& c : cases) Check(c);
@@ -163,20 +138,13 @@ TEST(Decoder, ReadsSegmentedStrings) {
 
 TEST(Decoder, ReadsOpenValues) {
   const DecodeCase cases[] = {
-      {kAny, "02 01 05 06", 0, 3, "02 01 05"},
       {kAny, "9F 1F 01 AA", 0, 4, "9F 1F 01 AA"},
-      {kAny, "30 80 02 01 01 00 00", 0, 7, "30 80 02 01 01 00 00"},
       {kAny, "30 80 30 80 00 00 04 02 00 00 00 00 99", 0, 12, "30 80 30 80 00 00 04 02 00 00 00 00"},
       {kAny, "02 02 05", TESSEL_MALFORMED},
       {kAny, "00 00", TESSEL_MALFORMED},
       {kOptionalAny, "00 00", 0, 0, nullptr},
-      {kTagZero, "00 01 41", 0, 3, "00 01 41"},
       {kTagZero, "00 00", TESSEL_MALFORMED},
       {kAny, "30 80 30 80 00 00", TESSEL_INDEFINITE_LENGTH},
-      {kAny, "30 80", TESSEL_INDEFINITE_LENGTH},
-      {kAny, "30 80 02", TESSEL_MALFORMED},
-      {kAny, "30 80 1F 81", TESSEL_MALFORMED},
-      {kAny, "30 80 02 82 01", TESSEL_MALFORMED},
       {kAny, "30 80 02 05 01 00 00", TESSEL_MALFORMED},
       {kAny, "30 80 02 85 00", TESSEL_LENGTH_TOO_LARGE},
   };
@@ -186,27 +154,21 @@ TEST(Decoder, ReadsOpenValues) {
 
 TEST(Decoder, UnwrapsExplicitTags) {
   const DecodeCase cases[] = {
-      {kExplicitInteger, "A0 03 02 01 05", 0, 5, "A0 03 02 01 05"},
       {kExplicitInteger, "A0 80 02 01 05 00 00", 0, 7, "A0 03 02 01 05"},
       {kExplicitInteger, "A0 80 02 01 05 01 01", TESSEL_INDEFINITE_LENGTH},
-      {kExplicitInteger, "A0 80 02 01 05 00", TESSEL_INDEFINITE_LENGTH},
       {kExplicitInteger, "A0 80 02 01 05", TESSEL_INDEFINITE_LENGTH},
       // A definite outer length is not compared with the element.
       {kExplicitInteger, "A0 01 02 01 05", 0, 5, "A0 03 02 01 05"},
       {kExplicitInteger, "A0 7F 02 01 05", 0, 5, "A0 03 02 01 05"},
-      {kExplicitInteger, "A1 03 02 01 05", TESSEL_MALFORMED},
       {kOptionalExplicitInteger, "A1 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "80 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "20 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "A0 00", TESSEL_MALFORMED},
-      {kOptionalExplicitInteger, "A0 80 00 00", TESSEL_MALFORMED},
       {kOptionalExplicitInteger, "A0 03 04 01 05", TESSEL_MALFORMED},
       {kExplicitChoice, "A0 02 17 00", 0, 4, "A0 02 17 00"},
-      {kExplicitAny, "A0 02 04 00", 0, 4, "A0 02 04 00"},
       {kUniversalExplicitList, "22 02 30 00", 0, 4, "22 02 30 00"},
       {kUniversalExplicitList, "A2 02 30 00", 0, 0, nullptr},
       {kExplicitWithoutTag, "A0 03 02 01 05", TESSEL_INCONSISTENT_DESCRIPTOR},
-      {kExplicitWithoutTag, "", TESSEL_MALFORMED},
   };
   for (const DecodeCase& c : cases) Check(c);
 }
@@ -214,11 +176,9 @@ TEST(Decoder, UnwrapsExplicitTags) {
 TEST(Decoder, ChoosesAlternatives) {
   const DecodeCase cases[] = {
       {kTestChoice, "02 01 05", 0, 3, "02 01 05"},
-      {kTestChoice, "81 01 05", 0, 3, "81 01 05"},
       {kTestChoice, "A2 03 02 01 05", 0, 5, "A2 03 02 01 05"},
       {kTestChoice, "30 02 05 00", 0, 4, "30 02 05 00"},
       {kTestChoice, "82 03 02 01 05", TESSEL_MALFORMED},
-      {kTestChoice, "A1 03 02 01 05", TESSEL_MALFORMED},
       {kTestChoice, "10 00", TESSEL_MALFORMED},
       // Nothing matches an open value by its kind: 129 and 0x7F would be BOOLEAN.
       {kTestChoice, "01 01 FF", TESSEL_MALFORMED},
@@ -240,23 +200,14 @@ TEST(Decoder, ReadsSequencesAndLists) {
       {kTestSequence, "30 0A 02 01 05 04 00 01 01 FF 05 00", 0, 12, "30 05 02 01 05 04 00"},
       {kTestSequence, "30 80 02 01 05 04 00 04 00 00 00", TESSEL_INDEFINITE_LENGTH},
       {kTestSequence, "30 80 02 01 05", TESSEL_INDEFINITE_LENGTH},
-      {kTestSequence, "30 80 02 01 05 00", TESSEL_MALFORMED},
       {kTestSequence, "30 05 02 01 05", TESSEL_MALFORMED},
-      {kTestSequence, "30 00", TESSEL_MALFORMED},
-      {kTestSequence, "30 03 02 02 05", TESSEL_MALFORMED},
-      {kTestSequence, "30 04 02 01 05 01", TESSEL_MALFORMED},
       {kTestSequence, "10 03 02 01 05", TESSEL_MALFORMED},
-      {kTestSequence, "31 03 02 01 05", TESSEL_MALFORMED},
       {kIntegers, "30 06 02 01 02 02 01 01", 0, 8, "30 06 02 01 02 02 01 01"},
       {kIntegers, "30 80 02 01 02 00 00", 0, 7, "30 03 02 01 02"},
-      {kIntegers, "30 00", 0, 2, "30 00"},
       {kIntegers, "30 80 02 01 02", TESSEL_MALFORMED},
-      {kIntegers, "30 80 02 01 02 00", TESSEL_MALFORMED},
       {kIntegers, "30 04 02 01 02 02", TESSEL_MALFORMED},
       {kIntegers, "30 05 02 01 02 04 00", TESSEL_MALFORMED},
-      {kIntegers, "30 05 02 01 02 00 00", TESSEL_MALFORMED},
       {kIntegerSet, "31 06 02 01 02 02 01 01", 0, 8, "31 06 02 01 01 02 01 02"},
-      {kOptionalIntegers, "30 03 02 01 02", 0, 5, "30 03 02 01 02"},
       // An OPTIONAL element that is absent would be absent for ever.
       {kOptionalIntegers, "30 02 04 00", TESSEL_MALFORMED},
       {kListWithoutElement, "30 00", TESSEL_INCONSISTENT_DESCRIPTOR},
@@ -303,16 +254,6 @@ TEST(Decoder, FillsInDefaults) {
   EXPECT_EQ(0U, value.data[0]);
 }
 
-TEST(Decoder, ChecksArguments) {
-  const uint8_t octets[] = {2, 1, 5};
-  void* object = nullptr;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1DecodeItem(nullptr, 3, &kInteger, &object, nullptr));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1DecodeItem(octets, 3, nullptr, &object, nullptr));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1DecodeItem(octets, 3, &kInteger, nullptr, nullptr));
-  EXPECT_EQ(TESSEL_OK, Asn1DecodeItem(octets, 3, &kInteger, &object, nullptr));
-  FreeAsn1Object(&kInteger, object);
-}
-
 TEST(Decoder, SurvivesAnyDepth) {
   const Bytes deep = Repeat(FromHex("30 80"), 10'000'000);
   EXPECT_EQ(TESSEL_INDEFINITE_LENGTH, Decode(kAny, deep).status);
@@ -347,28 +288,23 @@ TEST(Decoder, TakesNoRoomForElementsThatListsOnlyClaim) {
 TEST(Decoder, KeepsContentsWhateverTheirPlace) {
   // Contents at every alignment, small and large, in a list that outgrows its first array: the segmented string hides
   // how many elements follow.
-  for (const uint32_t size : {1U, 7U, 16U, 100U, 1023U, 1024U, 5000U, 70000U}) {
-    for (uint32_t shift = 0; shift < 17; ++shift) {
-      const Bytes pad = Bytes(shift, 0x55);
-      const Bytes content(size, static_cast<uint8_t>(shift));
-      const Bytes padding = FromHex("04") + Bytes{static_cast<uint8_t>(shift)} + pad;
-      const Bytes value =
-          FromHex("04 83") +
-          Bytes{static_cast<uint8_t>(size >> 16), static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)} +
-          content;
-      const Bytes segmented = FromHex("24 80 04 01 41 00 00");
-      const Bytes strings = padding + segmented + Repeat(value, 12);
-      const DecodeResult result = Decode(kStrings, FromHex("30 80") + strings + FromHex("00 00"));
+  const Bytes segmented = FromHex("24 80 04 01 41 00 00");
+  for (uint8_t shift = 0; shift < 17; ++shift) {
+    const Bytes padding = Bytes{4, shift} + Bytes(shift, 0x55);
+    const DecodeResult counted = Decode(kStrings, FromHex("30 80") + Repeat(padding, 17) + FromHex("00 00"));
+    EXPECT_EQ(17U, counted.tree.As<Asn1List>().capacity);
+    for (const uint32_t size : {1U, 7U, 16U, 100U, 1023U, 1024U, 5000U, 70000U}) {
+      const Bytes content(size, shift);
+      const Bytes header{4, 0x83, uint8_t(size >> 16), uint8_t(size >> 8), uint8_t(size)};
+      const DecodeResult result =
+          Decode(kStrings, FromHex("30 80") + padding + segmented + Repeat(header + content, 12) + FromHex("00 00"));
       ASSERT_EQ(0U, result.status);
       const auto& list = result.tree.As<Asn1List>();
       ASSERT_EQ(14U, list.count);
       EXPECT_EQ(215U, list.capacity);
-      const DecodeResult counted = Decode(kStrings, FromHex("30 80") + Repeat(padding, 17) + FromHex("00 00"));
-      EXPECT_EQ(17U, counted.tree.As<Asn1List>().capacity);
       for (uint32_t i = 2; i < list.count; ++i) {
         const auto& node = *static_cast<Asn1Value*>(list.items[i]);
-        ASSERT_EQ(size, node.length);
-        ASSERT_EQ(0, std::memcmp(content.data(), node.data, size));
+        ASSERT_EQ(content, Bytes(node.data, node.data + node.length));
       }
     }
   }

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "support/octets.h"
 #include "support/tree.h"
 #include "tessel/tessel.h"
@@ -19,25 +17,20 @@ TEST(Create, MakesWhatTheDescriptorRequires) {
   EXPECT_EQ(1U, tbs.version->length);
   EXPECT_EQ(0U, tbs.version->data[0]);
   EXPECT_NE(kZero.data, tbs.version->data);
-  EXPECT_EQ(nullptr, tbs.serialNumber);
-  EXPECT_EQ(nullptr, tbs.signature->algorithm);
-  EXPECT_EQ(nullptr, tbs.signature->parameters);
   ASSERT_NE(nullptr, tbs.issuer);
-  EXPECT_EQ(0U, tbs.issuer->index);
   EXPECT_EQ(nullptr, tbs.issuer->value);
-  EXPECT_EQ(nullptr, tbs.subjectPublicKeyInfo->subjectPublicKey);
-  EXPECT_EQ(nullptr, tbs.issuerUniqueID);
-  EXPECT_EQ(nullptr, tbs.extensions);
+  for (const void* absent : std::initializer_list<const void*>{tbs.serialNumber, tbs.signature->algorithm,
+                                                               tbs.issuerUniqueID, tbs.extensions}) {
+    EXPECT_EQ(nullptr, absent);
+  }
 
   Tree leafy(CertificateItem);
   ASSERT_EQ(0U, CreateAsn1Object(&CertificateItem, leafy.Out(), 1));
   const TbsCertificate& full = *leafy.As<Certificate>().tbsCertificate;
   ASSERT_NE(nullptr, full.serialNumber);
-  EXPECT_EQ(0U, full.serialNumber->tag);
   EXPECT_EQ(nullptr, full.serialNumber->data);
   EXPECT_NE(nullptr, full.signature->algorithm);
   EXPECT_NE(nullptr, full.subjectPublicKeyInfo->subjectPublicKey);
-  EXPECT_EQ(nullptr, full.extensions);
 }
 
 TEST(Create, KnowsEveryKind) {
@@ -59,8 +52,6 @@ TEST(Create, KnowsEveryKind) {
   void* object = &mark;
   EXPECT_EQ(TESSEL_OK, CreateAsn1Object(&kOptionalInteger, &object, 1));
   EXPECT_EQ(nullptr, object);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateAsn1Object(nullptr, &object, 1));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateAsn1Object(&kInteger, nullptr, 1));
 
   // A failing member releases what was made.
   const Asn1Item* members[] = {&kTestSequence, &kUnknownPrimitive};
@@ -79,7 +70,6 @@ TEST(Create, MakesOptionalSequencesOnRequest) {
   void* object = nullptr;
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kTestSequence, &object, 1));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kOptionalInteger, &object, 1));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kOptionalSequence, nullptr, 1));
 }
 
 TEST(Copy, IsDeepAndResetsSorting) {
@@ -89,8 +79,7 @@ TEST(Copy, IsDeepAndResetsSorting) {
   ASSERT_EQ(0U, Copy(kStringSet, set.tree.Root(), copy.Out()));
   EXPECT_EQ(1U, copy.As<Asn1List>().sorted);
   EXPECT_EQ(3U, copy.As<Asn1List>().capacity);
-  auto& original = *static_cast<Asn1Value*>(set.tree.As<Asn1List>().items[0]);
-  original.data[0] = 9;
+  static_cast<Asn1Value*>(set.tree.As<Asn1List>().items[0])->data[0] = 9;
   copy.As<Asn1List>().sorted = 0;
   EXPECT_EQ("31 09 04 01 02 04 01 01 04 01 03", ToHex(Encode(kStringSet, copy.Root()).octets));
 
@@ -110,7 +99,6 @@ TEST(Copy, ReportsWhatItCannotCopy) {
   EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, Copy(kTestChoice, &wrong, &copy));
 
   // A failure inside releases the rest: the second element of the list is a NULL.
-  struct Nulls : ListOf<Asn1Choice> {};
   static constexpr auto kNullOrInteger = Choice<TestChoice, kInteger, kNull>();
   static constexpr auto kMixed = SequenceOf<ListOf<TestChoice>, kNullOrInteger>();
   const DecodeResult mixed = Decode(kMixed, FromHex("30 05 02 01 05 05 00"));
@@ -129,13 +117,9 @@ TEST(Compare, FollowsTheSupportMatrix) {
   } cases[] = {
       {kInteger, "02 01 05", "02 01 05", 0, 1},
       {kInteger, "02 01 05", "02 02 05 00", 0, 0},
-      {kInteger, "02 02 05 00", "02 02 05 01", 0, 0},
-      {kOctetString, "04 00", "04 00", 0, 1},
       {kOctetString, "04 00", "04 01 00", 0, 0},
-      {kOid, "06 03 55 04 03", "06 03 55 04 04", 0, 0},
       {kBitString, "03 02 04 F0", "03 02 04 F0", 0, 1},
       {kBitString, "03 02 04 F0", "03 02 03 F0", 0, 0},
-      {kIntegers, "30 00", "30 00", 0, 1},
       {kIntegers, "30 03 02 01 01", "30 06 02 01 01 02 01 01", 0, 0},
       {kIntegerSet, "31 06 02 01 01 02 01 02", "31 06 02 01 02 02 01 01", 0, 0},
       {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 00", 0, 1},
@@ -162,8 +146,6 @@ TEST(Compare, FollowsTheSupportMatrix) {
   EXPECT_EQ(1U, equal);
   EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&kInteger, nullptr, &kZero, &equal));
   EXPECT_EQ(0U, equal);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CompareAsn1Objects(nullptr, nullptr, nullptr, &equal));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CompareAsn1Objects(&kInteger, nullptr, nullptr, nullptr));
 }
 
 TEST(Free, AcceptsNothing) {

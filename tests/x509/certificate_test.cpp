@@ -33,60 +33,39 @@ NotDer ExpectationOf(const Sample& sample) {
   return {"", TESSEL_OK, 0};
 }
 
-uint32_t HeaderLength(const Bytes& octets) {
-  uint8_t octet = 0;
-  uint32_t number = 0;
-  uint32_t length = 0;
-  EXPECT_EQ(0U, GetAsn1ObjectInfo(octets.data(), static_cast<uint32_t>(octets.size()), &octet, &octet, &number, &number,
-                                  nullptr, &length));
-  return length;
-}
-
 TEST(Certificate, RealOnesSurviveTheRoundTrip) {
   ASSERT_GT(::test::Certificates().size(), 100U) << "the package ca-certificates is not installed";
   for (const Sample& sample : ::test::Certificates()) {
     SCOPED_TRACE(sample.file);
     const NotDer expectation = ExpectationOf(sample);
-    Certificate* certificate = nullptr;
+    OwnedCertificate copy;
+    Bytes octets;
     {
       const Guarded input(sample.octets);
-      ASSERT_EQ(expectation.status, DecodeCertificate(input.Data(), input.Size(), &certificate));
+      OwnedCertificate certificate;
+      ASSERT_EQ(expectation.status, DecodeCertificate(input.Data(), input.Size(), certificate.Out()));
+      if (expectation.status != TESSEL_OK) continue;
+      octets = FetchFrom<Certificate>(certificate, EncodeCertificate);
+      ASSERT_EQ(0U, CreateCertificateCopy(certificate, copy.Out()));
     }
-    if (certificate == nullptr) continue;
-    Certificate* copy = nullptr;
-    ASSERT_EQ(0U, CreateCertificateCopy(certificate, &copy));
-    // The whole cannot be compared, for its CHOICEs; parts can.
-    uint32_t equal = 7;
-    EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, CompareAsn1Objects(&CertificateItem, certificate, copy, &equal));
-    EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&X509ExtensionsItem, certificate->tbsCertificate->extensions,
-                                            copy->tbsCertificate->extensions, &equal));
-    EXPECT_EQ(1U, equal);
-    const Bytes octets = FetchFrom<Certificate>(certificate, EncodeCertificate);
+    EXPECT_EQ(octets, FetchFrom<Certificate>(copy, EncodeCertificate));
+    EXPECT_EQ(sample.octets.size(), octets.size() + expectation.octetsLeftOut);
     if (expectation.octetsLeftOut == 0) {
       EXPECT_EQ(ToHex(sample.octets), ToHex(octets));
-    } else {
-      EXPECT_EQ(sample.octets.size(), octets.size() + expectation.octetsLeftOut);
     }
-    FreeCertificate(certificate);
-
-    EXPECT_EQ(octets, FetchFrom<Certificate>(copy, EncodeCertificate));
-    // The to-be-signed part is the first element inside.
-    const Bytes part = FetchFrom<Certificate>(copy, GetCertificateToBeSignedPart);
-    const uint32_t at = HeaderLength(octets);
-    ASSERT_LE(at + part.size(), octets.size());
-    EXPECT_TRUE(std::equal(part.begin(), part.end(), octets.begin() + at));
-    FreeCertificate(copy);
   }
 }
 
-TEST(Certificate, CutShortIsMalformedEverywhere) {
-  const Bytes octets = ::test::Certificates().front().octets;
-  for (size_t size = 0; size < octets.size(); ++size) {
-    const Guarded input(Bytes(octets.begin(), octets.begin() + static_cast<ptrdiff_t>(size)));
-    Certificate* certificate = nullptr;
-    ASSERT_EQ(TESSEL_MALFORMED, DecodeCertificate(input.Data(), input.Size(), &certificate)) << size;
-    ASSERT_EQ(nullptr, certificate);
-  }
+// The size that is asked for first must be that of the shorter header which is written.
+TEST(Certificate, LengthsInsideNeedNotBeMinimal) {
+  const Bytes& original = ::test::Certificates().front().octets;
+  ASSERT_EQ("30 82", ToHex({original[4], original[5]}));
+  const size_t size = original.size() - 4 + 1;
+  const Bytes headers{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size), 0x30, 0x83, 0x00};
+  const Bytes octets = headers + Bytes(original.begin() + 6, original.end());
+  OwnedCertificate certificate;
+  ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
+  EXPECT_EQ(original, FetchFrom<Certificate>(certificate, EncodeCertificate));
 }
 
 TEST(Certificate, DamageIsSurvived) {
@@ -94,25 +73,18 @@ TEST(Certificate, DamageIsSurvived) {
                                            EncodeCertificate);
 }
 
-TEST(Certificate, NewOnesAreIncomplete) {
-  Certificate* certificate = nullptr;
-  ASSERT_EQ(0U, CreateCertificate(&certificate));
-  uint32_t length = 0;
-  EXPECT_EQ(TESSEL_ABSENT, EncodeCertificate(certificate, nullptr, &length));
-  EXPECT_EQ(TESSEL_ABSENT, GetCertificateToBeSignedPart(certificate, nullptr, &length));
-  Certificate* copy = nullptr;
-  EXPECT_EQ(0U, CreateCertificateCopy(certificate, &copy));
-  FreeCertificate(copy);
-
-  const Certificate empty{};
-  EXPECT_EQ(TESSEL_ABSENT, GetCertificateToBeSignedPart(&empty, nullptr, &length));
-  FreeCertificate(certificate);
-}
-
 OwnedCertificate NewCertificate() {
   OwnedCertificate certificate;
   EXPECT_EQ(0U, CreateCertificate(certificate.Out()));
   return certificate;
+}
+
+TEST(Certificate, NewOnesAreIncomplete) {
+  const OwnedCertificate certificate = NewCertificate();
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_ABSENT, EncodeCertificate(certificate, nullptr, &length));
+  OwnedCertificate copy;
+  EXPECT_EQ(0U, CreateCertificateCopy(certificate, copy.Out()));
 }
 
 TEST(Certificate, VersionAndSerialNumber) {
@@ -137,7 +109,6 @@ TEST(Certificate, VersionAndSerialNumber) {
   EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, lent + 1, 2)) << "out of what it replaces";
   EXPECT_EQ("00 05", ToHex(FetchFrom<Certificate>(certificate, GetCertificateSerialNumber)));
   EXPECT_EQ(nullptr, ptr_GetCertificateSerialNumber(nullptr, &length));
-  EXPECT_EQ(nullptr, ptr_GetCertificateSerialNumber(certificate, nullptr));
 }
 
 TEST(Certificate, NamesAreLentCopiedAndTaken) {
@@ -149,10 +120,6 @@ TEST(Certificate, NamesAreLentCopiedAndTaken) {
   EXPECT_EQ(0U, count);
   const Bytes oid = Counted("2.5.4.3");
   EXPECT_EQ(0U, AddX509NameEntry(issuer, oid.data(), 4, 12, oid.data(), 1));
-  X509Name* again = nullptr;
-  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &again));
-  EXPECT_EQ(issuer, again);
-
   EXPECT_EQ(0U, SetCertificateSubject(certificate, issuer));
   X509Name* subject = nullptr;
   ASSERT_EQ(0U, GetCertificateSubject(certificate, &subject));
@@ -163,9 +130,9 @@ TEST(Certificate, NamesAreLentCopiedAndTaken) {
   ASSERT_EQ(0U, CreateX509Name(name.Out()));
   X509Name* const given = name.Release();
   EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0));
+  EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0)) << "which it has already";
   EXPECT_EQ(0U, GetCertificateSubject(certificate, &subject));
   EXPECT_EQ(given, subject);
-  EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0)) << "which it has already";
   EXPECT_EQ(0U, SetCertificateIssuer_i(certificate, subject, 1));
   EXPECT_EQ(0U, GetCertificateIssuer(certificate, &issuer));
   EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(issuer, subject)) << "both have no RDN";
@@ -173,45 +140,29 @@ TEST(Certificate, NamesAreLentCopiedAndTaken) {
 
 TEST(Certificate, TimesAreWrittenByTheirYear) {
   const OwnedCertificate certificate = NewCertificate();
-  const OwnedTime read = TimeOf(2000, 1, 1);
-  for (const auto& [year, index] : {std::pair{2049U, 0U}, {2050U, 1U}, {1950U, 0U}}) {
-    const OwnedTime time = TimeOf(year, 2, 3);
-    EXPECT_EQ(0U, SetCertificateValidNotBefore(certificate, time));
-    EXPECT_EQ(0U, SetCertificateValidNotAfter(certificate, time));
+  for (const auto& [year, index] : {std::pair{2049U, 0U}, {2050U, 1U}}) {
+    EXPECT_EQ(0U, SetCertificateValidNotAfter(certificate, TimeOf(year, 2, 3)));
     EXPECT_EQ(index, certificate->tbsCertificate->validity->notAfter->index);
-    EXPECT_EQ(0U, GetCertificateValidNotAfter(certificate, read));
-    EXPECT_EQ(0, CompareTime(read, time));
-    EXPECT_EQ(0U, GetCertificateValidNotBefore(certificate, read));
-    EXPECT_EQ(0, CompareTime(read, time));
   }
 }
 
-TEST(Certificate, BitStrings) {
+TEST(Certificate, UniqueIdsAreRemovedByNull) {
   const OwnedCertificate certificate = NewCertificate();
   const Bytes octets = FromHex("FF FF");
   uint32_t length = 0;
   uint8_t unused = 77;
   const auto read = [&](uint8_t* buffer, uint32_t* size) {
-    return GetCertificateSubjectUniqueId(certificate, buffer, size, &unused);
+    return GetCertificateIssuerUniqueId(certificate, buffer, size, &unused);
   };
-  EXPECT_EQ(TESSEL_ABSENT, read(nullptr, &length));
-  EXPECT_EQ(0U, SetCertificateSubjectUniqueId(certificate, octets.data(), 2, 3));
+  EXPECT_EQ(0U, SetCertificateIssuerUniqueId(certificate, octets.data(), 2, 3));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateIssuerUniqueId(certificate, octets.data(), 2, 8));
   EXPECT_EQ("FF F8", ToHex(Fetch(read)));
   EXPECT_EQ(3, unused);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateSubjectUniqueId(certificate, octets.data(), 2, 8));
-  EXPECT_EQ("FF F8", ToHex(Fetch(read)));
-  EXPECT_EQ(0U, SetCertificateSubjectUniqueId(certificate, nullptr, 2, 0));
+  EXPECT_EQ(0U, SetCertificateIssuerUniqueId(certificate, nullptr, 2, 0));
   EXPECT_EQ(TESSEL_ABSENT, read(nullptr, &length));
-  EXPECT_EQ(0U, SetCertificateIssuerUniqueId(certificate, octets.data(), 1, 0));
-  EXPECT_EQ("FF", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
-              return GetCertificateIssuerUniqueId(certificate, buffer, size, nullptr);
-            })));
-
+  EXPECT_EQ(0U, SetCertificateSubjectUniqueId(certificate, octets.data(), 1, 0));
+  EXPECT_EQ(0U, GetCertificateSubjectUniqueId(certificate, nullptr, &length, nullptr));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateSignature(certificate, nullptr, 2));
-  EXPECT_EQ(0U, SetCertificateSignature(certificate, octets.data(), 2));
-  EXPECT_EQ(octets, FetchFrom<Certificate>(certificate, GetCertificateSignature));
-  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, octets.data(), 2));
-  EXPECT_EQ(octets, FetchFrom<Certificate>(certificate, GetCertificatePublicKey));
 }
 
 TEST(Certificate, WithoutAToBeSignedPart) {
@@ -220,37 +171,24 @@ TEST(Certificate, WithoutAToBeSignedPart) {
   ASSERT_EQ(0U, SetCertificateSignature(whole, octets.data(), 2));
   Certificate part{nullptr, whole->signatureAlgorithm, whole->signatureValue};
   uint32_t length = 0;
-  uint8_t unused = 0;
-  X509Name* name = nullptr;
   X509ExtensionsSlot* slot = nullptr;
-  const OwnedTime time = TimeOf(2026, 11, 21);
-  const Bytes oid = Counted("2.5.29.15");
+  const Bytes oid = Counted("2.5.29.14");
+  // The signature stands beside it, but is not told either.
   EXPECT_EQ(TESSEL_ABSENT, GetCertificateSignature(&part, nullptr, &length));
   EXPECT_EQ(TESSEL_ABSENT, SetCertificateSignature(&part, octets.data(), 2));
-  EXPECT_EQ(TESSEL_ABSENT, SetCertificateVersion(&part, 1));
-  EXPECT_EQ(TESSEL_ABSENT, GetCertificateSerialNumber(&part, nullptr, &length));
-  EXPECT_EQ(TESSEL_ABSENT, GetCertificateSubject(&part, &name));
-  EXPECT_EQ(TESSEL_ABSENT, SetCertificateValidNotAfter(&part, time));
-  EXPECT_EQ(TESSEL_ABSENT, GetCertificateIssuerUniqueId(&part, nullptr, &length, &unused));
   EXPECT_EQ(TESSEL_ABSENT, SetCertificateSignatureAlgorithmOidAndParameters(&part, oid.data(), nullptr, 0));
   EXPECT_EQ(TESSEL_ABSENT, GetCertificateExtensions(&part, &slot));
   EXPECT_EQ(TESSEL_ABSENT, GetCertificateCN(&part, nullptr, &length));
-  EXPECT_EQ(TESSEL_ABSENT, SetCertificateSubjectKeyIdentifier(&part));
-  EXPECT_EQ(TESSEL_ABSENT, SetCertificateExtensionCrlDistributionPoints(&part, "u"));
   EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateExtensionValue(&part, oid.data(), nullptr, &length));
   EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateSubjectKeyIdentifier(&part, nullptr, &length));
 }
 
 TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
   const OwnedCertificate certificate = NewCertificate();
-  const auto parametersOf = [](const AlgorithmIdentifier* algorithm) {
-    return algorithm->parameters == nullptr ? 0 : algorithm->parameters->length;
-  };
   const auto expectBoth = [&](const char* oid, uint32_t parametersLength) {
-    const AlgorithmIdentifier* const both[] = {certificate->tbsCertificate->signature, certificate->signatureAlgorithm};
-    for (const AlgorithmIdentifier* each : both) {
+    for (const AlgorithmIdentifier* each : {certificate->tbsCertificate->signature, certificate->signatureAlgorithm}) {
       EXPECT_EQ(1U, IsOidAndAsn1ObjectIdentifierEquals(Counted(oid).data(), each->algorithm));
-      EXPECT_EQ(parametersLength, parametersOf(each));
+      EXPECT_EQ(parametersLength, GetAsn1ValueLength(each->parameters));
     }
   };
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateGostR34102001SignatureAlgorithmID(certificate, 100, 1));
@@ -261,9 +199,6 @@ TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
   expectBoth("1.2.643.7.1.1.3.2", 0);
   EXPECT_EQ(0U, SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(certificate, 100, 1, 1, 1, 1));
   expectBoth("1.2.643.2.2.3", 20);
-  const Bytes null = FromHex("05 00");
-  EXPECT_EQ(0U, SetCertificateSignatureAlgorithmOidAndParameters(certificate, Counted("1.2.3").data(), null.data(), 2));
-  expectBoth("1.2.3", 2);
 }
 
 TEST(Certificate, ExtensionsInPlace) {
@@ -271,22 +206,18 @@ TEST(Certificate, ExtensionsInPlace) {
   X509ExtensionsSlot* slot = nullptr;
   ASSERT_EQ(0U, GetCertificateExtensions(certificate, &slot));
   const Bytes usage = Counted("2.5.29.15");
-  uint32_t length = 0;
-  EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateExtensionValue(certificate, usage.data(), nullptr, &length));
   EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, usage.data(), 1, usage.data(), 2));
-  EXPECT_EQ("03 55", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
-              return GetCertificateExtensionValue(certificate, usage.data(), buffer, size);
-            })));
   EXPECT_EQ(0U, SetCertificateExtensions(certificate, slot)) << "a copy of its own";
   const OwnedCertificate other = NewCertificate();
+  uint32_t length = 0;
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateExtensions(other, nullptr));
   EXPECT_EQ(0U, SetCertificateExtensions(other, slot));
   EXPECT_EQ(0U, GetCertificateExtensionValue(other, usage.data(), nullptr, &length));
 
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "http://a/, b"));
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "c"));
-  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63", ToHex(Fetch([&](uint8_t* buffer, uint32_t* size) {
-              return GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), buffer, size);
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63", ToHex(Fetch([&](auto... out) {
+              return GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), out...);
             })));
   EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &length));
   EXPECT_EQ(2U, length);
@@ -339,39 +270,29 @@ TEST(Certificates, AreAListThatOwnsItsElements) {
   ::Certificates* list = nullptr;
   ASSERT_EQ(0U, CreateCertificates(&list));
   Bytes all;
+  Certificate* lent = nullptr;
   for (uint32_t i = 0; i < 30; ++i) {
     const Sample& sample = ::test::Certificates()[i];
     Certificate* certificate = nullptr;
-    ASSERT_EQ(0U, DecodeCertificate(sample.octets.data(), static_cast<uint32_t>(sample.octets.size()), &certificate));
+    ASSERT_EQ(0U, DecodeCertificate(sample.octets.data(), SizeOf(sample.octets), &certificate));
     ASSERT_EQ(0U, AddCertificateToCertificates(list, certificate));
-    Certificate* lent = nullptr;
     ASSERT_EQ(0U, GetCertificatesCertificate(list, i, &lent));
     EXPECT_EQ(certificate, lent);
     all += sample.octets;
-    uint32_t count = 0;
-    EXPECT_EQ(0U, GetCertificatesCount(list, &count));
-    EXPECT_EQ(i + 1, count);
   }
-  Certificate* lent = nullptr;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetCertificatesCertificate(list, 30, &lent));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddCertificateToCertificates(list, nullptr));
-
-  const Bytes octets = FetchFrom<::Certificates>(list, EncodeCertificates);
+  ::Certificates* copy = nullptr;
+  ASSERT_EQ(0U, CreateCertificatesCopy(list, &copy));
+  FreeCertificates(list);
+  const Bytes octets = FetchFrom<::Certificates>(copy, EncodeCertificates);
   ASSERT_GE(octets.size(), all.size());
   EXPECT_TRUE(std::equal(all.rbegin(), all.rend(), octets.rbegin()));
-  ::Certificates* decoded = nullptr;
-  ASSERT_EQ(0U, DecodeCertificates(octets.data(), static_cast<uint32_t>(octets.size()), &decoded));
-  ::Certificates* copy = nullptr;
-  ASSERT_EQ(0U, CreateCertificatesCopy(decoded, &copy));
-  FreeCertificates(decoded);
-  EXPECT_EQ(octets, FetchFrom<::Certificates>(copy, EncodeCertificates));
 
   // An empty slot is told, and does not stand in the way of freeing.
   FreeCertificate(static_cast<Certificate*>(copy->items[3]));
   copy->items[3] = nullptr;
   EXPECT_EQ(TESSEL_ABSENT, GetCertificatesCertificate(copy, 3, &lent));
   FreeCertificates(copy);
-  FreeCertificates(list);
 }
 
 }  // namespace

@@ -30,17 +30,14 @@ OwnedGeneralNames NamesOf(const char* uri) {
 TEST(ExtendedKeyUsage, IsAListOfIdentifiers) {
   OwnedPurposes list;
   ASSERT_EQ(0U, CreateExtensionExtendedKeyUsage(list.Out()));
-  const Bytes serverAuth = Counted("1.3.6.1.5.5.7.3.1");
   const Bytes any = Counted("2.5.29.37.0");
-  EXPECT_EQ(0U, AddExtensionExtendedKeyUsage(list, serverAuth.data()));
+  EXPECT_EQ(0U, AddExtensionExtendedKeyUsage(list, Counted("1.3.6.1.5.5.7.3.1").data()));
   EXPECT_EQ(0U, AddExtensionExtendedKeyUsage(list, any.data()));
   const Bytes octets = FetchFrom<ExtensionExtendedKeyUsage>(list, EncodeExtensionExtendedKeyUsage);
   EXPECT_EQ("30 10 06 08 2B 06 01 05 05 07 03 01 06 04 55 1D 25 00", ToHex(octets));
   OwnedPurposes decoded;
   ASSERT_EQ(0U, DecodeExtensionExtendedKeyUsage(octets.data(), SizeOf(octets), decoded.Out()));
-  EXPECT_EQ(any, Fetch([&](uint8_t* b, uint32_t* l) { return GetExtensionExtendedKeyUsage(decoded, 1, b, l); }));
-  uint32_t length = 0;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetExtensionExtendedKeyUsage(decoded, 2, nullptr, &length));
+  EXPECT_EQ(any, Fetch([&](auto... out) { return GetExtensionExtendedKeyUsage(decoded, 1, out...); }));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveExtensionExtendedKeyUsage(decoded, 2));
   EXPECT_EQ(0U, RemoveExtensionExtendedKeyUsage(decoded, 0));
   EXPECT_EQ(1U, CountOf<ExtensionExtendedKeyUsage>(GetExtensionExtendedKeyUsageCount, decoded));
@@ -57,19 +54,12 @@ TEST(AuthorityInformationAccess, TakesItsNames) {
                      method.data(), given);
   EXPECT_EQ(0U, AddExtensionAuthorityInformationAccess(list, method.data(), location.Release()));
   X509GeneralName* lent = nullptr;
-  uint32_t length = 0;
-  EXPECT_EQ(0U, GetExtensionAuthorityInformationAccess(list, 0, nullptr, &length, &lent));
+  EXPECT_EQ(method, Fetch([&](auto... out) { return GetExtensionAuthorityInformationAccess(list, 0, out..., &lent); }));
   EXPECT_EQ(given, lent);
-  const Bytes octets = FetchFrom<ExtensionAuthorityInformationAccess>(list, EncodeExtensionAuthorityInformationAccess);
-  EXPECT_EQ("30 0F 30 0D 06 08 2B 06 01 05 05 07 30 01 86 01 75", ToHex(octets));
-  OwnedAccess decoded;
-  ASSERT_EQ(0U, DecodeExtensionAuthorityInformationAccess(octets.data(), SizeOf(octets), decoded.Out()));
-  EXPECT_EQ(method, Fetch([&](uint8_t* b, uint32_t* l) {
-              return GetExtensionAuthorityInformationAccess(decoded, 0, b, l, nullptr);
-            }));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetExtensionAuthorityInformationAccess(decoded, 1, nullptr, &length, &lent));
-  EXPECT_EQ(0U, RemoveExtensionAuthorityInformationAccess(decoded, 0));
-  EXPECT_EQ(0U, CountOf<ExtensionAuthorityInformationAccess>(GetExtensionAuthorityInformationAccessCount, decoded));
+  EXPECT_EQ("30 0F 30 0D 06 08 2B 06 01 05 05 07 30 01 86 01 75",
+            ToHex(FetchFrom<ExtensionAuthorityInformationAccess>(list, EncodeExtensionAuthorityInformationAccess)));
+  EXPECT_EQ(0U, RemoveExtensionAuthorityInformationAccess(list, 0));
+  EXPECT_EQ(0U, CountOf<ExtensionAuthorityInformationAccess>(GetExtensionAuthorityInformationAccessCount, list));
 }
 
 TEST(CrlDistributionPoints, HoldWhatTheyAreGiven) {
@@ -85,27 +75,17 @@ TEST(CrlDistributionPoints, HoldWhatTheyAreGiven) {
   const Bytes octets = FetchFrom<ExtensionCrlDistributionPoints>(list, EncodeExtensionCrlDistributionPoints);
   EXPECT_EQ("30 1F 30 10 A0 05 A0 03 86 01 61 81 02 05 60 A2 03 86 01 62 30 04 A0 02 A1 00 30 05 81 03 07 00 80",
             ToHex(octets));
-  OwnedPoints decoded;
-  ASSERT_EQ(0U, DecodeExtensionCrlDistributionPoints(octets.data(), SizeOf(octets), decoded.Out()));
-  ASSERT_EQ(3U, CountOf<ExtensionCrlDistributionPoints>(GetExtensionCrlDistributionPointsCount, decoded));
   X509GeneralNames* full = nullptr;
   X509Name* relative = nullptr;
   X509GeneralNames* issuer = nullptr;
   uint32_t reasons = 0;
   const auto get = [&](uint32_t index) {
-    return GetExtensionCrlDistributionPoint(decoded, index, &full, &relative, &reasons, &issuer);
+    return GetExtensionCrlDistributionPoint(list, index, &full, &relative, &reasons, &issuer);
   };
   ASSERT_EQ(0U, get(0));
-  EXPECT_TRUE(full != nullptr && relative == nullptr && issuer != nullptr);
-  EXPECT_EQ(0x60U, reasons);
-  EXPECT_EQ("30 03 86 01 62", ToHex(FetchFrom<X509GeneralNames>(issuer, EncodeX509GeneralNames)));
+  EXPECT_TRUE(full != nullptr && relative == nullptr && issuer != nullptr && reasons == 0x60);
   ASSERT_EQ(0U, get(1));
   EXPECT_TRUE(full == nullptr && relative != nullptr && issuer == nullptr && reasons == 0);
-  ASSERT_EQ(0U, get(2));
-  EXPECT_TRUE(full == nullptr && relative == nullptr && reasons == 0x8000);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, get(3));
-  EXPECT_EQ(0U, RemoveExtensionCrlDistributionPoint(decoded, 0));
-  EXPECT_EQ(2U, CountOf<ExtensionCrlDistributionPoints>(GetExtensionCrlDistributionPointsCount, decoded));
 }
 
 TEST(CertificatePolicies, WithQualifiers) {
@@ -113,23 +93,11 @@ TEST(CertificatePolicies, WithQualifiers) {
       "30 22 30 04 06 02 2A 03 30 1A 06 02 2A 04 30 14 30 08 06 03 2A 05 01 16 01 61 30 08 06 03 2A 05 02 16 01 62");
   OwnedPolicies list;
   ASSERT_EQ(0U, DecodeExtensionCertificatePolicies(octets.data(), SizeOf(octets), list.Out()));
-  EXPECT_EQ(octets, FetchFrom<ExtensionCertificatePolicies>(list, EncodeExtensionCertificatePolicies));
-  EXPECT_EQ("02 2A 04",
-            ToHex(Fetch([&](uint8_t* b, uint32_t* l) { return GetExtensionPolicyInformation(list, 1, b, l); })));
-  const auto countQualifiers = [&](uint32_t policy) {
-    uint32_t count = 77;
-    EXPECT_EQ(0U, GetExtensionPolicyQualifiersCount(list, policy, &count));
-    return count;
-  };
-  EXPECT_EQ(0U, countQualifiers(0));
-  EXPECT_EQ(2U, countQualifiers(1));
-
-  uint8_t id[8];
-  uint8_t qualifier[8];
+  EXPECT_EQ("02 2A 04", ToHex(Fetch([&](auto... out) { return GetExtensionPolicyInformation(list, 1, out...); })));
+  uint8_t id[4];
+  uint8_t qualifier[3];
   const auto get = [&](uint32_t policy, uint32_t index, uint32_t idCapacity, uint32_t capacity) {
-    const uint32_t status = GetExtensionPolicyQualifier(list, policy, index, id, &idCapacity, qualifier, &capacity);
-    EXPECT_TRUE(status == TESSEL_INVALID_ARGUMENT || idCapacity + capacity == 7);
-    return status;
+    return GetExtensionPolicyQualifier(list, policy, index, id, &idCapacity, qualifier, &capacity);
   };
   EXPECT_EQ(0U, get(1, 1, 4, 3));
   EXPECT_EQ("03 2A 05 02", ToHex(Bytes(id, id + 4)));
@@ -142,7 +110,11 @@ TEST(CertificatePolicies, WithQualifiers) {
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveExtensionPolicyQualifier(list, policy, index));
   }
   EXPECT_EQ(0U, RemoveExtensionPolicyQualifier(list, 1, 0));
-  EXPECT_EQ(1U, countQualifiers(1));
+  uint32_t count = 77;
+  EXPECT_EQ(0U, GetExtensionPolicyQualifiersCount(list, 1, &count));
+  EXPECT_EQ(1U, count);
+  EXPECT_EQ(0U, GetExtensionPolicyQualifiersCount(list, 0, &count));
+  EXPECT_EQ(0U, count);
   EXPECT_EQ(0U, RemoveExtensionPolicyInformation(list, 1));
   EXPECT_EQ(1U, CountOf<ExtensionCertificatePolicies>(GetExtensionPolicyInformationCount, list));
 }
@@ -159,9 +131,6 @@ TEST(CertificatePolicies, AnAddedQualifierReadsAsThePolicy) {
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionPolicyQualifier(list, 2, id.data(), qualifier.data(), 3));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionPolicyQualifier(list, 1, nullptr, qualifier.data(), 3));
   for (int i = 0; i < 12; ++i) EXPECT_EQ(0U, AddExtensionPolicyQualifier(list, 1, id.data(), qualifier.data(), 3));
-  uint32_t count = 0;
-  EXPECT_EQ(0U, GetExtensionPolicyQualifiersCount(list, 1, &count));
-  EXPECT_EQ(12U, count);
   uint8_t buffer[16];
   uint32_t idLength = 16;
   uint32_t length = 16;

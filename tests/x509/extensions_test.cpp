@@ -59,27 +59,23 @@ TEST(Extensions, AreAddedFoundAndRemoved) {
   EXPECT_EQ("01 02! 03", slot.Values());
   EXPECT_EQ(0U, FindX509Extension(slot, Counted("2.5.29.15").data(), &index));
   EXPECT_EQ(1U, index);
-  EXPECT_EQ(Bytes{2}, Fetch([&](uint8_t* buffer, uint32_t* length) {
-              return GetX509ExtensionsExtensionValue(slot, Counted("2.5.29.15").data(), buffer, length);
+  EXPECT_EQ(Bytes{2}, Fetch([&](auto... out) {
+              return GetX509ExtensionsExtensionValue(slot, Counted("2.5.29.15").data(), out...);
             }));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveX509ExtensionsExtension(slot, 3));
   EXPECT_EQ(0U, RemoveX509ExtensionsExtension(slot, 0));
   EXPECT_EQ("02! 03", slot.Values());
-  // What follows a removed extension is passed over.
-  EXPECT_EQ(0U, slot.Add("2.5.29.15", {4}));
-  EXPECT_EQ(0U, slot.Remove("2.5.29.15"));
-  EXPECT_EQ("03", slot.Values());
   EXPECT_EQ(0U, ClearX509Extensions(slot));
   EXPECT_EQ("", slot.Values());
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveX509ExtensionsExtension(slot, 0)) << "the list is still there";
   EXPECT_EQ(0U, RemoveX509Extensions(slot));
   EXPECT_EQ(TESSEL_ABSENT, RemoveX509ExtensionsExtension(slot, 0));
-  EXPECT_EQ(0U, RemoveX509Extensions(slot));
   EXPECT_EQ(0U, ClearX509Extensions(slot));
   EXPECT_EQ(0U, SetX509ExtensionsSorted(slot, 1));
 }
 
-// As they are removed one by one, each removal followed by a step ahead.
+// What follows a removed extension is passed over: as they are removed one by one, each removal followed by a step
+// ahead.
 TEST(Extensions, RemovalPassesOverWhatFollows) {
   for (const std::string runs : {"x", "xx", "xxx", "xxxx", "xaxx", "axxxxxa", "xxaxxxaxaax"}) {
     OwnedSlot slot;
@@ -150,29 +146,21 @@ TEST(Extensions, Alone) {
   EXPECT_EQ(0U, SetX509Extension(decoded, oid.data(), 0, value.data(), SizeOf(value)));
 
   uint32_t critical = 7;
-  uint8_t oidBuffer[8];
-  uint8_t buffer[8];
+  uint8_t oidBuffer[4];
+  uint8_t buffer[4];
   const auto get = [&](uint32_t oidCapacity, uint32_t capacity) {
-    const uint32_t status =
-        GetX509Extension(decoded, oidBuffer, &oidCapacity, &critical, capacity == 0 ? nullptr : buffer, &capacity);
-    EXPECT_EQ(4U, oidCapacity);
-    EXPECT_EQ(4U, capacity);
-    return status;
+    return GetX509Extension(decoded, oidBuffer, &oidCapacity, &critical, buffer, &capacity);
   };
   EXPECT_EQ(0U, get(4, 4));
   EXPECT_EQ(value, Bytes(buffer, buffer + 4));
   EXPECT_EQ(oid, Bytes(oidBuffer, oidBuffer + 4));
   EXPECT_EQ(0U, critical);
-  EXPECT_EQ(0U, get(4, 0));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(4, 3));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(3, 4));
 
-  uint32_t number = 8;
+  uint32_t number = 4;
   ExpectNullsRefused(GetX509Extension, static_cast<const X509Extension*>(decoded), Maybe<uint8_t*>{buffer}, &number,
                      &number, Maybe<uint8_t*>{buffer}, &number);
-  OwnedExtension none;
-  ExpectNullsRefused(CreateX509Extension, none.Out(), oid.data(), 0U, value.data(), 4U);
-  ExpectNullsRefused(SetX509Extension, static_cast<X509Extension*>(decoded), oid.data(), 0U, value.data(), 4U);
   X509ExtensionsSlot slot{};
   ExpectNullsRefused(AddX509ExtensionsExtension, &slot, oid.data(), 0U, value.data(), 4U);
   EXPECT_EQ(nullptr, slot.list) << "no list is made in vain";

@@ -26,9 +26,7 @@ OwnedCertificate WithKey(const char* issuerName) {
 }
 
 Bytes ExtensionOf(const Certificate* certificate, const char* oid) {
-  return Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return GetCertificateExtensionValue(certificate, Counted(oid).data(), buffer, length);
-  });
+  return Fetch([&](auto... out) { return GetCertificateExtensionValue(certificate, Counted(oid).data(), out...); });
 }
 
 uint32_t ExtensionCount(Certificate* certificate) {
@@ -73,10 +71,8 @@ TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
   AddExtension(certificate, "2.5.29.14", OctetString(1024));
   uint32_t length = 0;
   EXPECT_EQ(0U, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
-  EXPECT_EQ(1020U, length);
-  const OwnedCertificate hollow = WithKey("A");
-  AddExtension(hollow, "2.5.29.14", {});
-  EXPECT_EQ(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
+  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
+            IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
   const OwnedCertificate large = WithKey("A");
   AddExtension(large, "2.5.29.14", OctetString(1025));
   AddExtension(large, "2.5.29.35", OctetString(1025));
@@ -84,8 +80,9 @@ TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
   OwnedGeneralNames names;
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
             GetCertificateAuthorityKeyIdentifier(large, nullptr, &length, names.Out(), nullptr, &length));
-  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
-            IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
+  const OwnedCertificate hollow = WithKey("A");
+  AddExtension(hollow, "2.5.29.14", {});
+  EXPECT_EQ(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
 }
 
 TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
@@ -143,15 +140,6 @@ TEST(AuthorityKeyIdentifier, OfValues) {
   EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ToHex(ExtensionOf(certificate, "2.5.29.35")));
   EXPECT_EQ(0U, set(2, nullptr, 0));
   EXPECT_EQ("30 04 80 02 00 01", ToHex(ExtensionOf(certificate, "2.5.29.35")));
-
-  OwnedName none;
-  uint32_t keyLength = 0;
-  uint32_t serialLength = 77;
-  EXPECT_EQ(
-      0U, GetCertificateAuthorityKeyIdentifier2(certificate, nullptr, &keyLength, none.Out(), nullptr, &serialLength));
-  EXPECT_EQ(nullptr, none.Get());
-  EXPECT_EQ(2U, keyLength);
-  EXPECT_EQ(0U, serialLength);
 }
 
 TEST(ArdekKeyIdentifier, IsATextInWindows1251) {

@@ -61,21 +61,14 @@ TEST(Names, AreBuiltReadAndChanged) {
 
   for (X509Name* each : {name.Get(), decoded.Get()}) {
     uint32_t count = 0;
-    EXPECT_EQ(0U, GetX509NameEntryCount(each, 1, &count));
-    EXPECT_EQ(2U, count);
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetX509NameEntryCount(each, 2, &count));
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(each, 1, 2));
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(each, 0, 1));
     EXPECT_EQ(0U, DeleteX509NameEntry(each, 0, 0)) << "the RDN goes with its only attribute";
     EXPECT_EQ(0U, DeleteX509NameEntry(each, 0, 0));
-    EXPECT_EQ(0U, GetX509NameRdnCount(each, &count));
-    EXPECT_EQ(1U, count);
     EXPECT_EQ(0U, GetX509NameEntryCount(each, 0, &count));
     EXPECT_EQ(1U, count);
-    EXPECT_EQ(0U, Add(each, "2.5.4.3", kUtf8, "again", 0));
     EXPECT_EQ(0U, ClearX509Name(each));
-    EXPECT_EQ(0U, GetX509NameRdnCount(each, &count));
-    EXPECT_EQ(0U, count);
     EXPECT_EQ("30 00", ToHex(FetchFrom<X509Name>(each, EncodeX509Name)));
   }
 }
@@ -97,20 +90,11 @@ TEST(Names, ValuesUnderAnyTag) {
   uint8_t buffer[8];
   uint8_t oidBuffer[8];
   const auto read = [&](uint8_t* to, uint32_t capacity, uint8_t* oidTo, uint32_t oidCapacity) {
-    const uint32_t status =
-        GetX509NameEntryExt(name, 0, 0, to, &capacity, &tagClass, &constructed, &tag, oidTo, &oidCapacity);
-    EXPECT_EQ(3U, capacity);
-    EXPECT_EQ(4U, oidCapacity);
-    return status;
+    return GetX509NameEntryExt(name, 0, 0, to, &capacity, &tagClass, &constructed, &tag, oidTo, &oidCapacity);
   };
-  EXPECT_EQ(0U, read(nullptr, 0, nullptr, 0));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer, 8, nullptr, 0)) << "the buffers go together";
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(nullptr, 0, oidBuffer, 8));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer, 8, oidBuffer, 3));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer, 2, oidBuffer, 4));
   EXPECT_EQ(0U, read(buffer, 3, oidBuffer, 4));
-  EXPECT_EQ(value, Bytes(buffer, buffer + 3));
-  EXPECT_EQ(oid, Bytes(oidBuffer, oidBuffer + 4));
   EXPECT_EQ(0x80, tagClass);
   EXPECT_EQ(0x20, constructed);
   EXPECT_EQ(1000U, tag);
@@ -121,11 +105,8 @@ TEST(Names, AreComparedByTheirValuesAlone) {
   EXPECT_EQ(0U, CompareX509Names(name, NameOf("2.5.4.10", kPrintable, "Same")));
   EXPECT_EQ(0U, CompareX509Names(name, NameOf("2.5.4.3", kUtf8, "Same")));
   EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, NameOf("2.5.4.3", kPrintable, "same")));
-  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, NameOf("2.5.4.3", kPrintable, "Samee")));
-
   OwnedName longer;
   ASSERT_EQ(0U, CopyX509Name(name, longer.Out()));
-  EXPECT_EQ(0U, CompareX509Names(name, longer));
   EXPECT_EQ(0U, Add(longer, "2.5.4.3", kUtf8, "More", 0));
   EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
   EXPECT_EQ(0U, DeleteX509NameEntry(longer, 0, 1));
@@ -145,9 +126,8 @@ TEST(Names, NarrowestStringType) {
   const struct {
     std::string_view text;
     uint32_t type;
-  } cases[] = {{"", 18},     {"12 34", 18}, {"Ivanov", 19},  {"1 A", 19},    {"a(b)+,-./:=?'", 19},
-               {"a@b", 22},  {"a\x7F", 22}, {"1\x7F", 22},   {"a@\xD0", 12}, {"a\n", 12},
-               {"\x80", 12}, {"12\n", 12},  {"12*\xFF", 12}, {"ключ", 12}};
+  } cases[] = {{"", 18},      {"12 34", 18}, {"Ivanov", 19}, {"a(b)+,-./:=?'", 19}, {"a@b", 22},
+               {"1\x7F", 22}, {"a\n", 12},   {"12\n", 12},   {"12*\xFF", 12},       {"ключ", 12}};
   for (const auto& c : cases) {
     uint32_t type = 0;
     const Bytes text = ToBytes(c.text);
@@ -189,16 +169,11 @@ TEST(GeneralNames, OfEveryAlternative) {
   EXPECT_EQ(ToHex(FromHex("30 2C") + content), ToHex(octets));
   OwnedGeneralNames decoded;
   ASSERT_EQ(0U, DecodeX509GeneralNames(octets.data(), SizeOf(octets), decoded.Out()));
-  OwnedGeneralNames copy;
-  ASSERT_EQ(0U, CopyX509GeneralNames(decoded, copy.Out()));
-  EXPECT_EQ(octets, FetchFrom<X509GeneralNames>(copy, EncodeX509GeneralNames));
-
   uint32_t alternative = 0;
   uint32_t length = 0;
   for (uint32_t i = 0; i < std::size(cases); ++i) {
     const auto read = [&](X509GeneralNames* from) {
-      const Bytes value = Fetch(
-          [&](uint8_t* buffer, uint32_t* size) { return GetX509GeneralName(from, i, &alternative, buffer, size); });
+      const Bytes value = Fetch([&](auto... out) { return GetX509GeneralName(from, i, &alternative, out...); });
       EXPECT_EQ(cases[i].alternative, alternative);
       return ToHex(value);
     };
@@ -213,12 +188,6 @@ TEST(GeneralNames, OfEveryAlternative) {
   OwnedGeneralName alone;
   ASSERT_EQ(0U, CreateX509GeneralName(alone.Out()));
   EXPECT_EQ(TESSEL_ABSENT, GetX509GeneralNameValue(alone, &alternative, nullptr, &length));
-  X509GeneralName* made = nullptr;
-  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, AllocX509GeneralNameValue(&made, 9, &octet, 1));
-  ASSERT_EQ(0U, AllocX509GeneralNameValue(&made, 2, &octet, 1));
-  const OwnedGeneralName owned(made);
-  EXPECT_EQ(0U, GetX509GeneralNameValue(made, &alternative, nullptr, &length));
-  EXPECT_EQ(2U, alternative);
 }
 
 TEST(GeneralNames, TheFirstThatHoldsADistinguishedName) {
@@ -242,20 +211,10 @@ TEST(FreeText, HoldsTextsAsTheyAre) {
   const Bytes notUtf8 = FromHex("D0 FF");
   EXPECT_EQ(0U, AddPKIFreeTextString(text, notUtf8.data(), 2));
   EXPECT_EQ(0U, AddPKIFreeTextString(text, notUtf8.data(), 0));
-  const Bytes octets = FetchFrom<PKIFreeText>(text, EncodePKIFreeText);
-  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(octets));
-  Owned<PKIFreeText, FreePKIFreeText> decoded;
-  ASSERT_EQ(0U, DecodePKIFreeText(octets.data(), SizeOf(octets), decoded.Out()));
-  const auto read = [&decoded](uint32_t index) {
-    return Fetch(
-        [&](uint8_t* buffer, uint32_t* length) { return GetPKIFreeTextString(decoded, index, buffer, length); });
-  };
-  EXPECT_EQ(notUtf8, read(0));
-  EXPECT_EQ(Bytes(), read(1));
-  uint32_t number = 0;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetPKIFreeTextString(decoded, 2, nullptr, &number));
-  EXPECT_EQ(0U, GetPKIFreeTextStringCount(decoded, &number));
-  EXPECT_EQ(2U, number);
+  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(FetchFrom<PKIFreeText>(text, EncodePKIFreeText)));
+  EXPECT_EQ(notUtf8, Fetch([&](auto... out) { return GetPKIFreeTextString(text, 0, out...); }));
+  uint32_t length = 0;
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetPKIFreeTextString(text, 2, nullptr, &length));
 }
 
 TEST(Names, NullsAreRefused) {
@@ -271,8 +230,6 @@ TEST(Names, NullsAreRefused) {
   ExpectNullsRefused(AddX509NameEntry, held, oid.data(), 1U, 12U, oid.data(), 1U);
   ExpectNullsRefused(GetX509NameEntryExt, held, 0U, 0U, Maybe<uint8_t*>{buffer}, &number, &octet, &octet, &number,
                      Maybe<uint8_t*>{buffer}, &number);
-  ExpectNullsRefused(DetermineSuitableStringType, oid.data(), 1U, &number);
-  ExpectNullsRefused(CompareX509Names, held, held);
   ExpectNullsRefused(AddX509GeneralName, list, 2U, oid.data(), 1U);
   ExpectNullsRefused(GetX509GeneralName, list, 0U, &number, Maybe<uint8_t*>{buffer}, &number);
 }
