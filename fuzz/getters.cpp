@@ -59,6 +59,39 @@ void ReadNameEntry(const X509Name* name, uint32_t rdn, uint32_t entry) {
 
 }  // namespace
 
+void ReadNode(const Asn1Item& item, const void* node) {
+  if (item.kind == TESSEL_KIND_SEQUENCE_OF || item.kind == TESSEL_KIND_SET_OF) {
+    const auto* list = static_cast<const Asn1List*>(node);
+    const uint32_t number = std::min(GetAsn1ListLength(list), kMostElements);
+    void* element = nullptr;
+    for (uint32_t i = 0; i < number; ++i) {
+      Require(GetAsn1ListItem(list, i, &element) == TESSEL_OK);
+      ReadNode(*item.members[0], element);
+    }
+    Require(GetAsn1ListItem(list, GetAsn1ListLength(list), &element) == TESSEL_INVALID_ARGUMENT);
+    return;
+  }
+  if (item.kind == TESSEL_KIND_BIT_STRING) {
+    uint8_t unused = 0;
+    Fetch([&](uint8_t* buffer, uint32_t* length) {
+      return GetAsn1BitString(static_cast<const Asn1BitString*>(node), &unused, buffer, length);
+    });
+    Require(unused < 8);
+    return;
+  }
+  const auto* value = static_cast<const Asn1Value*>(node);
+  const auto content = Fetch([&](uint8_t* buffer, uint32_t* length) { return GetAsn1Value(value, buffer, length); });
+  Require(content && content->size() == GetAsn1ValueLength(value));
+  uint32_t type = 0;
+  Fetch([&](uint8_t* buffer, uint32_t* length) { return GetAsn1ValueAndType(value, &type, buffer, length); });
+  Fetch([&](uint8_t* buffer, uint32_t* length) { return GetAsn1Integer(value, buffer, length); });
+  int32_t number = 0;
+  GetAsn1Int32(value, &number);
+  uint32_t flag = 0;
+  Require(CheckAsn1Boolean(value) != TESSEL_OK || GetAsn1Boolean(value, &flag) == TESSEL_OK);
+  Require(item.kind != TESSEL_KIND_INTEGER || CheckAsn1Integer(value) == TESSEL_OK);
+}
+
 void ReadTime(const LibraryTime* time) {
   std::array<uint32_t, 6> parts{};
   GetLibraryTime(time, &parts[0], &parts[1], &parts[2], &parts[3], &parts[4], &parts[5]);
@@ -79,7 +112,7 @@ void ReadName(const X509Name* name) {
     for (uint32_t entry = 0; entry <= entries; ++entry) ReadNameEntry(name, rdn, entry);
   }
   if (rdns != 0) Require(CompareX509Names(name, name) == TESSEL_OK);
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeX509Name(name, buffer, length); });
+  Encode(name, EncodeX509Name);
 }
 
 void ReadGeneralName(const X509GeneralName* name) {
@@ -97,7 +130,7 @@ void ReadGeneralNames(const X509GeneralNames* names) {
   X509Name* name = nullptr;
   if (GetX509NameFromGeneralNames(names, &name) == TESSEL_OK) ReadName(name);
   FreeX509Name(name);
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeX509GeneralNames(names, buffer, length); });
+  Encode(names, EncodeX509GeneralNames);
 }
 
 void ReadFreeText(const PKIFreeText* text) {
@@ -105,6 +138,7 @@ void ReadFreeText(const PKIFreeText* text) {
   for (uint32_t i = 0; i <= number; ++i) {
     Fetch([&](uint8_t* buffer, uint32_t* length) { return GetPKIFreeTextString(text, i, buffer, length); });
   }
+  Encode(text, EncodePKIFreeText);
 }
 
 void ReadExtension(const X509Extension* extension) {
@@ -112,6 +146,7 @@ void ReadExtension(const X509Extension* extension) {
   FetchPair([&](uint8_t* oid, uint32_t* oidLength, uint8_t* value, uint32_t* valueLength) {
     return GetX509Extension(extension, oid, oidLength, &critical, value, valueLength);
   });
+  Encode(extension, EncodeX509Extension);
 }
 
 void ReadExtensions(const X509ExtensionsSlot* slot) {
@@ -131,6 +166,7 @@ void ReadExtensions(const X509ExtensionsSlot* slot) {
     });
     if (value) ReadExtensionValue(*value);
   }
+  if (slot != nullptr) Encode(slot->list, EncodeX509Extensions);
 }
 
 // By every decoder, whatever the extension was.
@@ -174,6 +210,7 @@ void ReadExtendedKeyUsage(const ExtensionExtendedKeyUsage* list) {
   for (uint32_t i = 0; i <= number; ++i) {
     Fetch([&](uint8_t* buffer, uint32_t* length) { return GetExtensionExtendedKeyUsage(list, i, buffer, length); });
   }
+  Encode(list, EncodeExtensionExtendedKeyUsage);
 }
 
 void ReadAccessDescriptions(const ExtensionAuthorityInformationAccess* list) {
@@ -186,6 +223,7 @@ void ReadAccessDescriptions(const ExtensionAuthorityInformationAccess* list) {
     });
     ReadGeneralName(location);
   }
+  Encode(list, EncodeExtensionAuthorityInformationAccess);
 }
 
 void ReadDistributionPoints(const ExtensionCrlDistributionPoints* list) {
@@ -200,6 +238,7 @@ void ReadDistributionPoints(const ExtensionCrlDistributionPoints* list) {
     ReadName(relativeName);
     ReadGeneralNames(issuer);
   }
+  Encode(list, EncodeExtensionCrlDistributionPoints);
 }
 
 void ReadPolicies(const ExtensionCertificatePolicies* list) {
@@ -214,6 +253,7 @@ void ReadPolicies(const ExtensionCertificatePolicies* list) {
       });
     }
   }
+  Encode(list, EncodeExtensionCertificatePolicies);
 }
 
 void ReadPublicKeyInfo(const SubjectPublicKeyInfo* info) {
@@ -303,6 +343,7 @@ void ReadCertificate(Certificate* certificate) {
 
   X509ExtensionsSlot* slot = nullptr;
   if (GetCertificateExtensions(certificate, &slot) == TESSEL_OK) ReadExtensions(slot);
+  Encode(certificate, EncodeCertificate);
 }
 
 void ReadCertificates(const Certificates* certificates) {
@@ -311,6 +352,13 @@ void ReadCertificates(const Certificates* certificates) {
     Certificate* certificate = nullptr;
     if (GetCertificatesCertificate(certificates, i, &certificate) == TESSEL_OK) ReadCertificate(certificate);
   }
+  Encode(certificates, EncodeCertificates);
+}
+
+void ReadCrl(const X509Crl* crl) { Encode(crl, EncodeX509Crl); }
+void ReadCrls(const X509Crls* crls) { Encode(crls, EncodeX509Crls); }
+void ReadRevokedCertificates(const X509RevokedCertificates* certificates) {
+  Encode(certificates, EncodeX509RevokedCertificates);
 }
 
 }  // namespace fuzz

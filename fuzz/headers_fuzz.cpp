@@ -119,6 +119,7 @@ void RunDescriptor(const Asn1Item& item, const Bytes& octets) {
     };
     const auto encoding = Fetch(write);
     Require(encoding.has_value());
+    ReadNode(item, node);
     FreeAsn1Object(&item, node);
     Require(Asn1DecodeItem(encoding->data(), SizeOf(*encoding), &item, &node, &consumed) == TESSEL_OK);
     Require(consumed == encoding->size() && Fetch(write) == encoding);

@@ -23,9 +23,9 @@ void WithSlot(X509Extensions* list) {
 const Type kTypes[] = {
     {&CertificateItem, With<ReadCertificate>, With<ChangeCertificate>},
     {&CertificatesItem, With<ReadCertificates>, With<ChangeCertificates>},
-    {&X509CrlItem},
-    {&X509CrlsItem},
-    {&X509RevokedCertificatesItem},
+    {&X509CrlItem, With<ReadCrl>},
+    {&X509CrlsItem, With<ReadCrls>},
+    {&X509RevokedCertificatesItem, With<ReadRevokedCertificates>},
     {&X509NameItem, With<ReadName>, With<ChangeName>},
     {&X509GeneralNameItem, With<ReadGeneralName>},
     {&X509GeneralNamesItem, With<ReadGeneralNames>, With<ChangeGeneralNames>},
