@@ -284,7 +284,9 @@ void ReadParameters(const Bytes& parameters) {
   }
 }
 
+// What follows may make and change other objects: after that the size of this one has to be counted.
 void ReadCertificate(Certificate* certificate) {
+  Encode(certificate, EncodeCertificate);
   int32_t version = 0;
   GetCertificateVersion(certificate, &version);
   for (const auto get :
@@ -343,16 +345,15 @@ void ReadCertificate(Certificate* certificate) {
 
   X509ExtensionsSlot* slot = nullptr;
   if (GetCertificateExtensions(certificate, &slot) == TESSEL_OK) ReadExtensions(slot);
-  Encode(certificate, EncodeCertificate);
 }
 
 void ReadCertificates(const Certificates* certificates) {
+  Encode(certificates, EncodeCertificates);
   const uint32_t number = CountOf([&](uint32_t* count) { return GetCertificatesCount(certificates, count); });
   for (uint32_t i = 0; i <= number; ++i) {
     Certificate* certificate = nullptr;
     if (GetCertificatesCertificate(certificates, i, &certificate) == TESSEL_OK) ReadCertificate(certificate);
   }
-  Encode(certificates, EncodeCertificates);
 }
 
 void ReadCrl(const X509Crl* crl) { Encode(crl, EncodeX509Crl); }
