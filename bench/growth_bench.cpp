@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -176,20 +175,6 @@ const InputShape kShapes[] = {
     {"long tag, OPTIONAL members", kOptions, MakeLongTag, true},
     {"extensions of one kind", X509ExtensionsItem, MakeEqualExtensions},
 };
-
-struct Deleter {
-  const Asn1Item* item;
-  void operator()(void* object) const { FreeAsn1Object(item, object); }
-};
-using Value = std::unique_ptr<void, Deleter>;
-
-auto DecoderOf(const Asn1Item& item) {
-  return [&item](Octets octets) {
-    void* object = nullptr;
-    Asn1DecodeItem(octets.data(), SizeOf(octets), &item, &object, nullptr);
-    return Value(object, {&item});
-  };
-}
 
 // By the one way that the interface has for any type: the DEFAULT of an item is copied when the item is created.
 Value Copy(const Value& value) {

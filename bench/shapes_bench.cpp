@@ -1,7 +1,6 @@
 // Shapes that are hard on the engine: a large SET OF in the wrong order, and deep nesting. What counts is how the
 // figures grow from one size to the next.
 #include <list>
-#include <memory>
 #include <string>
 
 #include "engine/descriptor.h"
@@ -38,20 +37,6 @@ constexpr Asn1Item NestItem(uint32_t flags) {
 }
 constinit const Asn1Item kNest = NestItem(0);
 constinit const Asn1Item kInnerNest = NestItem(TESSEL_FLAG_OPTIONAL);
-
-struct Deleter {
-  const Asn1Item* item;
-  void operator()(void* object) const { FreeAsn1Object(item, object); }
-};
-using Value = std::unique_ptr<void, Deleter>;
-
-auto DecoderOf(const Asn1Item& item) {
-  return [&item](Octets octets) {
-    void* object = nullptr;
-    Asn1DecodeItem(octets.data(), SizeOf(octets), &item, &object, nullptr);
-    return Value(object, {&item});
-  };
-}
 
 Octets Encode(const Value& value) {
   return EncodeBySize([&value](uint8_t* buffer, uint32_t* length) {

@@ -4,8 +4,11 @@
 #include <array>
 #include <cstdint>
 #include <ctime>
+#include <memory>
 
 #include "inputs.h"
+#include "tessel/decoder.h"
+#include "tessel/lifecycle.h"
 #include "tessel/time.h"
 
 namespace bench {
@@ -51,5 +54,20 @@ inline std::time_t SecondsOf(const LibraryTime& time) {
 }
 
 inline uint32_t SizeOf(Octets octets) { return static_cast<uint32_t>(octets.size()); }
+
+// A value of any type, and how it is decoded, by a descriptor.
+struct ValueDeleter {
+  const Asn1Item* item;
+  void operator()(void* object) const { FreeAsn1Object(item, object); }
+};
+using Value = std::unique_ptr<void, ValueDeleter>;
+
+inline auto DecoderOf(const Asn1Item& item) {
+  return [&item](Octets octets) {
+    void* object = nullptr;
+    Asn1DecodeItem(octets.data(), SizeOf(octets), &item, &object, nullptr);
+    return Value(object, {&item});
+  };
+}
 
 }  // namespace bench

@@ -99,21 +99,14 @@ bool OnlyOpensslRefuses(uint32_t reason) {
 // or SET that says it is primitive.
 bool HasOddForm(Octets octets) {
   while (octets.size() >= 2) {
-    uint8_t tagClass = 0;
-    uint8_t constructed = 0;
-    uint32_t tag = 0;
-    uint32_t length = 0;
-    uint32_t indefinite = 0;
-    uint32_t header = 0;
-    if (GetAsn1ObjectInfo(octets.data(), static_cast<uint32_t>(octets.size()), &tagClass, &constructed, &tag, &length,
-                          &indefinite, &header) != TESSEL_OK) {
-      return false;
-    }
-    const bool isConstructedType = tag == TESSEL_KIND_SEQUENCE || tag == TESSEL_KIND_SET;
-    if (tagClass == TESSEL_CLASS_UNIVERSAL && isConstructedType != (constructed != 0)) return true;
-    octets = octets.subspan(header);
-    const Octets content = octets.first(std::min<size_t>(length, octets.size()));
-    if (constructed != 0 && HasOddForm(content)) return true;
+    Element element;
+    if (ReadHeader(octets, element) != TESSEL_OK) return false;
+    const bool isConstructed = element.constructed != 0;
+    const bool isConstructedType = element.tagNumber == TESSEL_KIND_SEQUENCE || element.tagNumber == TESSEL_KIND_SET;
+    if (element.tagClass == TESSEL_CLASS_UNIVERSAL && isConstructedType != isConstructed) return true;
+    octets = octets.subspan(element.headerLength);
+    const Octets content = octets.first(std::min<size_t>(element.contentLength, octets.size()));
+    if (isConstructed && HasOddForm(content)) return true;
     octets = octets.subspan(content.size());
   }
   return false;

@@ -59,6 +59,11 @@ void ReadNameEntry(const X509Name* name, uint32_t rdn, uint32_t entry) {
 
 }  // namespace
 
+uint32_t ReadHeader(Octets octets, Element& element) {
+  return GetAsn1ObjectInfo(octets.data(), static_cast<uint32_t>(octets.size()), &element.tagClass, &element.constructed,
+                           &element.tagNumber, &element.contentLength, &element.indefinite, &element.headerLength);
+}
+
 void ReadNode(const Asn1Item& item, const void* node) {
   if (item.kind == TESSEL_KIND_SEQUENCE_OF || item.kind == TESSEL_KIND_SET_OF) {
     const auto* list = static_cast<const Asn1List*>(node);

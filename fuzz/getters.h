@@ -33,6 +33,18 @@ std::optional<Bytes> FetchText(Read read) {
   return Fetch([&](uint8_t* buffer, uint32_t* length) { return read(reinterpret_cast<char*>(buffer), length); }, true);
 }
 
+// What GetAsn1ObjectInfo tells.
+struct Element {
+  uint8_t tagClass = 0;
+  uint8_t constructed = 0;
+  uint32_t tagNumber = 0;
+  uint32_t contentLength = 0;
+  uint32_t indefinite = 0;
+  uint32_t headerLength = 0;
+  bool operator==(const Element&) const = default;
+};
+uint32_t ReadHeader(Octets octets, Element& element);
+
 // What the type's own encode function writes. It may know the size of a decoded object without counting.
 template <class Node>
 void Encode(const Node* object, uint32_t(TESSEL_CALL* encode)(const Node*, uint8_t*, uint32_t*)) {

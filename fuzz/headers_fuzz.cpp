@@ -28,16 +28,6 @@ constexpr Asn1Item kDescriptors[] = {
     {TESSEL_CLASS_CONTEXT, TESSEL_KIND_ANY, 3, 0, nullptr, 0, nullptr},
 };
 
-struct Element {
-  uint8_t tagClass = 0;
-  uint8_t constructed = 0;
-  uint32_t tagNumber = 0;
-  uint32_t contentLength = 0;
-  uint32_t indefinite = 0;
-  uint32_t headerLength = 0;
-  bool operator==(const Element&) const = default;
-};
-
 // The header, read once more and in another way: octet by octet, and wide enough for anything.
 std::optional<Element> ReadSlowly(const Bytes& octets) {
   size_t at = 0;
@@ -76,9 +66,7 @@ std::optional<Element> ReadSlowly(const Bytes& octets) {
 void RunHeader(const Bytes& octets) {
   const std::optional<Element> expected = ReadSlowly(octets);
   Element element;
-  const uint32_t status =
-      GetAsn1ObjectInfo(octets.data(), SizeOf(octets), &element.tagClass, &element.constructed, &element.tagNumber,
-                        &element.contentLength, &element.indefinite, &element.headerLength);
+  const uint32_t status = ReadHeader(octets, element);
   Require((status == TESSEL_OK) == expected.has_value());
   if (!expected) return;
   Require(element == *expected);
