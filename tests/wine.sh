@@ -25,8 +25,12 @@ fetch_dlls_for_32_bits() {
 # Without Wine's messages, which would stand among those of the program, and without its offers to install more.
 export WINEPREFIX=$wine/prefix WINEDLLPATH=$wine/dlls WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
 
+[[ -e $wine/ready ]] || (fetch_dlls_for_32_bits) >&2
+# Debian's server closes down as soon as no program is left, and breaks the connection of one that starts just then: here
+# it waits ten minutes for the next one. Where it runs already, this does nothing.
+mkdir -p "$wine/prefix"
+/usr/lib/wine/wineserver -p600 >/dev/null 2>&1 || true
 if [[ ! -e $wine/ready ]]; then
-  (fetch_dlls_for_32_bits) >&2
   wine wineboot --init >&2
   touch "$wine/ready"
 fi
