@@ -84,6 +84,8 @@ bool OnlyOpensslRefuses(uint32_t reason) {
     case ASN1_R_TOO_LONG:
     case ASN1_R_TOO_SMALL:
     case ASN1_R_EXPLICIT_LENGTH_MISMATCH:
+    // A list of indefinite length that ends with what it is in.
+    case ASN1_R_MISSING_EOC:
     // An object identifier with an arc that does not end, or begins with zeros: tessel keeps its octets.
     case ASN1_R_INVALID_OBJECT_ENCODING:
     case kInOpenValue:

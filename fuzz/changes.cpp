@@ -5,7 +5,7 @@ namespace {
 
 // commonName, counted; and some octets, of which the first 20 are an element as well.
 constexpr uint8_t kOid[] = {3, 0x55, 0x04, 0x03};
-constexpr uint8_t kValue[40] = {0x04, 18};
+constexpr uint8_t kValue[40] = {0x30, 18};
 constexpr uint32_t kValueSize = sizeof kValue;
 constexpr uint32_t kElementSize = 20;
 

@@ -18,9 +18,9 @@ extern "C" {
 TESSEL_API uint32_t TESSEL_CALL GetAsn1ChoiceUnderlyingType(void** node, const Asn1Item** descriptor);
 
 /* Tells the header of the element that an open value holds; the outputs are those of GetAsn1ObjectInfo. With indefinite
- * length `contentLength` counts all that follows the header, the end-of-contents octets included. TESSEL_MALFORMED,
- * TESSEL_LENGTH_TOO_LARGE, TESSEL_INDEFINITE_LENGTH: what the node holds (nothing, for example) is no element. Outputs
- * are written on success only. */
+ * length `contentLength` counts all that follows the header, the end-of-contents octets included; a definite one is as
+ * the header says, even where the node holds less. TESSEL_MALFORMED, TESSEL_LENGTH_TOO_LARGE, TESSEL_INDEFINITE_LENGTH:
+ * the node holds no header, or nothing. Outputs are written on success only. */
 TESSEL_API uint32_t TESSEL_CALL GetAsn1AnyInfo(const Asn1Any* any, uint8_t* tagClass, uint8_t* constructed,
                                                uint32_t* tagNumber, uint32_t* contentLength, uint32_t* headerLength);
 

@@ -36,15 +36,20 @@ TESSEL_API uint32_t TESSEL_CALL GetAsn1ObjectInfo(const uint8_t* data, uint32_t 
  * length, a SET OF in any order, and octets left over at the end of a definite-length SEQUENCE. Members must come in
  * the order of the descriptor. Of contents only BOOLEAN, INTEGER and the first octet of BIT STRING are checked.
  *
- * An element is absent when the input is empty or starts with another tag. An absent item without OPTIONAL is
- * TESSEL_MALFORMED, one with DEFAULT receives a copy of the default. End-of-contents octets are never an element.
+ * An element is absent when the input is empty or starts with another tag, or with the right one on an element that is
+ * constructed and should be primitive, or the reverse. An absent item without OPTIONAL is TESSEL_MALFORMED, one with
+ * DEFAULT receives a copy of the default. End-of-contents octets are never an element.
+ *
+ * Where a wrapper of an EXPLICIT item holds another element than the item's, the item is absent too; what it holds is
+ * taken for what follows the item. A list of indefinite length may end with the input, without end-of-contents octets.
  *
  * TESSEL_INVALID_ARGUMENT: `data`, `descriptor` or `object` null, or a kind that cannot be constructed is.
  * TESSEL_MALFORMED, TESSEL_LENGTH_TOO_LARGE, TESSEL_INDEFINITE_LENGTH, TESSEL_WRONG_SEGMENT: what is wrong in the
- * octets; elements nested more than 1000 descriptors deep, which only a descriptor that contains itself can ask for,
- * are malformed too. TESSEL_UNSUPPORTED_KIND, TESSEL_INCONSISTENT_DESCRIPTOR: what is wrong in the descriptor.
- * TESSEL_INVALID_CONTENT: a BOOLEAN or INTEGER; when it is the item itself, `object` receives it all the same and the
- * caller frees it. After every other failure `object` is null. `consumed` is written on success only. */
+ * octets; an element of a list that is OPTIONAL and absent, and elements nested more than 1000 descriptors deep, which
+ * only a descriptor that contains itself can ask for, are malformed too. TESSEL_UNSUPPORTED_KIND,
+ * TESSEL_INCONSISTENT_DESCRIPTOR: what is wrong in the descriptor. TESSEL_INVALID_CONTENT: a BOOLEAN or INTEGER; when
+ * it is the item itself, `object` receives it all the same and the caller frees it. After every other failure `object`
+ * is null, except that it is untouched when an argument was null. `consumed` is written on success only. */
 TESSEL_API uint32_t TESSEL_CALL Asn1DecodeItem(const uint8_t* data, uint32_t size, const Asn1Item* descriptor,
                                                void** object, uint32_t* consumed);
 

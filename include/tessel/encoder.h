@@ -19,14 +19,14 @@ extern "C" {
  * Lengths are definite and minimal, absent members and those equal to their DEFAULT are left out, a SET OF is sorted
  * unless its list says otherwise. Contents are written as they are stored: the encoder corrects nothing.
  *
- * An open value whose descriptor is context-specific and not EXPLICIT gets its identifier replaced by the
- * descriptor's, whose tag number must be below 31.
+ * An open value whose descriptor is context-specific and not EXPLICIT gets the descriptor's tag, whose number must be
+ * below 31, in place of its own, and stays constructed or primitive as it is.
  *
  * TESSEL_INVALID_ARGUMENT: `object`, `descriptor` or `length` null. TESSEL_ABSENT: a mandatory member or the value of a
- * CHOICE is missing. TESSEL_WRONG_ALTERNATIVE: the index of a CHOICE. TESSEL_UNSUPPORTED_KIND: a SET with members, or a
- * DEFAULT that cannot be compared. TESSEL_INCONSISTENT_DESCRIPTOR. TESSEL_LENGTH_TOO_LARGE: the encoding would be of
- * 2^32 octets or more. TESSEL_OUT_OF_MEMORY. After a failure `buffer` holds null, or, when the failure was found before
- * anything was written, what it held before. */
+ * CHOICE is missing. TESSEL_WRONG_ALTERNATIVE: the index of a CHOICE. TESSEL_UNSUPPORTED_KIND: a SET, an unknown
+ * kind, or a DEFAULT that cannot be compared. TESSEL_INCONSISTENT_DESCRIPTOR. TESSEL_LENGTH_TOO_LARGE: the encoding
+ * would be of 2^32 octets or more. TESSEL_OUT_OF_MEMORY. After a failure `buffer` holds null, or, when the failure was
+ * found before anything was written, what it held before. */
 TESSEL_API uint32_t TESSEL_CALL Asn1Encode(const void* object, const Asn1Item* descriptor, uint8_t** buffer,
                                            uint32_t* length);
 

@@ -1,4 +1,5 @@
-/* Creating, releasing and comparing trees. A tree is copied by the copy function of its type. */
+/* Creating, releasing and comparing trees. A tree is copied by the copy function of its type, with all contents as they
+ * are: BIT STRINGs with their unused bits, a CHOICE without a value as such. */
 #ifndef TESSEL_LIFECYCLE_H
 #define TESSEL_LIFECYCLE_H
 
@@ -15,7 +16,8 @@ extern "C" {
  * values (empty) are there, OPTIONAL members are absent, DEFAULT members hold a copy of the default. Other primitives
  * are there, empty, when `withLeaves` is non-zero and absent otherwise; a root that is such a primitive then leaves
  * `object` as it was. An OPTIONAL root without DEFAULT gives null.
- * TESSEL_INVALID_ARGUMENT: `descriptor` or `object` null. TESSEL_UNSUPPORTED_KIND. TESSEL_OUT_OF_MEMORY. */
+ * TESSEL_INVALID_ARGUMENT: `descriptor` or `object` null. TESSEL_UNSUPPORTED_KIND. TESSEL_OUT_OF_MEMORY. After a
+ * failure `object` holds null, and what it held before when an argument was null. */
 TESSEL_API uint32_t TESSEL_CALL CreateAsn1Object(const Asn1Item* descriptor, void** object, uint32_t withLeaves);
 
 /* Creates what CreateAsn1Object leaves out: a SEQUENCE or SET that is OPTIONAL (anything else is
@@ -28,7 +30,8 @@ TESSEL_API uint32_t TESSEL_CALL FreeAsn1Object(const Asn1Item* descriptor, void*
 
 /* Compares two trees of one type: `equal` receives 1 when they have equal contents and 0 otherwise. Two null trees are
  * equal, a null one differs from any other. Lists are compared in their order, those of a SET OF too.
- * TESSEL_UNSUPPORTED_KIND: a NULL, ENUMERATED, CHOICE or ANY that both trees have is reached before a difference.
+ * TESSEL_UNSUPPORTED_KIND: a NULL, ENUMERATED, CHOICE, ANY or unknown kind that both trees have is reached before a
+ * difference. TESSEL_INCONSISTENT_DESCRIPTOR: a list is reached whose descriptor has not exactly one member.
  * TESSEL_INVALID_ARGUMENT: `descriptor` or `equal` null. `equal` is written on success only. */
 TESSEL_API uint32_t TESSEL_CALL CompareAsn1Objects(const Asn1Item* descriptor, const void* first, const void* second,
                                                    uint32_t* equal);

@@ -19,7 +19,7 @@ TESSEL_API extern const Asn1Item X509NameItem;
  *   otherName                 [0] IMPLICIT ANY,           -- constructed
  *   rfc822Name                [1] IMPLICIT IA5String,
  *   dNSName                   [2] IMPLICIT IA5String,
- *   x400Address               [3] IMPLICIT ANY,           -- primitive
+ *   x400Address               [3] IMPLICIT ANY,           -- read when it is primitive
  *   directoryName             [4] EXPLICIT ANY,           -- an encoded X509Name
  *   ediPartyName              [5] IMPLICIT ANY,           -- constructed
  *   uniformResourceIdentifier [6] IMPLICIT IA5String,
@@ -133,11 +133,9 @@ TESSEL_API uint32_t TESSEL_CALL DetermineSuitableStringType(const uint8_t* text,
 /* General names. What stands for the value of one depends on its alternative:
  *
  *   0, 3, 5   the whole element: when building, the encoding of the inner value, which gets the alternative's tag when
- *             it is encoded; when reading, what is stored, which for a decoded name has that tag already
- *   4         the encoded X509Name
- *   1, 2, 6   the characters, which are not checked
- *   7         the octets of the address
- *   8         a counted identifier */
+ *             it is encoded, and stays constructed or primitive as it is; when reading, what is stored, which for a
+ * decoded name has that tag already 4         the encoded X509Name 1, 2, 6   the characters, which are not checked 7
+ * the octets of the address 8         a counted identifier */
 
 /* AddX509GeneralName: builds a general name from a copy of `value` and appends it. AllocX509GeneralNameValue: makes one
  * without a list, which the caller frees. For alternative 8 `size` is not looked at. TESSEL_INVALID_ARGUMENT: an

@@ -28,7 +28,8 @@ extern "C" {
 #endif
 
 typedef struct Asn1Value {
-  /* The universal tag number of the content; for an Asn1Any the tag number of the element that it holds. */
+  /* The universal tag number of the content; for an Asn1Any the tag number of the element that it holds, or the first
+   * octet of that element when a function made the node from the caller's octets. */
   uint32_t tag;
   /* The length of `data` in octets. */
   uint32_t length;

