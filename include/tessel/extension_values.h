@@ -76,7 +76,8 @@ TESSEL_API uint32_t TESSEL_CALL DecodeExtensionInvalidityDate(const uint8_t* dat
 TESSEL_API extern const Asn1Item ExtensionBasicConstraintsItem;
 
 /* EncodeExtensionBasicConstraints, DecodeExtensionBasicConstraints: any `cA` but 0 is TRUE, which is read as 0xFF. A
- * path length of 0xFFFFFFFF says that there is none. */
+ * path length of 0xFFFFFFFF says that there is none. TESSEL_BUFFER_TOO_SMALL: the path length that is read has more
+ * than four octets; the outputs are untouched then. */
 TESSEL_API uint32_t TESSEL_CALL EncodeExtensionBasicConstraints(uint32_t cA, uint32_t pathLength, uint8_t* buffer,
                                                                 uint32_t* length);
 TESSEL_API uint32_t TESSEL_CALL DecodeExtensionBasicConstraints(const uint8_t* data, uint32_t size, uint8_t* cA,
@@ -129,8 +130,8 @@ TESSEL_API uint32_t TESSEL_CALL DecodeExtensionPrivateKeyUsagePeriod(const uint8
  *   indirectCRL                [4] IMPLICIT BOOLEAN DEFAULT FALSE,
  *   onlyContainsAttributeCerts [5] IMPLICIT BOOLEAN DEFAULT FALSE } (5.2.5)
  * onlySomeReasons has the tag [1], where RFC 5280 has [3]: values with reasons are understood by this library only. By
- * the descriptor alone they are read when onlyContainsUserCerts is TRUE; DecodeExtensionIssuingDistributionPoint reads
- * them all. */
+ * the descriptor alone they are read when one of the first two flags is TRUE; DecodeExtensionIssuingDistributionPoint
+ * reads them all, except that reasons without a bit are read as a FALSE where none of the two is. */
 TESSEL_API extern const Asn1Item ExtensionIssuingDistributionPointItem;
 
 /* Writes the fields that are given. A name that is null is absent; a full name goes before a relative one. A flag or

@@ -73,7 +73,10 @@ Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, OwnedT
   Status status = Decode(kIssuingDistributionPoint, data, size, point.Out());
   if (status != TESSEL_INVALID_CONTENT) return status;
   Status withReasons = Decode(kIssuingDistributionPointWithReasons, data, size, point.Out());
-  return withReasons.Ok() || withReasons == TESSEL_OUT_OF_MEMORY ? withReasons : status;
+  if (withReasons == TESSEL_OUT_OF_MEMORY) return withReasons;
+  // Empty reasons would look like the flag.
+  const Asn1BitString* reasons = withReasons.Ok() ? point.Get()->onlySomeReasons : nullptr;
+  return reasons != nullptr && reasons->length != 0 ? withReasons : status;
 }
 
 void TellFlag(const Asn1Value* field, uint8_t* flag, uint32_t* present) {

@@ -191,6 +191,7 @@ TEST(ExtensionValues, IssuingDistributionPoint) {
 
   EXPECT_EQ("00 00 00 00 119:0 4", DecodePoint(FromHex("30 00")).flags);
   EXPECT_EQ(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 82 01 05")).status);
+  EXPECT_EQ(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 81 01 01")).status) << "a flag, not reasons";
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodePoint({}).status);
 }
 
