@@ -68,7 +68,7 @@ TESSEL_API extern const Asn1Item AlgorithmGostR34102012ParametersItem;
 
 /* Tells the mode of an algorithm identifier's parameters, and in mode 1 the numbers of the three sets, whose outputs
  * are required then and untouched otherwise. Null parameters, or of no octets, are mode 0xFF. TESSEL_UNKNOWN_OID: a
- * table does not have a set. Statuses also as for Asn1DecodeItem. */
+ * table does not have a set. TESSEL_MALFORMED: the parameters cannot be decoded, whatever is wrong with them. */
 TESSEL_API uint32_t TESSEL_CALL DecodeAlgorithmGostR34102001Parameters(const uint8_t* parameters, uint32_t size,
                                                                        uint8_t* mode, uint32_t* publicKeySet,
                                                                        uint32_t* digestSet, uint32_t* encryptionSet);

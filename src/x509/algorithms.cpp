@@ -151,6 +151,7 @@ Status EncodeGostParameters(uint32_t algorithm, uint8_t mode, const GostSetOids&
 
 Status EncodeGostParameters(uint8_t mode, const GostParameterSets& sets, uint8_t* buffer, uint32_t* length,
                             Site at = {}) {
+  if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   GostSetOids oids;
   if (mode == kParameterSets) {
     if (Status status = FindSetOids(sets, oids, at); status.Failed()) return status;
@@ -191,6 +192,7 @@ Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const uint8_t* oid, O
 }
 
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets parameters) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
   const uint8_t* oid = nullptr;
   if (Status status = FindOid(AlgorithmTable(), id, oid, slot.At()); status.Failed()) return status;
   return SetAlgorithm(slot, oid, parameters);
@@ -198,6 +200,7 @@ Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets p
 
 Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,
                         const GostParameterSets& sets) {
+  if (slot.Unreachable().Failed()) return slot.Unreachable();
   // More than any sets of the tables need.
   std::array<uint8_t, 128> parameters;
   uint32_t length = parameters.size();
@@ -232,6 +235,7 @@ Status GetGostParameterSets(const Slot<AlgorithmIdentifier>& slot, GostParameter
 uint32_t TESSEL_CALL DecodeSubjectPublicKeyInfo(const uint8_t* data, uint32_t size, uint8_t* oid, uint32_t* oidLength,
                                                 uint8_t* key, uint32_t* keyLength, uint8_t* parameters,
                                                 uint32_t* parametersLength) {
+  if (keyLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   OwnedTree<SubjectPublicKeyInfo> info(kSubjectPublicKeyInfo);
   if (Status status = Decode(kSubjectPublicKeyInfo, data, size, info.Out()); status.Failed()) return status;
   const AlgorithmHalves halves =

@@ -173,6 +173,7 @@ uint32_t TESSEL_CALL GetX509ExtensionsExtensionsCount(const X509ExtensionsSlot* 
 uint32_t TESSEL_CALL GetX509ExtensionsExtension(const X509ExtensionsSlot* slot, uint32_t index, uint8_t* oid,
                                                 uint32_t* oidLength, uint32_t* critical, uint8_t* value,
                                                 uint32_t* valueLength) {
+  if (AnyNull(oidLength, critical, valueLength)) return Fail(TESSEL_INVALID_ARGUMENT);
   X509Extensions* list = nullptr;
   if (Status status = MemberOf(slot).Load(list); status.Failed()) return status;
   X509Extension* extension = nullptr;
@@ -182,7 +183,7 @@ uint32_t TESSEL_CALL GetX509ExtensionsExtension(const X509ExtensionsSlot* slot, 
 
 uint32_t TESSEL_CALL GetX509ExtensionsExtensionValue(const X509ExtensionsSlot* slot, const uint8_t* oid,
                                                      uint8_t* buffer, uint32_t* length) {
-  if (oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (oid == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Octets value;
   if (Status status = FindExtensionValue(MemberOf(slot), OidContent(oid), value); status.Failed()) return status;
   return Deliver(value, buffer, length);

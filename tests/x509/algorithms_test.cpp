@@ -135,6 +135,7 @@ TEST(Algorithms, AreReadAndSetInHalves) {
   EXPECT_EQ(0U, length);
   EXPECT_EQ(0U, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 1, curve.data(), 2));
   EXPECT_EQ(TESSEL_UNKNOWN_ID, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 5, nullptr, 0));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificatePublicKeyAlgorithmIdAndParameters(nullptr, 5, nullptr, 0));
 }
 
 TEST(Algorithms, StandAloneKeys) {
