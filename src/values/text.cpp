@@ -126,7 +126,7 @@ uint32_t TESSEL_CALL ConvertAnsiToUTF8(const char* text, char* buffer, uint32_t*
   if (capacity == 0) return Fail(TESSEL_BUFFER_TOO_SMALL);
   uint32_t written = 0;
   for (const char c : ansi) {
-    if (capacity < kSpareOctets || written >= capacity - kSpareOctets) return Fail(TESSEL_BUFFER_TOO_SMALL);
+    if (capacity <= kSpareOctets || written > capacity - kSpareOctets) return Fail(TESSEL_BUFFER_TOO_SMALL);
     const Utf8& utf8 = kAnsiTable[static_cast<uint8_t>(c)];
     std::memcpy(buffer + written, utf8.octets.data(), utf8.size);
     written += utf8.size;

@@ -26,14 +26,14 @@ TEST(Text, AnsiBecomesUtf8) {
 }
 
 TEST(Text, AnsiNeedsRoomToSpare) {
-  // Ten letters give 20 octets: the check before the last sees 18, which must stay below the capacity less 10.
+  // Ten letters give 20 octets: the check before the last sees 18, which must not exceed the capacity less 10.
   const std::string ansi(10, '\xC0');
   for (uint32_t capacity = 0; capacity < 40; ++capacity) {
     std::string buffer(40, 'x');
     uint32_t length = capacity;
     const uint32_t status = ConvertAnsiToUTF8(ansi.c_str(), buffer.data(), &length);
-    EXPECT_EQ(capacity > 28 ? TESSEL_OK : TESSEL_BUFFER_TOO_SMALL, status) << capacity;
-    EXPECT_EQ(capacity > 28 ? 20U : 40U, length);
+    EXPECT_EQ(capacity >= 28 ? TESSEL_OK : TESSEL_BUFFER_TOO_SMALL, status) << capacity;
+    EXPECT_EQ(capacity >= 28 ? 20U : 40U, length);
     EXPECT_EQ(std::string(40 - capacity, 'x'), buffer.substr(capacity));
   }
   char buffer[1] = {'x'};

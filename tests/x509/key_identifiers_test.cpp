@@ -154,11 +154,11 @@ TEST(ArdekKeyIdentifier, IsATextInWindows1251) {
   EXPECT_EQ(17U, length) << "the length in UTF-8";
   EXPECT_EQ(0U, GetArdekIdentifierFromCertificate(certificate, buffer, &length));
   EXPECT_EQ(text, std::string(buffer, length));
-  EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, std::string(128, 'a').c_str()));
+  EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, std::string(129, 'a').c_str()));
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
-            SetCertificateArdekKeyIdentifier(certificate, std::string(129, 'a').c_str()));
+            SetCertificateArdekKeyIdentifier(certificate, std::string(130, 'a').c_str()));
   EXPECT_EQ(0U, GetArdekIdentifierFromCertificate(certificate, nullptr, &length));
-  EXPECT_EQ(128U, length);
+  EXPECT_EQ(129U, length);
 }
 
 }  // namespace
