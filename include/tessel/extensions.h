@@ -19,8 +19,9 @@ typedef struct X509Extensions X509Extensions;
 TESSEL_API extern const Asn1Item X509ExtensionsItem;
 
 /* Where a list of extensions hangs: a member of a certificate, say, which GetCertificateExtensions lends. Its list is
- * null when there are no extensions; AddX509ExtensionsExtension makes it then. A list that stands for itself is put in
- * a slot of the caller's: X509ExtensionsSlot slot = {list}; */
+ * null when there are no extensions; AddX509ExtensionsExtension makes it then. The list of a slot that is lent is
+ * changed by functions only, never by an assignment. A list that stands for itself is put in a slot of the caller's:
+ * X509ExtensionsSlot slot = {list}; */
 typedef struct X509ExtensionsSlot {
   X509Extensions* list;
 } X509ExtensionsSlot;

@@ -1,6 +1,7 @@
 /* Key identifiers of certificates: computed, stored, read and matched (RFC 5280, 4.2.1.1 and 4.2.1.2).
  *
- * Setters replace the extension by one that is not critical. TESSEL_ABSENT: the certificate has no to-be-signed part.
+ * Setters replace the extension by one that is not critical; one that fails leaves the certificate as it was.
+ * TESSEL_ABSENT: the certificate has no to-be-signed part.
  * Getters: TESSEL_NOT_FOUND: the certificate has no such extension, or no to-be-signed part; statuses also as for the
  * decoder of the value (extension_values.h). */
 #ifndef TESSEL_KEY_IDENTIFIERS_H
@@ -20,13 +21,14 @@ TESSEL_API uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certifi
                                                                    uint32_t* length);
 
 /* Stores the subject key identifier: the SHA-1 of the octets of subjectPublicKey (RFC 5280, 4.2.1.2, method 1).
- * TESSEL_INTERNAL_BUFFER_TOO_SMALL: the key has more than 512 octets. */
+ * TESSEL_INTERNAL_BUFFER_TOO_SMALL: the key has more than 512 octets. TESSEL_ABSENT also: there is no key. */
 TESSEL_API uint32_t TESSEL_CALL SetCertificateSubjectKeyIdentifier(Certificate* certificate);
 
 /* GetCertificateAuthorityKeyIdentifier: reads the authority key identifier (2.5.29.35) as
  * DecodeExtensionAuthorityKeyIdentifier does; the names are the caller's to free.
  * GetCertificateAuthorityKeyIdentifier2: the same with the first distinguished name among the names instead of them, as
- * by GetX509NameFromGeneralNames; null when the extension names no issuer.
+ * by GetX509NameFromGeneralNames; null when the extension names no issuer. Names and name are null after any failure,
+ * TESSEL_BUFFER_TOO_SMALL for one of the buffers too.
  * TESSEL_INTERNAL_BUFFER_TOO_SMALL: the extension's value has more than 1024 octets. */
 TESSEL_API uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier(const Certificate* certificate,
                                                                      uint8_t* keyIdentifier,
@@ -39,8 +41,9 @@ TESSEL_API uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier2(const Cert
                                                                       uint8_t* serial, uint32_t* serialLength);
 
 /* SetCertificateAuthorityKeyIdentifier: stores the authority key identifier that points to the issuer's certificate:
- * its subject key identifier, when it has one (of at most 32 octets), its own issuer and its serial number.
- * TESSEL_INTERNAL_BUFFER_TOO_SMALL: the serial number has more than 64 octets.
+ * its subject key identifier, when it has one (of at most 32 octets), its own issuer, unless it was never set, and its
+ * serial number. TESSEL_INTERNAL_BUFFER_TOO_SMALL: the serial number has more than 64 octets. TESSEL_ABSENT: there is
+ * none. TESSEL_INVALID_ARGUMENT: there is neither a key identifier nor both an issuer and a serial number.
  * SetCertificateAuthorityKeyIdentifier2: stores one of these values; null leaves a field out. The issuer's name is
  * copied. TESSEL_INVALID_ARGUMENT: neither a key identifier nor both an issuer and a serial number are given. */
 TESSEL_API uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certificate,
@@ -53,9 +56,10 @@ TESSEL_API uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier2(Certificat
 
 /* Whether an authority key identifier points to the certificate: 0 when it does, TESSEL_DIFFERENT when not. With a key
  * identifier only that is compared, with the certificate's subject key identifier; otherwise the serial number and then
- * the issuer, by CompareX509Names. TESSEL_INVALID_ARGUMENT: none of the three is given.
- * TESSEL_INTERNAL_BUFFER_TOO_SMALL: the certificate's key identifier has more than 32 octets. TESSEL_INVALID_CONTENT:
- * the certificate has no serial number. */
+ * the issuer, by CompareX509Names. TESSEL_INVALID_ARGUMENT: none of the three is given, or only a serial number that is
+ * the certificate's. TESSEL_INTERNAL_BUFFER_TOO_SMALL: the certificate's key identifier has more than 32 octets.
+ * TESSEL_INVALID_CONTENT: the certificate has no serial number. Statuses also as for the getters, when the certificate
+ * has no key identifier that can be read, and as for CompareX509Names. */
 TESSEL_API uint32_t TESSEL_CALL IsCertificateCorrespondToAuthKeyIdent(const Certificate* certificate,
                                                                       const uint8_t* keyIdentifier,
                                                                       uint32_t keyIdentifierSize,

@@ -2,7 +2,8 @@
  *
  * An object identifier crosses the interface as a counted identifier: one octet n, then the n content octets of its DER
  * (X.690, 8.19), without tag and length. n = 0 is the empty identifier. Where one goes into a buffer its length is n +
- * 1; where one comes in, only a pointer does. */
+ * 1; where one comes in, only a pointer does. One that was decoded and takes more than the 255 octets that can be
+ * counted is TESSEL_MALFORMED to every function that would give it out. */
 #ifndef TESSEL_OID_H
 #define TESSEL_OID_H
 
@@ -26,9 +27,8 @@ TESSEL_API uint32_t TESSEL_CALL ConvertOidToString(const uint8_t* oid, char* tex
  * counted. */
 TESSEL_API uint32_t TESSEL_CALL ConvertStringToOid(const char* text, uint8_t* buffer, uint32_t* length);
 
-/* Reads the OBJECT IDENTIFIER at the start of `data` into a counted identifier. TESSEL_MALFORMED: it is none, its
- * content runs past the input, or takes more than the 255 octets that can be counted. TESSEL_INDEFINITE_LENGTH.
- * TESSEL_LENGTH_TOO_LARGE. */
+/* Reads the OBJECT IDENTIFIER at the start of `data` into a counted identifier. TESSEL_MALFORMED: it is none, or its
+ * content runs past the input or takes more than 255 octets. TESSEL_INDEFINITE_LENGTH. TESSEL_LENGTH_TOO_LARGE. */
 TESSEL_API uint32_t TESSEL_CALL DecodeAsn1Oid(const uint8_t* data, uint32_t size, uint8_t* buffer, uint32_t* length);
 
 /* Writes the DER of a counted identifier, with tag and length, into the caller's buffer. */

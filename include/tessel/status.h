@@ -24,8 +24,7 @@ enum TesselStatus {
   TESSEL_UNSUPPORTED_KIND = 300,
   /* The encoding is malformed or truncated, or a mandatory element is missing in it. */
   TESSEL_MALFORMED = 302,
-  /* A length field of more than four octets, or an encoding whose length would need one; an arc of an object
-   * identifier too large for its text. */
+  /* A length field of more than four octets, or an encoding whose length would need one. */
   TESSEL_LENGTH_TOO_LARGE = 304,
   /* The descriptor contradicts itself: a SEQUENCE OF or SET OF without exactly one member, EXPLICIT or an IMPLICIT open
    * value without a usable tag number. */

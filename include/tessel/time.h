@@ -105,7 +105,8 @@ TESSEL_API uint32_t TESSEL_CALL IsLibraryPreciseTimeNull(const LibraryPreciseTim
 TESSEL_API uint32_t TESSEL_CALL IsAccuracyNull(const Accuracy* accuracy);
 
 /* GetCurrentLibTime, GetCurrentLibPreciseTime: store the current time; a precise time gets no fraction.
- * TESSEL_INVALID_ARGUMENT also when the clock cannot be read. */
+ * TESSEL_INVALID_ARGUMENT also when the clock cannot be read. TESSEL_INVALID_TIME: it is outside the years of a time,
+ * of which some fields are stored then, as by the setters. */
 TESSEL_API uint32_t TESSEL_CALL GetCurrentLibTime(LibraryTime* time);
 TESSEL_API uint32_t TESSEL_CALL GetCurrentLibPreciseTime(LibraryPreciseTime* time);
 

@@ -118,6 +118,10 @@ TEST(Names, AreComparedByTheirValuesAlone) {
   ASSERT_EQ(0U, CreateX509Name(never.Out()));
   EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(never, never));
   EXPECT_EQ(0U, ClearX509Name(longer));
+  OwnedName decoded;
+  const Bytes empty = FromHex("30 80 00 00");
+  ASSERT_EQ(0U, DecodeX509Name(empty.data(), SizeOf(empty), decoded.Out()));
+  EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(longer, decoded));
   EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
   EXPECT_EQ(0U, CompareX509Names(longer, longer));
 }
