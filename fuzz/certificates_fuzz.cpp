@@ -98,7 +98,7 @@ bool OnlyOpensslRefuses(uint32_t reason) {
 }
 
 // Whether there is a string in segments, which tessel reads of OCTET STRINGs of indefinite length only, or a SEQUENCE
-// or SET that says it is primitive.
+// or SET that says it is primitive. As the list of extensions that is an absent one to tessel, in its wrapper.
 bool HasOddForm(Octets octets) {
   while (octets.size() >= 2) {
     Element element;
@@ -134,9 +134,9 @@ void Run(const Bytes& input) {
   const Reencoded openssl = ByOpenssl(input);
   if (tessel.octets && openssl.octets) {
     // Unused bits and open values are written by tessel as they were read, and by OpenSSL in order.
-    Require(tessel.octets == openssl.octets || ByOpenssl(*tessel.octets).octets == openssl.octets);
+    Require(tessel.octets == openssl.octets || ByOpenssl(*tessel.octets).octets == openssl.octets || HasOddForm(input));
   } else if (tessel.octets) {
-    Require(OnlyOpensslRefuses(openssl.reason));
+    Require(HasOddForm(input) || OnlyOpensslRefuses(openssl.reason));
   } else if (openssl.octets) {
     Require(OnlyTesselRefuses(input, tessel.reason));
   }

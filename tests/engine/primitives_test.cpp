@@ -79,6 +79,8 @@ TEST(Primitives, SetIntegerStripsWhatIsRedundant) {
     EXPECT_EQ(0U, CheckAsn1Integer(node));
     const Bytes read = Fetch([&](auto... out) { return GetAsn1Integer(node, out...); });
     EXPECT_EQ(c.content, ToHex(Bytes(read.rbegin(), read.rend())));
+    node->tag = TESSEL_KIND_ENUMERATED;
+    EXPECT_EQ(TESSEL_INVALID_CONTENT, CheckAsn1Integer(node));
     FreeAsn1Object(&kInteger, node);
   }
   Asn1Value* raw = AllocAsn1Integer_s(FromHex("00 00 05").data(), 3);

@@ -129,6 +129,8 @@ TEST(Algorithms, AreReadAndSetInHalves) {
   EXPECT_EQ(10U, length);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
             GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, buffer, nullptr, nullptr, &length));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
+            GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, buffer, nullptr));
   ASSERT_EQ(0U, SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, oid.data(), curve.data(), 0))
       << "nothing is what a length of 0 says";
   EXPECT_EQ(0U, GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, nullptr, &length));
