@@ -133,9 +133,12 @@ TESSEL_API uint32_t TESSEL_CALL DetermineSuitableStringType(const uint8_t* text,
 /* General names. What stands for the value of one depends on its alternative:
  *
  *   0, 3, 5   the whole element: when building, the encoding of the inner value, which gets the alternative's tag when
- *             it is encoded, and stays constructed or primitive as it is; when reading, what is stored, which for a
- * decoded name has that tag already 4         the encoded X509Name 1, 2, 6   the characters, which are not checked 7
- * the octets of the address 8         a counted identifier */
+ *             it is encoded and stays constructed or primitive as it is; when reading, what is stored, which for a
+ *             decoded name has that tag already
+ *   4         the encoded X509Name
+ *   1, 2, 6   the characters, which are not checked
+ *   7         the octets of the address
+ *   8         a counted identifier */
 
 /* AddX509GeneralName: builds a general name from a copy of `value` and appends it. AllocX509GeneralNameValue: makes one
  * without a list, which the caller frees. For alternative 8 `size` is not looked at. TESSEL_INVALID_ARGUMENT: an

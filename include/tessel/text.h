@@ -15,8 +15,7 @@ extern "C" {
  * exceed the capacity less 10, and with a capacity of at most 10 at once, the call stops with TESSEL_BUFFER_TOO_SMALL,
  * and `length` receives a suggestion, twice the length of the input plus 20, or 0xFFFFFFFF when that is more. What was
  * written by then stays in the buffer. Of the octets 0x80 to 0xBF the letters of Russian, Ukrainian and Belarusian (but
- * for dotted I) and the signs 0x95, 0xA4, 0xB0, 0xB7 and 0xB9 are converted; any other, c, becomes U+03D0 + c - 0x80.
- */
+ * for dotted I) and the signs 0x95, 0xA4, 0xB0, 0xB7 and 0xB9 are converted; any other, c, is U+03D0 + c - 0x80. */
 TESSEL_API uint32_t TESSEL_CALL ConvertAnsiToUTF8(const char* text, char* buffer, uint32_t* length);
 
 /* ConvertX509PublicKeyToArdek: puts a GOST R 34.10 public key of 64 or 128 octets (X, then Y) into a block of 256
