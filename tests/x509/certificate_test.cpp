@@ -68,6 +68,38 @@ TEST(Certificate, LengthsInsideNeedNotBeMinimal) {
   EXPECT_EQ(original, FetchFrom<Certificate>(certificate, EncodeCertificate));
 }
 
+// The same of a version, which may be a DEFAULT that is not written.
+TEST(Certificate, VersionsNeedNotBeWrittenAsTheyWereRead) {
+  const Bytes& original = ::test::Certificates().front().octets;
+  const Bytes version = FromHex("A0 03 02 01 02");
+  const auto behindHeaders = original.begin() + 8;
+  ASSERT_EQ(version, Bytes(behindHeaders, behindHeaders + 5));
+  const auto with = [&](const Bytes& other) {
+    Bytes octets = Bytes(original.begin(), behindHeaders) + other + Bytes(behindHeaders + 5, original.end());
+    for (const size_t length : {2, 6}) {
+      const size_t size = (octets[length] << 8) + octets[length + 1] + other.size() - version.size();
+      octets[length] = static_cast<uint8_t>(size >> 8);
+      octets[length + 1] = static_cast<uint8_t>(size);
+    }
+    return octets;
+  };
+  const struct {
+    const char* read;
+    Bytes written;
+  } cases[] = {
+      {"A0 81 03 02 01 02", version},
+      {"A0 80 02 01 02 00 00", version},
+      {"A0 81 80 02 01 02", version},
+      {"A0 03 02 01 00", Bytes()},
+  };
+  for (const auto& c : cases) {
+    const Bytes octets = with(FromHex(c.read));
+    OwnedCertificate certificate;
+    ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out())) << c.read;
+    EXPECT_EQ(with(c.written), FetchFrom<Certificate>(certificate, EncodeCertificate)) << c.read;
+  }
+}
+
 TEST(Certificate, DamageIsSurvived) {
   ExpectDamageIsSurvived<OwnedCertificate>(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate,
                                            EncodeCertificate);
