@@ -70,7 +70,8 @@ struct Asn1Item {
   /* One of Asn1Kind. */
   uint32_t kind;
   /* The tag number that goes with the class; -1 when the item has its universal tag only. An open value that is an
-   * alternative of a CHOICE is found by its class, constructed bit and tag number, without the latter as a BOOLEAN. */
+   * alternative of a CHOICE is found by its class, constructed bit and tag number; one that has no tag number is taken
+   * for a BOOLEAN. */
   int32_t tagNumber;
   /* SEQUENCE and SET: the size of the node in octets, one pointer for each member. */
   uint32_t nodeSize;

@@ -7,15 +7,10 @@ namespace test {
 namespace {
 
 using OwnedCertificates = Owned<::Certificates, FreeCertificates>;
-using OwnedCrl = Owned<X509Crl, FreeX509Crl>;
 using OwnedCrls = Owned<X509Crls, FreeX509Crls>;
 using OwnedRevoked = Owned<X509RevokedCertificates, FreeX509RevokedCertificates>;
 using OwnedText = Owned<PKIFreeText, FreePKIFreeText>;
 using OwnedExtensions = Owned<X509Extensions, FreeX509Extensions>;
-using OwnedPurposes = Owned<ExtensionExtendedKeyUsage, FreeExtensionExtendedKeyUsage>;
-using OwnedAccess = Owned<ExtensionAuthorityInformationAccess, FreeExtensionAuthorityInformationAccess>;
-using OwnedPoints = Owned<ExtensionCrlDistributionPoints, FreeExtensionCrlDistributionPoints>;
-using OwnedPolicies = Owned<ExtensionCertificatePolicies, FreeExtensionCertificatePolicies>;
 
 const Bytes kUri = ToBytes("http://example.ru/");
 const Bytes kOneOctet = {0x05};
@@ -35,12 +30,28 @@ void MakeAndEncode(Caller& caller, OwnedObject& object, Create create, Decode de
   caller.Get(encode, object.Get());
 }
 
+// The same of an empty list, which is then watched while `add` appends to it so often that it grows, and encoded.
+template <class OwnedList, class Create, class Decode, class Encode, class Add>
+void MakeAndFill(Caller& caller, OwnedList& list, Create create, Decode decode, Encode encode, Add add) {
+  MakeAndEncode(caller, list, create, decode, encode, FromHex("30 00"));
+  caller.Watch(EncodingOf(list, encode));
+  for (int i = 0; i < 12; ++i) add();
+  caller.Get(encode, list);
+}
+
 // A SEQUENCE OF two elements.
 Bytes TwoOf(const Bytes& element) {
   const size_t size = 2 * element.size();
   return Bytes{0x30, 0x83, static_cast<uint8_t>(size >> 16), static_cast<uint8_t>(size >> 8),
                static_cast<uint8_t>(size)} +
          element + element;
+}
+
+OwnedGeneralNames UriNames() {
+  OwnedGeneralNames names;
+  EXPECT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  EXPECT_EQ(0U, AddX509GeneralName(names, 6, kUri.data(), SizeOf(kUri)));
+  return names;
 }
 
 OwnedCertificate DecodeSample() {
@@ -313,9 +324,7 @@ void ExtensionValues(Caller& caller) {
   encoded = caller.Get(EncodeExtensionBasicConstraints, 1, 3);
   caller.Read(DecodeExtensionBasicConstraints, encoded.data(), SizeOf(encoded), &flag, &number);
 
-  OwnedGeneralNames names;
-  EXPECT_EQ(0U, CreateX509GeneralNames(names.Out()));
-  EXPECT_EQ(0U, AddX509GeneralName(names, 6, kUri.data(), SizeOf(kUri)));
+  const OwnedGeneralNames names = UriNames();
   encoded = caller.Get(EncodeExtensionAuthorityKeyIdentifier, kOneOctet.data(), 1, names, kOneOctet.data(), 1);
   Bytes buffers[2] = {Bytes(Caller::kCapacity), Bytes(Caller::kCapacity)};
   uint32_t lengths[2] = {};
@@ -336,54 +345,39 @@ void ExtensionValues(Caller& caller) {
 
 void ExtensionLists(Caller& caller) {
   const Bytes oid = Counted("1.3.6.1.5.5.7.3.1");
-  const Bytes empty = FromHex("30 00");
   OwnedPurposes purposes;
-  MakeAndEncode(caller, purposes, CreateExtensionExtendedKeyUsage, DecodeExtensionExtendedKeyUsage,
-                EncodeExtensionExtendedKeyUsage, empty);
-  caller.Watch(EncodingOf(purposes, EncodeExtensionExtendedKeyUsage));
-  for (int i = 0; i < 12; ++i) caller.Change(AddExtensionExtendedKeyUsage, purposes, oid.data());
-  caller.Get(EncodeExtensionExtendedKeyUsage, purposes);
+  MakeAndFill(caller, purposes, CreateExtensionExtendedKeyUsage, DecodeExtensionExtendedKeyUsage,
+              EncodeExtensionExtendedKeyUsage,
+              [&] { caller.Change(AddExtensionExtendedKeyUsage, purposes, oid.data()); });
 
-  OwnedAccess access;
-  MakeAndEncode(caller, access, CreateExtensionAuthorityInformationAccess, DecodeExtensionAuthorityInformationAccess,
-                EncodeExtensionAuthorityInformationAccess, empty);
-  caller.Watch(EncodingOf(access, EncodeExtensionAuthorityInformationAccess));
   const auto location = caller.Taken([] {
     OwnedGeneralName name;
     EXPECT_EQ(0U, AllocX509GeneralNameValue(name.Out(), 6, kUri.data(), SizeOf(kUri)));
     return name.Release();
   });
-  for (int i = 0; i < 12; ++i) caller.Change(AddExtensionAuthorityInformationAccess, access, oid.data(), location);
-  caller.Get(EncodeExtensionAuthorityInformationAccess, access);
+  OwnedAccess access;
+  MakeAndFill(caller, access, CreateExtensionAuthorityInformationAccess, DecodeExtensionAuthorityInformationAccess,
+              EncodeExtensionAuthorityInformationAccess,
+              [&] { caller.Change(AddExtensionAuthorityInformationAccess, access, oid.data(), location); });
 
-  OwnedPoints points;
-  MakeAndEncode(caller, points, CreateExtensionCrlDistributionPoints, DecodeExtensionCrlDistributionPoints,
-                EncodeExtensionCrlDistributionPoints, empty);
-  caller.Watch(EncodingOf(points, EncodeExtensionCrlDistributionPoints));
-  const auto names = caller.Taken([] {
-    OwnedGeneralNames list;
-    EXPECT_EQ(0U, CreateX509GeneralNames(list.Out()));
-    EXPECT_EQ(0U, AddX509GeneralName(list, 6, kUri.data(), SizeOf(kUri)));
-    return list.Release();
-  });
+  const auto names = caller.Taken([] { return UriNames().Release(); });
   const auto relative = caller.Taken([] {
     OwnedName name;
     EXPECT_EQ(0U, CreateX509Name(name.Out()));
     return name.Release();
   });
-  for (int i = 0; i < 12; ++i) {
-    caller.Change(AddExtensionCrlDistributionPoint, points, names, nullptr, 0x40, names);
-    caller.Change(AddExtensionCrlDistributionPoint, points, nullptr, relative, 0, nullptr);
-  }
-  caller.Get(EncodeExtensionCrlDistributionPoints, points);
+  OwnedPoints points;
+  MakeAndFill(caller, points, CreateExtensionCrlDistributionPoints, DecodeExtensionCrlDistributionPoints,
+              EncodeExtensionCrlDistributionPoints, [&] {
+                caller.Change(AddExtensionCrlDistributionPoint, points, names, nullptr, 0x40, names);
+                caller.Change(AddExtensionCrlDistributionPoint, points, nullptr, relative, 0, nullptr);
+              });
 
   OwnedPolicies policies;
-  MakeAndEncode(caller, policies, CreateExtensionCertificatePolicies, DecodeExtensionCertificatePolicies,
-                EncodeExtensionCertificatePolicies, empty);
-  caller.Watch(EncodingOf(policies, EncodeExtensionCertificatePolicies));
   uint32_t index = 0;
-  for (int i = 0; i < 12; ++i) caller.Change(AddExtensionPolicyInformation, policies, oid.data(), &index);
-  caller.Get(EncodeExtensionCertificatePolicies, policies);
+  MakeAndFill(caller, policies, CreateExtensionCertificatePolicies, DecodeExtensionCertificatePolicies,
+              EncodeExtensionCertificatePolicies,
+              [&] { caller.Change(AddExtensionPolicyInformation, policies, oid.data(), &index); });
   // With what this adds the list cannot be encoded any more.
   caller.Watch([&policies] {
     uint32_t count = 0;

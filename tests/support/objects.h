@@ -43,6 +43,11 @@ using OwnedName = Owned<X509Name, FreeX509Name>;
 using OwnedGeneralName = Owned<X509GeneralName, FreeX509GeneralName>;
 using OwnedGeneralNames = Owned<X509GeneralNames, FreeX509GeneralNames>;
 using OwnedExtension = Owned<X509Extension, FreeX509Extension>;
+using OwnedPurposes = Owned<ExtensionExtendedKeyUsage, FreeExtensionExtendedKeyUsage>;
+using OwnedAccess = Owned<ExtensionAuthorityInformationAccess, FreeExtensionAuthorityInformationAccess>;
+using OwnedPoints = Owned<ExtensionCrlDistributionPoints, FreeExtensionCrlDistributionPoints>;
+using OwnedPolicies = Owned<ExtensionCertificatePolicies, FreeExtensionCertificatePolicies>;
+using OwnedCrl = Owned<X509Crl, FreeX509Crl>;
 using OwnedTime = Owned<LibraryTime, FreeLibraryTime>;
 
 inline uint32_t SizeOf(const Bytes& bytes) { return static_cast<uint32_t>(bytes.size()); }

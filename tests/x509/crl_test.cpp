@@ -9,8 +9,6 @@
 namespace test {
 namespace {
 
-using OwnedCrl = Owned<X509Crl, FreeX509Crl>;
-
 // The input is gone before the CRL is used.
 OwnedCrl DecodeCrl(const Bytes& octets) {
   const Guarded input(octets);

@@ -8,11 +8,6 @@
 namespace test {
 namespace {
 
-using OwnedPurposes = Owned<ExtensionExtendedKeyUsage, FreeExtensionExtendedKeyUsage>;
-using OwnedAccess = Owned<ExtensionAuthorityInformationAccess, FreeExtensionAuthorityInformationAccess>;
-using OwnedPoints = Owned<ExtensionCrlDistributionPoints, FreeExtensionCrlDistributionPoints>;
-using OwnedPolicies = Owned<ExtensionCertificatePolicies, FreeExtensionCertificatePolicies>;
-
 template <class List>
 uint32_t CountOf(uint32_t(TESSEL_CALL* count)(const List*, uint32_t*), const List* list) {
   uint32_t number = 77;
