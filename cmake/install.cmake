@@ -23,7 +23,7 @@ configure_file(cmake/tessel.pc.in tessel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tessel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 install(FILES docs/guide.md TYPE DOC COMPONENT development)
-install(DIRECTORY docs/examples TYPE DOC COMPONENT development FILES_MATCHING PATTERN "*.[ch]")
+install(DIRECTORY docs/examples TYPE DOC COMPONENT development FILES_MATCHING PATTERN "*.[ch]" PATTERN "*.cpp")
 
 if(WIN32)
   # The module definition file: for linkers that make an import library of their own.

@@ -48,6 +48,15 @@ TEST(Interface, LibraryExportsJustTheListedNames) {
   EXPECT_EQ(ExportList(), exported);
 }
 
+// The owners of the C++ interface release each type by its own function.
+TEST(Interface, EveryFreeFunctionHasItsOwner) {
+  Names released = Lines(std::istringstream(
+      OutputOf("grep -o '\\bFree[A-Z][A-Za-z0-9]*' " TESSEL_SOURCE_DIR "/include/tessel/calls.hpp")));
+  Names expected = ExportList();
+  std::erase_if(expected, [](const std::string& name) { return !name.starts_with("Free"); });
+  EXPECT_EQ(expected, released);
+}
+
 TEST(Interface, LibraryNeedsTheSystemOnly) {
   const std::string library = Library();
   Names needed =

@@ -9,9 +9,9 @@
 #include "addresses.h"
 #include "concat.h"
 #include "describe_values.h"
-#include "known_oids.h"
 #include "library.h"
 #include "nodes.h"
+#include "tessel/known_identifiers.hpp"
 #include "text.h"
 #include "values.h"
 
@@ -46,7 +46,7 @@ std::optional<std::string> StringText(Octets value) {
 // the node has.
 std::string AttributeText(Octets type, Octets value) {
   const std::optional<std::string> dotted = DottedText(type);
-  const bool known = dotted && !KnownName(*dotted).empty();
+  const bool known = dotted && !tessel::KnownName(*dotted).empty();
   const std::optional<std::string> text = known ? StringText(value) : std::nullopt;
   return Concat(OidName(type), '=', text ? *text : Concat('#', Hex(value)));
 }

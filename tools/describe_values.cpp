@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "concat.h"
-#include "known_oids.h"
+#include "tessel/known_identifiers.hpp"
 #include "tessel/tessel.h"
 #include "text.h"
 #include "values.h"
@@ -57,7 +57,7 @@ Fact OidFact(Octets content) {
   Fact fact = Fact::Object(OidName(content));
   fact.Hide(dotted ? "oid" : "oidHex", dotted ? *dotted : Hex(content));
   if (!dotted) return fact;
-  if (const std::string_view name = KnownName(*dotted); !name.empty()) fact.Hide("name", std::string(name));
+  if (const std::string_view name = tessel::KnownName(*dotted); !name.empty()) fact.Hide("name", std::string(name));
   return fact;
 }
 

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "concat.h"
-#include "known_oids.h"
 #include "report.h"
+#include "tessel/known_identifiers.hpp"
 #include "tessel/tessel.h"
 #include "text.h"
 #include "values.h"
@@ -42,7 +42,7 @@ std::string BitsText(uint32_t, Octets content) {
 std::string IdentifierText(uint32_t, Octets content) {
   const std::optional<std::string> dotted = DottedText(content);
   if (!dotted) return OidName(content);
-  const std::string_view name = KnownName(*dotted);
+  const std::string_view name = tessel::KnownName(*dotted);
   return name.empty() ? *dotted : Concat(*dotted, " (", name, ')');
 }
 

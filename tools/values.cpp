@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "concat.h"
-#include "known_oids.h"
+#include "tessel/known_identifiers.hpp"
 #include "tessel/tessel.h"
 #include "text.h"
 
@@ -122,7 +122,7 @@ std::string OidName(Octets content) {
   const std::optional<std::string> dotted = DottedText(content);
   if (content.empty()) return "(empty)";
   if (!dotted) return Concat(ShortHex(content), " (not an identifier with arcs of 32 bits)");
-  const std::string_view name = KnownName(*dotted);
+  const std::string_view name = tessel::KnownName(*dotted);
   return name.empty() ? *dotted : std::string(name);
 }
 

@@ -1,16 +1,22 @@
-#include "known_oids.h"
+// Names of well-known object identifiers: attribute types, algorithms, parameter sets, extensions and what they hold.
+#pragma once
 
+#include <string>
+#include <string_view>
 #include <unordered_map>
 
-namespace tool {
-namespace {
+#include "tessel/object_identifier.hpp"
 
-struct KnownOid {
+namespace tessel {
+
+namespace detail {
+
+struct KnownIdentifier {
   std::string_view dotted;
   std::string_view name;
 };
 
-constexpr KnownOid kAttributeTypes[] = {
+inline constexpr KnownIdentifier kAttributeTypes[] = {
     {"2.5.4.3", "CN"},
     {"2.5.4.4", "SN"},
     {"2.5.4.5", "serialNumber"},
@@ -51,7 +57,7 @@ constexpr KnownOid kAttributeTypes[] = {
     {"1.2.643.100.5", "OGRNIP"},
 };
 
-constexpr KnownOid kAlgorithms[] = {
+inline constexpr KnownIdentifier kAlgorithms[] = {
     {"1.2.840.113549.1.1.1", "rsaEncryption"},
     {"1.2.840.113549.1.1.2", "md2WithRSAEncryption"},
     {"1.2.840.113549.1.1.4", "md5WithRSAEncryption"},
@@ -119,7 +125,7 @@ constexpr KnownOid kAlgorithms[] = {
     {"1.2.643.7.1.1.6.2", "GOST R 34.10-2012 DH 512"},
 };
 
-constexpr KnownOid kParameterSets[] = {
+inline constexpr KnownIdentifier kParameterSets[] = {
     {"1.2.840.10045.3.1.1", "secp192r1"},
     {"1.2.840.10045.3.1.7", "secp256r1"},
     {"1.3.132.0.10", "secp256k1"},
@@ -153,7 +159,7 @@ constexpr KnownOid kParameterSets[] = {
     {"1.2.643.7.1.2.1.2.3", "id-tc26-gost-3410-2012-512-paramSetC"},
 };
 
-constexpr KnownOid kExtensions[] = {
+inline constexpr KnownIdentifier kExtensions[] = {
     {"2.5.29.9", "subjectDirectoryAttributes"},
     {"2.5.29.14", "subjectKeyIdentifier"},
     {"2.5.29.15", "keyUsage"},
@@ -210,7 +216,7 @@ constexpr KnownOid kExtensions[] = {
 };
 
 // What stands inside extensions.
-constexpr KnownOid kExtensionValues[] = {
+inline constexpr KnownIdentifier kExtensionValues[] = {
     {"2.5.29.32.0", "anyPolicy"},
     {"2.23.140.1.1", "extended-validation"},
     {"2.23.140.1.2.1", "domain-validated"},
@@ -264,12 +270,10 @@ constexpr KnownOid kExtensionValues[] = {
     {"1.2.643.100.113.6", "classSignToolKA1"},
 };
 
-using NamesByOid = std::unordered_map<std::string_view, std::string_view>;
-
-NamesByOid CollectNames() {
-  NamesByOid names;
+inline std::unordered_map<std::string_view, std::string_view> CollectKnownNames() {
+  std::unordered_map<std::string_view, std::string_view> names;
   const auto add = [&names](const auto& table) {
-    for (const KnownOid& row : table) names.emplace(row.dotted, row.name);
+    for (const KnownIdentifier& row : table) names.emplace(row.dotted, row.name);
   };
   add(kAttributeTypes);
   add(kAlgorithms);
@@ -279,12 +283,14 @@ NamesByOid CollectNames() {
   return names;
 }
 
-}  // namespace
+}  // namespace detail
 
-std::string_view KnownName(std::string_view dotted) {
-  static const NamesByOid names = CollectNames();
+// "keyUsage" for "2.5.29.15", "CN" for "2.5.4.3". Empty when the identifier has no name here.
+inline std::string_view KnownName(std::string_view dotted) {
+  static const auto names = detail::CollectKnownNames();
   const auto found = names.find(dotted);
   return found == names.end() ? std::string_view() : found->second;
 }
+inline std::string_view KnownName(const ObjectIdentifier& identifier) { return KnownName(identifier.Text()); }
 
-}  // namespace tool
+}  // namespace tessel

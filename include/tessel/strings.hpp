@@ -1,0 +1,294 @@
+// Character strings and names as UTF-8 texts.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "tessel/known_identifiers.hpp"
+#include "tessel/object_identifier.hpp"
+#include "tessel/octets.hpp"
+#include "tessel/tessel.h"
+
+namespace tessel {
+
+namespace detail {
+
+// Marks an octet that is not (part of) a character. No character reaches that far.
+inline constexpr char32_t kRawOctet = 0x80000000;
+inline constexpr char32_t kLastCharacter = 0x10FFFF;
+
+constexpr bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
+
+// The octets that a UTF-8 sequence has by its first one; 0 when none starts so.
+constexpr size_t Utf8Length(uint8_t first) {
+  if (first < 0x80) return 1;
+  if (first < 0xC2) return 0;
+  if (first < 0xE0) return 2;
+  if (first < 0xF0) return 3;
+  return first < 0xF5 ? 4 : 0;
+}
+
+// Takes one character from the front, or one raw octet where the encoding is wrong.
+inline char32_t TakeUtf8(Octets& octets) {
+  constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+  const uint8_t first = octets.front();
+  const size_t length = Utf8Length(first);
+  char32_t c = length == 1 ? first : first & (0x7FU >> length);
+  bool valid = length != 0 && length <= octets.size();
+  for (size_t i = 1; valid && i < length; ++i) {
+    valid = (octets[i] & 0xC0) == 0x80;
+    c = c << 6 | (octets[i] & 0x3F);
+  }
+  valid = valid && c >= kSmallest[length] && c <= kLastCharacter && !IsSurrogate(c);
+  octets = octets.subspan(valid ? length : 1);
+  return valid ? c : kRawOctet | first;
+}
+
+inline std::u32string FromUtf8(Octets octets) {
+  std::u32string text;
+  while (!octets.empty()) text += TakeUtf8(octets);
+  return text;
+}
+
+// One octet a character, up to and including `last`.
+inline std::u32string FromSingleOctets(Octets octets, char32_t last) {
+  std::u32string text;
+  for (const uint8_t octet : octets) text += octet <= last ? char32_t{octet} : kRawOctet | octet;
+  return text;
+}
+
+// Big-endian units of `size` octets. A pair of surrogates, which BMPString does not have but some writers put in it, is
+// the character that it means in UTF-16.
+inline std::u32string FromUnits(Octets octets, size_t size) {
+  std::u32string text;
+  for (; !octets.empty(); octets = octets.subspan(size)) {
+    char32_t c = 0;
+    for (const uint8_t octet : octets.first(size)) c = c << 8 | octet;
+    const bool pair = size == 2 && (c & 0xFC00) == 0xDC00 && !text.empty() && (text.back() & 0xFFFFFC00) == 0xD800;
+    if (pair) {
+      text.back() = 0x10000 + ((text.back() & 0x3FF) << 10 | (c & 0x3FF));
+    } else if (c <= kLastCharacter) {
+      text += c;
+    } else {
+      for (const uint8_t octet : octets.first(size)) text.push_back(kRawOctet | octet);
+    }
+  }
+  return text;
+}
+
+inline void AppendUtf8(std::string& out, char32_t c) {
+  const auto put = [&out](char32_t octet) { out += static_cast<char>(static_cast<uint8_t>(octet)); };
+  if (c < 0x80) return put(c);
+  if (c < 0x800) {
+    put(0xC0 | c >> 6);
+  } else if (c < 0x10000) {
+    put(0xE0 | c >> 12);
+    put(0x80 | (c >> 6 & 0x3F));
+  } else {
+    put(0xF0 | c >> 18);
+    put(0x80 | (c >> 12 & 0x3F));
+    put(0x80 | (c >> 6 & 0x3F));
+  }
+  put(0x80 | (c & 0x3F));
+}
+
+inline void AppendHexEscaped(std::string& out, char32_t c) {
+  std::string octets;
+  if ((c & kRawOctet) != 0) {
+    octets += static_cast<char>(static_cast<uint8_t>(c));
+  } else {
+    AppendUtf8(octets, c);
+  }
+  for (const char octet : octets) {
+    const auto value = static_cast<uint8_t>(octet);
+    out += '\\' + Hex({&value, 1});
+  }
+}
+
+}  // namespace detail
+
+// Whether a character can make a text show other than what is written: controls drive a terminal, line separators and
+// the marks of text direction move what stands around them.
+constexpr bool IsDangerous(char32_t c) {
+  if (c < 0x20 || (c >= 0x7F && c <= 0x9F) || detail::IsSurrogate(c)) return true;
+  if (c == 0x061C || c == 0x200E || c == 0x200F || c == 0xFEFF) return true;
+  return (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+}
+
+// The characters of a string by its content octets and its universal tag number (TESSEL_KIND_UTF8_STRING, ...). An
+// octet that is no character is among them with the top bit of 32 set, for EscapeText. TeletexString is read as ISO
+// 8859-1, which is what nearly all writers mean by it. Nothing when the type is no character string, or the octets are
+// not a whole number of characters.
+inline std::optional<std::u32string> Characters(uint32_t tag, Octets content) {
+  switch (tag) {
+    case TESSEL_KIND_UTF8_STRING:
+      return detail::FromUtf8(content);
+    case TESSEL_KIND_TELETEX_STRING:
+      return detail::FromSingleOctets(content, 0xFF);
+    case TESSEL_KIND_NUMERIC_STRING:
+    case TESSEL_KIND_PRINTABLE_STRING:
+    case TESSEL_KIND_IA5_STRING:
+    case TESSEL_KIND_VISIBLE_STRING:
+    case TESSEL_KIND_UTC_TIME:
+    case TESSEL_KIND_GENERALIZED_TIME:
+      return detail::FromSingleOctets(content, 0x7F);
+    case TESSEL_KIND_BMP_STRING:
+      if (content.size() % 2 != 0) return std::nullopt;
+      return detail::FromUnits(content, 2);
+    case TESSEL_KIND_UNIVERSAL_STRING:
+      if (content.size() % 4 != 0) return std::nullopt;
+      return detail::FromUnits(content, 4);
+    default:
+      return std::nullopt;
+  }
+}
+
+// The characters themselves. Nothing when there are octets among them that are none.
+inline std::optional<std::string> Utf8(std::u32string_view text) {
+  std::string out;
+  for (const char32_t c : text) {
+    if (c > detail::kLastCharacter || detail::IsSurrogate(c)) return std::nullopt;
+    detail::AppendUtf8(out, c);
+  }
+  return out;
+}
+
+// The text of a character string. Nothing when it is none, or is not well-formed.
+inline std::optional<std::string> Utf8(uint32_t tag, Octets content) {
+  const std::optional<std::u32string> characters = Characters(tag, content);
+  return characters ? Utf8(*characters) : std::nullopt;
+}
+
+// What is escaped besides dangerous characters and octets that are none, which always are.
+enum class Escape {
+  kNothing,
+  kBackslash,  // so that an escaped octet is told from one that is written like that
+  kQuotes,     // what would end or change a text between quotation marks
+  kName        // what RFC 4514, 2.4 asks for in an attribute value
+};
+
+namespace detail {
+
+constexpr bool NeedsBackslash(std::u32string_view text, size_t at, Escape escape) {
+  const char32_t c = text[at];
+  if (escape == Escape::kNothing) return false;
+  if (c == '\\' || (c == '"' && escape != Escape::kBackslash)) return true;
+  if (escape == Escape::kBackslash || escape == Escape::kQuotes) return false;
+  const bool first = at == 0;
+  const bool last = at + 1 == text.size();
+  if (c == ' ') return first || last;
+  if (c == '#') return first;
+  return c == '+' || c == ',' || c == ';' || c == '<' || c == '>';
+}
+
+}  // namespace detail
+
+// UTF-8 that is safe to print. What must not be printed as it is becomes a backslash and two hexadecimal digits for
+// each of its octets.
+inline std::string EscapeText(std::u32string_view text, Escape escape) {
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if ((text[i] & detail::kRawOctet) != 0 || IsDangerous(text[i])) {
+      detail::AppendHexEscaped(out, text[i]);
+      continue;
+    }
+    if (detail::NeedsBackslash(text, i, escape)) out += '\\';
+    detail::AppendUtf8(out, text[i]);
+  }
+  return out;
+}
+
+// The same of a text that should be UTF-8 already: a file name, say.
+inline std::string Printable(std::string_view text) {
+  const Octets octets(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+  return EscapeText(detail::FromUtf8(octets), Escape::kNothing);
+}
+
+// An attribute of a name: the content octets of its type and the whole element that is its value. They are lent, and
+// live no longer than the name as it is.
+struct NameAttribute {
+  Octets type;
+  Octets value;
+
+  // The content octets of a value that is a primitive element of a universal type, and its tag number.
+  struct Primitive {
+    uint32_t tag;
+    Octets content;
+  };
+  [[nodiscard]] std::optional<Primitive> PrimitiveValue() const {
+    uint8_t tagClass = 0;
+    uint8_t constructed = 0;
+    uint32_t tag = 0;
+    uint32_t length = 0;
+    uint32_t headerLength = 0;
+    const uint32_t status = GetAsn1ObjectInfo(value.data(), static_cast<uint32_t>(value.size()), &tagClass,
+                                              &constructed, &tag, &length, nullptr, &headerLength);
+    if (status != TESSEL_OK || tagClass != TESSEL_CLASS_UNIVERSAL || constructed != 0) return std::nullopt;
+    return Primitive{tag, value.subspan(headerLength, length)};
+  }
+};
+using RelativeName = std::vector<NameAttribute>;
+
+namespace detail {
+
+// The items of a list node, which may be null.
+inline std::span<void* const> ItemsOf(const void* list) {
+  const auto* node = static_cast<const Asn1List*>(list);
+  return node == nullptr ? std::span<void* const>() : std::span<void* const>(node->items, node->count);
+}
+
+inline Octets ContentOf(const Asn1Value* value) {
+  return value == nullptr || value->data == nullptr ? Octets() : Octets(value->data, value->length);
+}
+
+}  // namespace detail
+
+// What a name is made of, in its order. A null name has nothing.
+inline std::vector<RelativeName> RelativeNamesOf(const X509Name* name) {
+  std::vector<RelativeName> names;
+  for (const void* rdn : detail::ItemsOf(name)) {
+    RelativeName attributes;
+    for (const void* item : detail::ItemsOf(rdn)) {
+      // SEQUENCE { type OBJECT IDENTIFIER, value ANY }
+      const auto* const* members = static_cast<const Asn1Value* const*>(item);
+      if (members != nullptr) attributes.push_back({detail::ContentOf(members[0]), detail::ContentOf(members[1])});
+    }
+    names.push_back(std::move(attributes));
+  }
+  return names;
+}
+
+// An attribute by RFC 4514: "CN=Example". The value is in hexadecimal, after "#", when the type has no known name or
+// the value is no character string.
+inline std::string AttributeText(const NameAttribute& attribute) {
+  const std::optional<ObjectIdentifier> type = ObjectIdentifier::OfContent(attribute.type);
+  const std::string dotted = type ? type->Text() : std::string();
+  const std::string_view name = KnownName(dotted);
+  const auto value = name.empty() ? std::nullopt : attribute.PrimitiveValue();
+  const auto characters = value ? Characters(value->tag, value->content) : std::nullopt;
+  return (name.empty() ? dotted : std::string(name)) + '=' +
+         (characters ? EscapeText(*characters, Escape::kName) : '#' + Hex(attribute.value));
+}
+
+inline std::string RelativeNameText(const RelativeName& attributes) {
+  std::string text;
+  for (const NameAttribute& attribute : attributes) text += (text.empty() ? "" : "+") + AttributeText(attribute);
+  return text;
+}
+
+// A name by RFC 4514, which begins with the last of its RDNs: "CN=Example,O=Company,C=RU".
+inline std::string NameText(const X509Name* name) {
+  std::string text;
+  for (const RelativeName& attributes : RelativeNamesOf(name)) {
+    text = RelativeNameText(attributes) + (text.empty() ? "" : ",") + text;
+  }
+  return text;
+}
+
+}  // namespace tessel

@@ -1,0 +1,23 @@
+// The C interface of tessel for C++20. There is no wrapper for each function: a few templates call any of them, with
+// arguments, results and failures as C++ has them, and the headers of the C interface remain the reference.
+//
+//   calls.hpp              owners of objects, calls, octets and texts that are fetched
+//   error.hpp              statuses in words, and the exception
+//   octets.hpp             octets, and hexadecimal digits
+//   object_identifier.hpp  object identifiers
+//   known_identifiers.hpp  their names
+//   strings.hpp            character strings and names as UTF-8
+//   pem.hpp                PEM texts and Base64
+//
+// They need nothing but the standard library, and add nothing to what the library exports. All of it compiles without
+// exceptions and without RTTI; what throws is not there then.
+#pragma once
+
+#include "tessel/calls.hpp"
+#include "tessel/error.hpp"
+#include "tessel/known_identifiers.hpp"
+#include "tessel/object_identifier.hpp"
+#include "tessel/octets.hpp"
+#include "tessel/pem.hpp"
+#include "tessel/strings.hpp"
+#include "tessel/tessel.h"

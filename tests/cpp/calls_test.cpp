@@ -1,0 +1,110 @@
+#include "tessel/calls.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+
+namespace test {
+namespace {
+
+using tessel::Bytes;
+using tessel::Call;
+using tessel::Fetch;
+using tessel::Get;
+using tessel::Into;
+using tessel::Make;
+using tessel::ObjectIdentifier;
+using tessel::Owned;
+using tessel::Try;
+
+TEST(Calls, ArgumentsAndResultsAreThoseOfCpp) {
+  const Owned<X509Name> name = Make(CreateX509Name);
+  Call(AddX509NameEntry, name, "RU", TESSEL_KIND_PRINTABLE_STRING, ObjectIdentifier("2.5.4.6"), true);
+  Call(AddX509NameEntry, name, std::string("Пример"), 12, ObjectIdentifier("2.5.4.3"), 1);
+  Call(AddX509NameEntry, name, Bytes(), 12, ObjectIdentifier("2.5.4.10"), 0);
+  EXPECT_EQ(2U, Get(GetX509NameRdnCount, name));
+  const Owned<X509Name> read = Make(DecodeX509Name, Fetch(EncodeX509Name, name));
+  Bytes value;
+  uint32_t tag = 0;
+  ObjectIdentifier type;
+  Call(GetX509NameEntry, read, 0, 0, Into(value), &tag, Into(type));
+  EXPECT_EQ((Bytes{'R', 'U'}), value);
+  EXPECT_EQ(uint32_t{TESSEL_KIND_PRINTABLE_STRING}, tag);
+  EXPECT_EQ(ObjectIdentifier("2.5.4.6"), type);
+  // The empty value comes first in the SET.
+  Call(GetX509NameEntry, read, 1, 0, Into(value), &tag, Into(type));
+  EXPECT_EQ(Bytes(), value);
+  EXPECT_EQ(ObjectIdentifier("2.5.4.10"), type);
+}
+
+TEST(Calls, TextsComeWithoutTheirNul) {
+  EXPECT_EQ("2.5.4.3", Fetch(ConvertOidToString, ObjectIdentifier("2.5.4.3")));
+  EXPECT_EQ(ObjectIdentifier("1.2.3"), Fetch<ObjectIdentifier>(ConvertStringToOid, "1.2.3"));
+  EXPECT_EQ("AAAA", Fetch(EncodeToBase64, Bytes(3)));
+  std::string text = "before";
+  Call(GetVersionInfo, Into(text, 1));
+  EXPECT_TRUE(text.starts_with("TESSEL v1.0 (32bit)")) << text;
+  Call(ConvertAnsiToUTF8, std::string(100, '\xC0'), Into(text, 1));
+  EXPECT_EQ(200U, text.size());
+  const Owned<Certificate> certificate = Make(CreateCertificate);
+  Call(SetCertificateSerialNumber, certificate, "AB");
+  EXPECT_EQ("AB, ", Fetch(GetCertificateCN, certificate));
+}
+
+TEST(Calls, WhatIsMovedIsTakenWhenTheCallSucceeds) {
+  const Owned<Certificates> list = Make(CreateCertificates);
+  Owned<Certificate> certificate = Make(CreateCertificate);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, nullptr, std::move(certificate)));
+  ASSERT_TRUE(certificate);  // NOLINT(bugprone-use-after-move): it was not taken
+  EXPECT_EQ(TESSEL_OK, Try(AddCertificateToCertificates, list, std::move(certificate)));
+  EXPECT_FALSE(certificate);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(1U, Get(GetCertificatesCount, list));
+}
+
+TEST(Calls, FailuresTellStatusAndPlace) {
+  const Owned<Certificate> certificate = Make(CreateCertificate);
+  try {
+    Call(SetCertificateVersion, certificate, 3);
+    FAIL();
+  } catch (const tessel::Error& error) {
+    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, error.Status());
+    EXPECT_EQ("certificate.cpp", std::string(error.Module()));
+    EXPECT_EQ("an argument is invalid (TESSEL_INVALID_ARGUMENT, certificate.cpp:" + std::to_string(error.Line()) + ")",
+              error.what());
+  }
+  // A number that the parameter cannot hold is not passed on.
+  try {
+    Call(SetCertificateVersion, certificate, uint64_t{1} << 32);
+    FAIL();
+  } catch (const tessel::Error& error) {
+    EXPECT_EQ("an argument is invalid (TESSEL_INVALID_ARGUMENT)", std::string(error.what()));
+    EXPECT_EQ(nullptr, error.Module());
+  }
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(SetCertificateArdekKeyIdentifier, certificate, std::string("a\0b", 3)));
+  // After a failure there is no result, not even an old one.
+  Bytes value{1, 2, 3};
+  EXPECT_EQ(TESSEL_NOT_FOUND,
+            Try(GetCertificateExtensionValue, certificate, ObjectIdentifier("2.5.29.15"), Into(value)));
+  EXPECT_EQ(Bytes(), value);
+}
+
+TEST(Calls, EveryStatusHasAName) {
+  uint32_t named = 0;
+  for (uint32_t status = 0; status < 400; ++status) named += tessel::StatusName(status).empty() ? 0 : 1;
+  EXPECT_EQ(23U, named);
+  EXPECT_EQ("TESSEL_ALREADY_PRESENT", tessel::StatusName(344));
+  EXPECT_EQ("an unknown status", tessel::StatusText(2));
+}
+
+#if SIZE_MAX > UINT32_MAX
+TEST(Calls, SizesThatTheInterfaceCannotTellAreRefused) {
+  const uint8_t octet = 0;
+  const Owned<PKIFreeText> text = Make(CreatePKIFreeText);
+  // Nothing is read of so many octets.
+  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, Try(AddPKIFreeTextString, text, tessel::Octets(&octet, size_t{1} << 32)));
+}
+#endif
+
+}  // namespace
+}  // namespace test
