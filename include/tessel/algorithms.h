@@ -21,8 +21,8 @@ extern "C" {
  * the identifier, then that of the parameters.
  *
  * The setters copy a counted identifier, or the one of a number (oid.h; TESSEL_UNKNOWN_ID when the table does not have
- * it), then the parameters, an encoded element that is not checked. With null parameters, or of no octets, there are
- * none afterwards. When memory does not suffice, the algorithm can be the new one and the parameters the old ones. */
+ * it), and the parameters, an encoded element that is not checked. With null parameters, or of no octets, there are
+ * none afterwards. A setter that fails leaves the algorithm identifier as it was. */
 
 /* AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL } */
 typedef struct AlgorithmIdentifier AlgorithmIdentifier;

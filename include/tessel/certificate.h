@@ -145,8 +145,7 @@ TESSEL_API uint32_t TESSEL_CALL SetCertificatePublicKeyAlgorithmIdAndParameters(
                                                                                 uint32_t parametersSize);
 
 /* GetCertificateSignatureAlgorithmOidAndParameters: the algorithm in the to-be-signed part (algorithms.h).
- * SetCertificateSignatureAlgorithmOidAndParameters: sets it there and then beside the signature. When memory does not
- * suffice, the first can be the new one and the second the old one. */
+ * SetCertificateSignatureAlgorithmOidAndParameters: sets it there and beside the signature. */
 TESSEL_API uint32_t TESSEL_CALL GetCertificateSignatureAlgorithmOidAndParameters(const Certificate* certificate,
                                                                                  uint8_t* oid, uint32_t* oidLength,
                                                                                  uint8_t* parameters,
@@ -165,8 +164,8 @@ TESSEL_API uint32_t TESSEL_CALL SetCertificateSignature(Certificate* certificate
 /* GOST R 34.10 keys and signatures (RFC 4491, RFC 9215). */
 
 /* SetCertificateGostR34102001SignatureAlgorithmID: sets the signature algorithm by its number (oid.h), in the
- * to-be-signed part first and then beside the signature, with parameters NULL when `mode` is 0 and without when it is
- * 0xFF; another is TESSEL_INVALID_ARGUMENT. When memory does not suffice, only the first may have been set.
+ * to-be-signed part and beside the signature, with parameters NULL when `mode` is 0 and without when it is 0xFF; another
+ * is TESSEL_INVALID_ARGUMENT.
  * SetCertificateGostR34102001SignatureAlgorithmIDAndParameters: the same with all modes and parameter sets of
  * SetAlgorithmGostR34102001AndParameters.
  * SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters: the algorithm of the subject's public key. */

@@ -14,7 +14,7 @@ extern "C" {
 /* Goes from a CHOICE to what was chosen: replaces `*node`, an Asn1Choice, by its alternative (lent; null when none has
  * been set) and `*descriptor` by that alternative's descriptor. TESSEL_INVALID_ARGUMENT: an argument or what it points
  * to is null, or the descriptor is not that of a CHOICE. TESSEL_WRONG_ALTERNATIVE: the descriptor has no such
- * alternative. Nothing is replaced then. */
+ * alternative. TESSEL_INCONSISTENT_DESCRIPTOR: it has a null one. Nothing is replaced then. */
 TESSEL_API uint32_t TESSEL_CALL GetAsn1ChoiceUnderlyingType(void** node, const Asn1Item** descriptor);
 
 /* Tells the header of the element that an open value holds; the outputs are those of GetAsn1ObjectInfo. With indefinite

@@ -4,8 +4,8 @@
  * writes it. Count tells how many elements there are. Add appends an element; Get reads the one at an index, Remove
  * releases it. An index that the list does not have is TESSEL_INVALID_ARGUMENT, an empty slot of it or a missing field
  * TESSEL_ABSENT. Identifiers are counted identifiers, which Add copies. Names that Get gives are lent. Names that Add
- * is given are taken once the arguments are in order: also when there is not memory enough for the new element
- * (TESSEL_OUT_OF_MEMORY), then they are released with it. A location without an alternative can be added; encoding is
+ * is given, each of them once, are taken when the arguments are in order: also when there is not memory enough for the
+ * new element (TESSEL_OUT_OF_MEMORY), then they are released with it. A location without an alternative can be added; encoding is
  * TESSEL_ABSENT then. */
 #ifndef TESSEL_EXTENSION_LISTS_H
 #define TESSEL_EXTENSION_LISTS_H

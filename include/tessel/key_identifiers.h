@@ -1,6 +1,7 @@
 /* Key identifiers of certificates: computed, stored, read and matched (RFC 5280, 4.2.1.1 and 4.2.1.2).
  *
- * Setters replace the extension by one that is not critical; one that fails leaves the certificate as it was.
+ * Setters replace all extensions of their identifier by one that is not critical; one that fails leaves the certificate
+ * as it was.
  * TESSEL_ABSENT: the certificate has no to-be-signed part.
  * Getters: TESSEL_NOT_FOUND: the certificate has no such extension, or no to-be-signed part; statuses also as for the
  * decoder of the value (extension_values.h). */

@@ -90,7 +90,7 @@ TESSEL_API uint32_t TESSEL_CALL GetX509NameEntryCount(const X509Name* name, uint
  * 0x20.
  * TESSEL_INVALID_ARGUMENT: `newRdn` is 0 and the name has no RDN yet, one of the two octets is another, or `stringType`
  * is 2^31 or more. TESSEL_LENGTH_TOO_LARGE: the element would have 2^32 octets or more. After that, and when the memory
- * does not suffice, a new RDN can stay in the name, empty. */
+ * does not suffice, a new RDN can stay in the name, empty; DeleteX509NameEntry takes it out. */
 TESSEL_API uint32_t TESSEL_CALL AddX509NameEntry(X509Name* name, const uint8_t* value, uint32_t size,
                                                  uint32_t stringType, const uint8_t* oid, uint32_t newRdn);
 TESSEL_API uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, uint32_t size,
@@ -106,7 +106,8 @@ TESSEL_API uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_
  * copied, but `length` tells the length that it needs.
  *
  * TESSEL_INVALID_ARGUMENT: no such RDN or attribute, or a required pointer is null: all but the two buffers are.
- * TESSEL_ABSENT: the attribute has no value. */
+ * TESSEL_ABSENT: the attribute has no value. Statuses also as for GetAsn1AnyInfo; TESSEL_MALFORMED: the value's element
+ * claims more octets than there are. */
 TESSEL_API uint32_t TESSEL_CALL GetX509NameEntry(const X509Name* name, uint32_t rdn, uint32_t entry, uint8_t* buffer,
                                                  uint32_t* length, uint32_t* stringType, uint8_t* oid,
                                                  uint32_t* oidLength);
@@ -114,8 +115,8 @@ TESSEL_API uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32
                                                     uint32_t* length, uint8_t* tagClass, uint8_t* constructed,
                                                     uint32_t* stringType, uint8_t* oid, uint32_t* oidLength);
 
-/* Removes an attribute, and its RDN when it was the only one therein. TESSEL_INVALID_ARGUMENT: no such RDN or
- * attribute. */
+/* Removes an attribute, and its RDN when it was the only one therein; the attribute 0 of an empty RDN is the RDN alone.
+ * TESSEL_INVALID_ARGUMENT: no such RDN or attribute. */
 TESSEL_API uint32_t TESSEL_CALL DeleteX509NameEntry(X509Name* name, uint32_t rdn, uint32_t entry);
 
 /* Compares the values of two names in the order in which they are stored: 0 when they are the same, TESSEL_DIFFERENT

@@ -13,9 +13,10 @@
  * A node of a named type is handled by its name (Certificate*, X509Name*), which is an opaque struct in C; its shape is
  * still the one above. A node does not know its descriptor: every operation is handed both.
  *
- * All nodes come from the library. A tree is released at its root, and its nodes live until then: a member that is
- * lent, replaced or removed has no life of its own. Callers read nodes as they like, and change them through functions:
- * the library would not notice another change. */
+ * All nodes come from the library. A tree is released at its root, and a node lives no longer than that. It may end
+ * before: a pointer to a node, or to the octets that it holds, is good until a function replaces or removes that node or
+ * one that holds it. Callers read nodes as they like, and change them through functions: the library would not notice
+ * another change. */
 #ifndef TESSEL_NODES_H
 #define TESSEL_NODES_H
 

@@ -26,8 +26,8 @@ enum TesselStatus {
   TESSEL_MALFORMED = 302,
   /* A length field of more than four octets, or an encoding whose length would need one. */
   TESSEL_LENGTH_TOO_LARGE = 304,
-  /* The descriptor contradicts itself: a SEQUENCE OF or SET OF without exactly one member, EXPLICIT or an IMPLICIT open
-   * value without a usable tag number. */
+  /* The descriptor contradicts itself: a SEQUENCE OF or SET OF without exactly one member, a SEQUENCE or SET whose node
+   * has not one slot for each member, a null member, EXPLICIT or an IMPLICIT open value without a usable tag number. */
   TESSEL_INCONSISTENT_DESCRIPTOR = 305,
   /* A CHOICE holds an alternative that its descriptor does not have, or not the one that was asked for. */
   TESSEL_WRONG_ALTERNATIVE = 306,

@@ -60,6 +60,7 @@ uint32_t TESSEL_CALL GetAsn1ChoiceUnderlyingType(void** node, const Asn1Item** d
   if ((*descriptor)->kind != TESSEL_KIND_CHOICE) return Fail(TESSEL_INVALID_ARGUMENT);
   const auto& choice = *static_cast<const Asn1Choice*>(*node);
   if (choice.index >= (*descriptor)->memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
+  if (!IsConsistent(**descriptor)) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
   *descriptor = (*descriptor)->members[choice.index];
   *node = choice.value;
   return Status();

@@ -14,9 +14,6 @@
 namespace tessel {
 namespace {
 
-// Far deeper than any type; it bounds the stack when a descriptor contains itself.
-constexpr uint32_t kMaximumDepth = 1000;
-
 // Which tag an element must carry: its descriptor's, or, inside an EXPLICIT wrapper, the universal one of its kind.
 enum class Tagging : uint8_t { kOwn, kUniversal };
 
@@ -221,6 +218,7 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
 
 Decoded Decoder::ChosenElement(const Plan& plan, Octets input) {
   MemberPlans alternatives(plan);
+  if (!alternatives.AreConsistent()) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
   // Often it is the first.
   if (!input.empty() && alternatives.Count() != 0 && input[0] == alternatives[0].identifier) {
     return Alternative(plan, 0, alternatives[0], input);
@@ -321,12 +319,12 @@ Decoded Decoder::SegmentedString(Octets content, bool indefinite) {
 }
 
 Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
-  if (ElementOf(*plan.item) == nullptr) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
+  MemberPlans plans(plan);
+  if (!plans.AreConsistent()) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
   const Nesting nesting(depth_);
   if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
   Asn1List* list = NewList(pool_, GuessCount(content));
   if (list == nullptr) return OutOfMemory();
-  MemberPlans plans(plan);
   const Plan& element = plans[0];
   Octets rest = content;
   // One of indefinite length may also end with the input.
@@ -369,11 +367,12 @@ Decoded AbandonSlots(const Plan& plan, void* node, uint32_t filled, Status statu
 }
 
 Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
+  MemberPlans members(plan);
+  if (!members.AreConsistent()) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
   const Nesting nesting(depth_);
   if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
   void* node = NewSlots(pool_, *plan.item);
   if (node == nullptr) return OutOfMemory();
-  MemberPlans members(plan);
   Octets rest = content;
   for (uint32_t i = 0; i < members.Count(); ++i) {
     const Decoded member = Element(members[i], rest);
@@ -443,7 +442,8 @@ Decoded Decoder::Copied(const Plan& plan) {
 Octets ElementToCopy(const Plan& plan, Octets input) {
   Octets content;
   const bool isConstructed = plan.form == Form::kSlots || plan.form == Form::kList;
-  const uint32_t headerLength = isConstructed ? ReadOwnHeader(plan, input, content) : 0;
+  const uint32_t headerLength =
+      isConstructed && MemberPlans(plan).AreConsistent() ? ReadOwnHeader(plan, input, content) : 0;
   return headerLength == 0 ? Octets() : input.first(headerLength + content.size());
 }
 

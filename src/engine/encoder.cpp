@@ -226,6 +226,7 @@ template <Pass pass>
 inline Encoded Encoder<pass>::Alternative(const Plan& plan, const Asn1Choice& choice, uint64_t length) {
   if (choice.index >= plan.memberCount) return {length, Fail(TESSEL_WRONG_ALTERNATIVE)};
   if (plan.members != nullptr) return Element(plan.members[choice.index], choice.value, length);
+  if (!IsConsistent(*plan.item)) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   return Element(Plan(*plan.item->members[choice.index]), choice.value, length);
 }
 
@@ -265,6 +266,7 @@ template <Pass pass>
 inline Encoded Encoder<pass>::Members(const Plan& plan, const void* node, uint64_t length) {
   if (plan.kind == TESSEL_KIND_SET) return {length, Fail(TESSEL_UNSUPPORTED_KIND)};
   MemberPlans members(plan);
+  if (!members.AreConsistent()) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   const uint32_t count = members.Count();
   for (uint32_t i = 0; i < count; ++i) {
     const uint32_t index = InOrder(i, count);
@@ -277,8 +279,8 @@ inline Encoded Encoder<pass>::Members(const Plan& plan, const void* node, uint64
 
 template <Pass pass>
 inline Encoded Encoder<pass>::List(const Plan& plan, const Asn1List& list, uint64_t length) {
-  if (ElementOf(*plan.item) == nullptr) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   MemberPlans plans(plan);
+  if (!plans.AreConsistent()) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   const Plan& element = plans[0];
   const bool sorts = plan.kind == TESSEL_KIND_SET_OF && list.sorted != 0 && list.count > 1;
   if (sorts && pass == Pass::kWrites) return SortedList(element, list, length);
@@ -292,8 +294,9 @@ inline Encoded Encoder<pass>::List(const Plan& plan, const Asn1List& list, uint6
   return {length, Status()};
 }
 
+// Not inlined: a list that is not sorted does not need the room on the stack.
 template <Pass pass>
-Encoded Encoder<pass>::SortedList(const Plan& element, const Asn1List& list, uint64_t length) {
+[[gnu::noinline]] Encoded Encoder<pass>::SortedList(const Plan& element, const Asn1List& list, uint64_t length) {
   SetSorter sorter;
   if (!sorter.Reserve(list.count)) return {length, Fail(TESSEL_OUT_OF_MEMORY)};
   const uint64_t start = length;

@@ -16,11 +16,11 @@ constexpr size_t kRoomForTree = 3584;
 constexpr size_t kRoomForLeaf = 64;
 
 size_t RoomBeside(const Asn1Item& item) {
-  if (ShapeOf(item) != Shape::kSlotsNode) return 0;
+  if (ShapeOf(item) != Shape::kSlotsNode || !IsConsistent(item)) return 0;
   for (uint32_t i = 0; i < item.memberCount; ++i) {
     if (ShapeOf(*item.members[i]) == Shape::kSlotsNode) return kRoomForTree;
   }
-  return item.memberCount * kRoomForLeaf;
+  return std::min<size_t>(item.memberCount, kRoomForTree / kRoomForLeaf) * kRoomForLeaf;
 }
 
 Made OutOfMemory(Site at = {}) { return {nullptr, Fail(TESSEL_OUT_OF_MEMORY, at)}; }
@@ -32,14 +32,13 @@ Made Place(Pool& pool, const Node& value) {
   return {new (place) Node(value), Status()};
 }
 
-Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves);
-
 // Fills the slots with what `make(member's plan, index)` makes. After a failure the node is there, complete up to it.
 template <class Make>
 Made MakeSlots(Pool& pool, const Plan& plan, Make make) {
+  MemberPlans members(plan);
+  if (!members.AreConsistent()) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   Made slots{NewSlots(pool, *plan.item), Status()};
   if (slots.node == nullptr) return OutOfMemory();
-  MemberPlans members(plan);
   for (uint32_t i = 0; i < members.Count(); ++i) {
     const Made member = slots.status.Ok() ? make(members[i], i) : Made();
     StoreSlot(slots.node, i, member.node);
@@ -55,12 +54,16 @@ Made WholeOrNothing(const Plan& plan, Made made) {
   return {nullptr, made.status};
 }
 
-Made CreateMembers(Pool& pool, const Plan& plan, Leaves leaves) {
-  return MakeSlots(pool, plan,
-                   [&](const Plan& member, uint32_t /*index*/) { return CreateInto(pool, member, leaves); });
+Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth = 0);
+
+// A descriptor that contains itself, and is not OPTIONAL there, has no value that ends.
+Made CreateMembers(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth = 0) {
+  if (depth == kMaximumDepth) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
+  const auto create = [&](const Plan& member, uint32_t) { return CreateInto(pool, member, leaves, depth + 1); };
+  return MakeSlots(pool, plan, create);
 }
 
-Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves) {
+Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth) {
   const Asn1Item& item = *plan.item;
   if (IsOptional(item)) return item.defaultValue == nullptr ? Made() : CopyInto(pool, plan, item.defaultValue);
   switch (plan.shape) {
@@ -75,7 +78,7 @@ Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves) {
     case Shape::kListNode:
       return Place(pool, kEmptyList);
     case Shape::kSlotsNode:
-      return CreateMembers(pool, plan, leaves);
+      return CreateMembers(pool, plan, leaves, depth);
     case Shape::kNotAKind:
       break;
   }
@@ -99,6 +102,7 @@ Made CopyContent(Pool& pool, const Node& source) {
 Made CopyChoice(Pool& pool, const Plan& plan, const Asn1Choice& source) {
   MemberPlans alternatives(plan);
   if (source.index >= alternatives.Count()) return {nullptr, Fail(TESSEL_WRONG_ALTERNATIVE)};
+  if (!alternatives.AreConsistent()) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   Made copy = Place(pool, Asn1Choice{source.index, nullptr});
   // A choice that has not been made yet is copied as it is.
   if (copy.node == nullptr || source.value == nullptr) return copy;
@@ -108,8 +112,8 @@ Made CopyChoice(Pool& pool, const Plan& plan, const Asn1Choice& source) {
 }
 
 Made CopyList(Pool& pool, const Plan& plan, const Asn1List& source) {
-  if (ElementOf(*plan.item) == nullptr) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   MemberPlans plans(plan);
+  if (!plans.AreConsistent()) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   const Plan& element = plans[0];
   Asn1List* list = NewList(pool, source.count);
   if (list == nullptr) return OutOfMemory();
@@ -154,16 +158,17 @@ Status CompareValues(const Asn1Value& first, const Asn1Value& second, bool& equa
 }
 
 Status CompareLists(const Asn1Item& item, const Asn1List& first, const Asn1List& second, bool& equal) {
-  const Asn1Item* element = ElementOf(item);
-  if (element == nullptr) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
+  if (!IsConsistent(item)) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
   equal = first.count == second.count;
   for (uint32_t i = 0; equal && i < first.count; ++i) {
-    if (Status status = CompareTrees(*element, first.items[i], second.items[i], equal); status.Failed()) return status;
+    if (Status status = CompareTrees(*item.members[0], first.items[i], second.items[i], equal); status.Failed())
+      return status;
   }
   return Status();
 }
 
 Status CompareSlots(const Asn1Item& item, const void* first, const void* second, bool& equal) {
+  if (!IsConsistent(item)) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
   equal = true;
   for (uint32_t i = 0; equal && i < item.memberCount; ++i) {
     Status status = CompareTrees(*item.members[i], LoadSlot(first, i), LoadSlot(second, i), equal);
@@ -207,12 +212,12 @@ inline void FreeNode(const Plan& plan, void* node) {
 
 void FreeChoice(const Plan& plan, const Asn1Choice& choice) {
   MemberPlans alternatives(plan);
-  if (choice.index < alternatives.Count()) FreeNode(alternatives[choice.index], choice.value);
+  if (choice.index < alternatives.Count() && alternatives.AreConsistent())
+    FreeNode(alternatives[choice.index], choice.value);
 }
 
 void FreeList(const Plan& plan, Asn1List& list) {
-  if (ElementOf(*plan.item) != nullptr) {
-    MemberPlans plans(plan);
+  if (MemberPlans plans(plan); plans.AreConsistent()) {
     const Plan& element = plans[0];
     for (uint32_t i = 0; i < list.count; ++i) FreeNode(element, list.items[i]);
   }
@@ -223,7 +228,8 @@ void FreeList(const Plan& plan, Asn1List& list) {
 void FreeBranch(const Plan& plan, void* node) {
   if (plan.shape == Shape::kSlotsNode) {
     MemberPlans members(plan);
-    for (uint32_t i = 0; i < members.Count(); ++i) {
+    const uint32_t count = members.AreConsistent() ? members.Count() : 0;
+    for (uint32_t i = 0; i < count; ++i) {
       if (void* member = LoadSlot(node, i); member != nullptr) FreeNode(members[i], member);
     }
   } else if (plan.shape == Shape::kListNode) {

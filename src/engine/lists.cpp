@@ -41,11 +41,11 @@ Status Grow(Asn1List& list) {
   const uint64_t capacity = NextCapacity(list.capacity);
   if (capacity > UINT32_MAX || capacity > SIZE_MAX / sizeof(void*)) return Fail(TESSEL_OUT_OF_MEMORY);
   const size_t size = static_cast<size_t>(capacity) * sizeof(void*);
-  const bool isOwn = OwnsItsMemory(list.items) && list.items != FirstArray(list);
-  void* grown = isOwn ? ResizeOctets(list.items, size) : AllocateOctets(size);
+  void* grown = AllocateOctets(size);
   if (grown == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  if (!isOwn) std::memcpy(grown, list.items, list.count * sizeof(void*));
+  if (list.count != 0) std::memcpy(grown, list.items, list.count * sizeof(void*));
   NoteChange();
+  ReleaseArray(list);
   list.items = static_cast<void**>(grown);
   list.capacity = static_cast<uint32_t>(capacity);
   return Status();

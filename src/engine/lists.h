@@ -71,18 +71,15 @@ Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item);
 Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at = {});
 
 // Releases the items that `isGone(index)` names, and closes the gaps. It is asked once for each item, from the first to
-// the last, while that stands at the index still.
+// the last, while that stands at the index still, and before any is released.
 template <class IsGone>
 void RemoveIf(Asn1List& list, const Asn1Item& element, IsGone isGone) {
   uint32_t left = 0;
   for (uint32_t i = 0; i < list.count; ++i) {
-    if (isGone(i)) {
-      FreeTree(element, list.items[i]);
-    } else {
-      list.items[left++] = list.items[i];
-    }
+    if (!isGone(i)) std::swap(list.items[left++], list.items[i]);
   }
   if (left != list.count) NoteChange();
+  for (uint32_t i = left; i < list.count; ++i) FreeTree(element, list.items[i]);
   list.count = left;
 }
 
@@ -94,9 +91,10 @@ void Sort(Asn1List& list);
 
 // What the add, count and get functions of a list of a named type say.
 
+// Takes the element. TESSEL_INVALID_ARGUMENT also when it is a part of another object.
 template <class Element>
 Status Add(ListOf<Element>* list, Element* element, Site at = {}) {
-  if (list == nullptr || element == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  if (list == nullptr || element == nullptr || !CanBeTaken(element)) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return AppendTo(*list, element);
 }
 

@@ -38,6 +38,14 @@ uint64_t PresentEra() {
   return now;
 }
 
+// What malloc gives, when it is aligned as it has to be.
+void* TakeBlock(size_t size) {
+  void* block = std::malloc(size);
+  if (OwnsItsMemory(block)) return block;
+  std::free(block);
+  return nullptr;
+}
+
 constexpr size_t kSmallestRoom = 16 * kHeapAlignment;
 constexpr size_t kLargestFirstRoom = 262144;
 constexpr size_t kUsualRoom = 65536;
@@ -50,10 +58,8 @@ constexpr double kLargestRoomForOctet = 16;
 void* AllocateOctets(size_t size) {
   // Allocators align to what they are asked for, so a smaller request could come back less aligned. AddressSanitizer's
   // does not, and is told the true size.
-  return std::malloc(kSeparateNodes ? size : std::max(size, kHeapAlignment));
+  return TakeBlock(kSeparateNodes ? size : std::max(size, kHeapAlignment));
 }
-
-void* ResizeOctets(void* octets, size_t size) { return std::realloc(octets, std::max(size, kHeapAlignment)); }
 
 void NoteChange() {
   uint64_t now = eras.load(std::memory_order_relaxed);
@@ -85,7 +91,7 @@ Pool::~Pool() {
 
 bool Pool::Begin(size_t rootSize, Octets input) {
   const size_t withoutInput = kHeadSize + rootSize + sizeof(void*) + room_;
-  auto* block = static_cast<uint8_t*>(std::malloc(withoutInput + input.size()));
+  auto* block = static_cast<uint8_t*>(TakeBlock(withoutInput + input.size()));
   if (block == nullptr) return false;
   first_ = new (block) FirstBlock{{nullptr}, input.empty() ? kNoEra : PresentEra(), 0};
   // Nothing is free before the root is there.
@@ -115,13 +121,13 @@ void* Pool::NodeInNewBlock(size_t size) {
 
 void* Pool::SeparateNode(size_t size) {
   if (size > kLargestNode) return nullptr;
-  auto* block = static_cast<uint8_t*>(std::malloc(kHeadSize + size));
+  auto* block = static_cast<uint8_t*>(TakeBlock(kHeadSize + size));
   return block == nullptr ? nullptr : new (block) FirstBlock{{nullptr}, kNoEra, 0} + 1;
 }
 
 // The room of a new block, or null when there is no memory.
 uint8_t* Pool::AddBlock(size_t room) {
-  auto* block = static_cast<uint8_t*>(std::malloc(sizeof(Block) + room));
+  auto* block = static_cast<uint8_t*>(TakeBlock(sizeof(Block) + room));
   if (block == nullptr) return nullptr;
   first_->next = new (block) Block{first_->next};
   return block + sizeof(Block);

@@ -4,9 +4,10 @@
 // its nodes and their contents in blocks that hang from the tree's root, and all the blocks go back to the heap when
 // the root is released. What replaces a member later is an allocation of its own.
 //
-// Which of the two a pointer is can be read from its address. The heap aligns what it gives to two pointers' size;
-// whatever is placed inside a block is kept off that alignment. So releasing a pointer into a block does nothing, and
-// releasing any other gives its memory back, without a header, a table or a look at the parent:
+// Which of the two a pointer is can be read from its address. The heap aligns what it gives to two pointers' size
+// (memory from one that does not is not used); whatever is placed inside a block is kept off that alignment. So
+// releasing a pointer into a block does nothing, and releasing any other gives its memory back, without a header, a
+// table or a look at the parent:
 //
 //     heap ->  | next block | root ... | node | node | ...      ... | octets | octets of the input |
 //              ^            ^          ^                            ^
@@ -45,16 +46,17 @@ inline constexpr bool kSeparateNodes = false;
 // Far from the end of the address space, so that sums of sizes cannot wrap.
 inline constexpr size_t kLargestNode = SIZE_MAX / 4;
 
-// What malloc guarantees on every platform that the library is built for.
+// What malloc guarantees on every platform that the library is built for. A heap put in its place may not keep to it:
+// blocks that are aligned to less are given back at once, as if there were no memory.
 inline constexpr size_t kHeapAlignment = 2 * sizeof(void*);
 
 inline bool OwnsItsMemory(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer) % kHeapAlignment == 0; }
 
+// Whether a node can be an object of its own, which a tree may take. A part of another tree's blocks never is.
+inline bool CanBeTaken(const void* node) { return OwnsItsMemory(node); }
+
 // Octets and arrays on their own; null when there is no memory.
 [[nodiscard]] void* AllocateOctets(size_t size);
-// The same octets in a block of another size; null when there is no memory, and then the block stays as it was.
-[[nodiscard]] void* ResizeOctets(void* octets, size_t size);
-
 // Releasing null or a pointer into a block does nothing.
 inline void ReleaseOctets(void* octets) {
   if (OwnsItsMemory(octets)) std::free(octets);

@@ -24,7 +24,9 @@ inline void StoreSlot(void* node, uint32_t index, void* member) {
 }
 
 // A node for a SEQUENCE or SET, whose slots are not filled yet; null when there is no memory.
-inline void* NewSlots(Pool& pool, const Asn1Item& item) { return pool.Node(std::max<size_t>(item.nodeSize, 1)); }
+inline void* NewSlots(Pool& pool, const Asn1Item& item) {
+  return item.nodeSize > kLargestNode ? nullptr : pool.Node(std::max<size_t>(item.nodeSize, 1));
+}
 
 // Asn1Value or Asn1BitString: the content octets that are there.
 template <class Node>

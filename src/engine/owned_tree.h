@@ -11,13 +11,14 @@ namespace tessel {
 template <class Node>
 class OwnedTree {
  public:
-  explicit OwnedTree(const Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
+  explicit OwnedTree(const tessel::Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
   ~OwnedTree() { FreeTree(*item_, root_); }
   OwnedTree(OwnedTree&& other) noexcept : item_(other.item_), root_(other.Release()) {}
   OwnedTree(const OwnedTree&) = delete;
   OwnedTree& operator=(const OwnedTree&) = delete;
   OwnedTree& operator=(OwnedTree&&) = delete;
 
+  [[nodiscard]] const tessel::Item<Node>& Item() const { return *item_; }
   [[nodiscard]] Node* Get() const { return root_; }
   Node* operator->() const { return root_; }
   // For a function that makes the tree.
@@ -26,7 +27,7 @@ class OwnedTree {
   [[nodiscard]] Node* Release() { return std::exchange(root_, nullptr); }
 
  private:
-  const Item<Node>* item_;
+  const tessel::Item<Node>* item_;
   Node* root_;
 };
 

@@ -24,6 +24,13 @@ class Path {
                                 at);
   }
 
+  // The same in the node that a slot holds. Unreachable also as Slot::Load tells.
+  static auto In(const Slot<Root>& slot) {
+    Root* root = nullptr;
+    Status status = slot.Load(root);
+    return Step<first, rest...>(root, status, slot.At());
+  }
+
   // The same in an element of a list. Unreachable also as GetElement tells.
   static auto InElement(const ListOf<Root>* list, uint32_t index, Site at = {}) {
     Root* element = nullptr;

@@ -30,6 +30,14 @@ constexpr const Asn1Item* ElementOf(const Asn1Item& item) {
   return item.memberCount == 1 && item.members != nullptr ? item.members[0] : nullptr;
 }
 
+// Whether what a descriptor says of its members agrees: none is null, and a node has one slot for each. The library's
+// own tables are consistent by construction; what callers write is looked at before anything is done by it.
+bool IsConsistent(const Asn1Item& item);
+
+// How many descriptors may be nested in each other, which bounds the stack where a descriptor contains itself: with
+// this number 128 KB are enough for every function. Types as they are nest less than twenty deep.
+inline constexpr uint32_t kMaximumDepth = 64;
+
 // What a kind's nodes look like.
 enum class Shape : uint8_t { kNotAKind, kValueNode, kOpenNode, kBitStringNode, kChoiceNode, kListNode, kSlotsNode };
 
@@ -147,6 +155,8 @@ class MemberPlans {
   // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject)
   explicit MemberPlans(const Plan& plan) : plans_(plan.members), count_(plan.memberCount), item_(plan.item) {}
 
+  // Otherwise none may be asked for.
+  [[nodiscard]] bool AreConsistent() const { return plans_ != nullptr || IsConsistent(*item_); }
   [[nodiscard]] uint32_t Count() const { return count_; }
   // Valid until the next is asked for.
   const Plan& operator[](uint32_t i) { return plans_ != nullptr ? plans_[i] : Make(i); }

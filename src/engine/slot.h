@@ -7,6 +7,7 @@
 #include "engine/codec.h"
 #include "engine/descriptor.h"
 #include "engine/lifecycle.h"
+#include "engine/owned_tree.h"
 #include "engine/status.h"
 #include "tessel/nodes.h"
 
@@ -64,14 +65,41 @@ Status Remove(const Slot<Node>& slot, const Item<Node>& item) {
   return Take<Node>(slot, item, nullptr);
 }
 
-// Puts a copy of a node into the slot, in place of the one that it holds, which the source can be a part of. When it
-// fails the slot is as it was.
+// A copy that is going to take the place of what a slot holds; of nothing, when the member is to be removed.
+template <class Node>
+class Replacement {
+ public:
+  Replacement(const Slot<Node>& slot, const Item<Node>& item, const Node* source) : slot_(slot), copy_(item) {
+    made_ = slot.Unreachable();
+    if (made_.Ok() && source != nullptr) made_ = Copy(item, source, copy_.Out(), slot.At());
+  }
+
+  // Why there is no copy, or no place for it.
+  [[nodiscard]] Status Made() const { return made_; }
+  // Only when it is made.
+  void Take() { static_cast<void>(tessel::Take(slot_, copy_.Item(), copy_.Release())); }
+
+ private:
+  Slot<Node> slot_;
+  OwnedTree<Node> copy_;
+  Status made_;
+};
+
+// Puts copies into several slots, or, after a failure, into none. All are made before the first one is taken, so that
+// what they are copied from can be a part of what the slots hold.
+template <class... Replacements>
+Status TakeAll(Replacements... replacements) {
+  Status status;
+  ((status = status.Ok() ? replacements.Made() : status), ...);
+  if (status.Ok()) (replacements.Take(), ...);
+  return status;
+}
+
+// The same with one.
 template <class Node>
 Status Store(const Slot<Node>& slot, const Item<Node>& item, const Node* source) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
-  Node* copy = nullptr;
-  if (Status status = Copy(item, source, &copy, slot.At()); status.Failed()) return status;
-  return Take(slot, item, copy);
+  if (slot.Unreachable().Ok() && source == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
+  return TakeAll(Replacement<Node>(slot, item, source));
 }
 
 // The encoding of the member alone, in the caller's buffer.

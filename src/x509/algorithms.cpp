@@ -181,14 +181,38 @@ Status GetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffer
   return halves.oid.Failed() ? halves.oid : halves.parameters;
 }
 
+namespace {
+
+// What takes the place of the members of an algorithm identifier. Empty parameters are left out.
+class AlgorithmReplacement {
+ public:
+  AlgorithmReplacement(const Slot<AlgorithmIdentifier>& slot, const Asn1Oid& oid, const Asn1Any* parameters)
+      : oid_(kAlgorithm.In(slot), kOid, &oid), parameters_(kParameters.In(slot), kAny, parameters) {}
+
+  [[nodiscard]] Status Made() const { return oid_.Made().Failed() ? oid_.Made() : parameters_.Made(); }
+  void Take() {
+    oid_.Take();
+    parameters_.Take();
+  }
+
+ private:
+  Replacement<Asn1Oid> oid_;
+  Replacement<Asn1Any> parameters_;
+};
+
+template <class... Slots>
+Status SetAll(const uint8_t* oid, Octets parameters, Site at, const Slots&... slots) {
+  if (oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  const Asn1Oid identifier = BorrowOid(oid);
+  const bool isGiven = parameters.data() != nullptr && !parameters.empty();
+  const Asn1Any value = isGiven ? BorrowOpenValue(parameters) : Asn1Any();
+  return TakeAll(AlgorithmReplacement(slots, identifier, isGiven ? &value : nullptr)...);
+}
+
+}  // namespace
+
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const uint8_t* oid, Octets parameters) {
-  AlgorithmIdentifier* identifier = nullptr;
-  if (Status status = slot.Load(identifier); status.Failed()) return status;
-  if (Status status = SetOid(kAlgorithm.In(identifier, slot.At()), oid); status.Failed()) return status;
-  const Slot<Asn1Any> member = kParameters.In(identifier, slot.At());
-  if (parameters.data() == nullptr || parameters.empty()) return Remove(member, kAny);
-  const Asn1Any source = BorrowOpenValue(parameters);
-  return Store(member, kAny, &source);
+  return SetAll(oid, parameters, slot.At(), slot);
 }
 
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets parameters) {
@@ -198,14 +222,23 @@ Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets p
   return SetAlgorithm(slot, oid, parameters);
 }
 
+Status SetAlgorithms(const Slot<AlgorithmIdentifier>& one, const Slot<AlgorithmIdentifier>& other, const uint8_t* oid,
+                     Octets parameters) {
+  return SetAll(oid, parameters, one.At(), one, other);
+}
+
+Status EncodedGostAlgorithm::Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Site at) {
+  length_ = static_cast<uint32_t>(parameters_.size());
+  Status status = EncodeGostParameters(mode, sets, parameters_.data(), &length_, at);
+  return status.Failed() ? status : FindOid(AlgorithmTable(), id, oid_, at);
+}
+
 Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,
                         const GostParameterSets& sets) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
-  // More than any sets of the tables need.
-  std::array<uint8_t, 128> parameters;
-  uint32_t length = parameters.size();
-  Status status = EncodeGostParameters(mode, sets, parameters.data(), &length, slot.At());
-  return status.Failed() ? status : SetAlgorithm(slot, id, Octets(parameters).first(length));
+  EncodedGostAlgorithm algorithm;
+  Status status = algorithm.Make(id, mode, sets, slot.At());
+  return status.Failed() ? status : SetAlgorithm(slot, algorithm.Oid(), algorithm.Parameters());
 }
 
 Status GetGostParameterSets(const Slot<AlgorithmIdentifier>& slot, GostParameterSets& sets) {

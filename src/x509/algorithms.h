@@ -1,6 +1,9 @@
 // Algorithm identifiers, public keys and the GOST R 34.10 parameters.
 #pragma once
 
+#include <array>
+#include <cstdint>
+
 #include "engine/descriptor.h"
 #include "engine/slot.h"
 #include "engine/status.h"
@@ -91,6 +94,24 @@ AlgorithmHalves GetAlgorithmHalves(const Slot<AlgorithmIdentifier>& slot, const 
 Status GetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const uint8_t* oid, Octets parameters);
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets parameters);
+
+// Sets both or, after a failure, none.
+Status SetAlgorithms(const Slot<AlgorithmIdentifier>& one, const Slot<AlgorithmIdentifier>& other, const uint8_t* oid,
+                     Octets parameters);
+
+// An algorithm identifier by numbers, as SetAlgorithmGostR34102001AndParameters takes them.
+class EncodedGostAlgorithm {
+ public:
+  Status Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Site at = {});
+  [[nodiscard]] const uint8_t* Oid() const { return oid_; }
+  [[nodiscard]] Octets Parameters() const { return Octets(parameters_).first(length_); }
+
+ private:
+  const uint8_t* oid_ = nullptr;
+  // More than any sets of the tables need.
+  std::array<uint8_t, 128> parameters_;
+  uint32_t length_ = 0;
+};
 
 // As SetAlgorithmGostR34102001AndParameters.
 Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,

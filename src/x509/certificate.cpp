@@ -46,11 +46,19 @@ Status SetUniqueId(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint3
   return octets == nullptr ? Remove(slot, kBitString) : SetBits(slot, octets, size, unused);
 }
 
-// Sets both signature algorithms, the inner one first.
-template <class Set>
-Status SetSignatureAlgorithms(const Certificate* certificate, Set set, Site at = {}) {
-  if (Status status = set(kInnerSignatureAlgorithm.In(certificate, at)); status.Failed()) return status;
-  return set(kOuterSignatureAlgorithm.In(certificate, at));
+// In the to-be-signed part and beside the signature.
+Status SetSignatureAlgorithms(const Certificate* certificate, const uint8_t* oid, Octets parameters, Site at = {}) {
+  return SetAlgorithms(kInnerSignatureAlgorithm.In(certificate, at), kOuterSignatureAlgorithm.In(certificate, at), oid,
+                       parameters);
+}
+
+Status SetGostSignatureAlgorithms(const Certificate* certificate, uint32_t id, uint8_t mode,
+                                  const GostParameterSets& sets, Site at = {}) {
+  const Slot<AlgorithmIdentifier> inner = kInnerSignatureAlgorithm.In(certificate, at);
+  if (inner.Unreachable().Failed()) return inner.Unreachable();
+  EncodedGostAlgorithm algorithm;
+  Status status = algorithm.Make(id, mode, sets, at);
+  return status.Failed() ? status : SetSignatureAlgorithms(certificate, algorithm.Oid(), algorithm.Parameters(), at);
 }
 
 // Reads the OCTET STRING that the subject's public key holds, when that has no more than `largest` octets.
@@ -251,9 +259,7 @@ uint32_t TESSEL_CALL GetCertificateSignatureAlgorithmOidAndParameters(const Cert
 uint32_t TESSEL_CALL SetCertificateSignatureAlgorithmOidAndParameters(Certificate* certificate, const uint8_t* oid,
                                                                       const uint8_t* parameters,
                                                                       uint32_t parametersSize) {
-  return SetSignatureAlgorithms(certificate, [&](const Slot<AlgorithmIdentifier>& slot) {
-    return SetAlgorithm(slot, oid, {parameters, parametersSize});
-  });
+  return SetSignatureAlgorithms(certificate, oid, {parameters, parametersSize});
 }
 
 uint32_t TESSEL_CALL GetCertificateSignature(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
@@ -269,8 +275,7 @@ uint32_t TESSEL_CALL SetCertificateSignature(Certificate* certificate, const uin
 uint32_t TESSEL_CALL SetCertificateGostR34102001SignatureAlgorithmID(Certificate* certificate, uint32_t algorithm,
                                                                      uint8_t mode) {
   if (mode != kNullParameters && mode != kNoParameters) return Fail(TESSEL_INVALID_ARGUMENT);
-  return SetSignatureAlgorithms(
-      certificate, [&](const Slot<AlgorithmIdentifier>& slot) { return SetGostAlgorithm(slot, algorithm, mode, {}); });
+  return SetGostSignatureAlgorithms(certificate, algorithm, mode, {});
 }
 
 uint32_t TESSEL_CALL SetCertificateGostR34102001SignatureAlgorithmIDAndParameters(Certificate* certificate,
@@ -278,9 +283,7 @@ uint32_t TESSEL_CALL SetCertificateGostR34102001SignatureAlgorithmIDAndParameter
                                                                                   uint32_t publicKeySet,
                                                                                   uint32_t digestSet,
                                                                                   uint32_t encryptionSet) {
-  return SetSignatureAlgorithms(certificate, [&](const Slot<AlgorithmIdentifier>& slot) {
-    return SetGostAlgorithm(slot, algorithm, mode, {publicKeySet, digestSet, encryptionSet});
-  });
+  return SetGostSignatureAlgorithms(certificate, algorithm, mode, {publicKeySet, digestSet, encryptionSet});
 }
 
 uint32_t TESSEL_CALL SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters(Certificate* certificate,

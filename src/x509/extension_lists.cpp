@@ -109,7 +109,7 @@ uint32_t TESSEL_CALL GetExtensionAuthorityInformationAccessCount(const Extension
 uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityInformationAccess* list,
                                                             const uint8_t* accessMethod,
                                                             X509GeneralName* accessLocation) {
-  if (AnyNull(list, accessMethod, accessLocation)) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (AnyNull(list, accessMethod, accessLocation) || !CanBeTaken(accessLocation)) return Fail(TESSEL_INVALID_ARGUMENT);
   OwnedTree<X509GeneralName> location(kX509GeneralName, accessLocation);
   Asn1Oid method = BorrowOid(accessMethod);
   const AccessDescription source{&method, nullptr};
@@ -163,6 +163,9 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
   if (list == nullptr || nothing || (fullName != nullptr && relativeName != nullptr)) {
     return Fail(TESSEL_INVALID_ARGUMENT);
   }
+  // Null can be taken, and one object once.
+  const bool canBeTaken = CanBeTaken(fullName) && CanBeTaken(relativeName) && CanBeTaken(cRLIssuer);
+  if (!canBeTaken || (fullName != nullptr && fullName == cRLIssuer)) return Fail(TESSEL_INVALID_ARGUMENT);
   OwnedTree<X509GeneralNames> full(kX509GeneralNames, fullName);
   OwnedTree<X509Name> relative(kX509Name, relativeName);
   OwnedTree<X509GeneralNames> issuer(kX509GeneralNames, cRLIssuer);

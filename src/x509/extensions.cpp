@@ -27,16 +27,6 @@ bool HasId(const X509Extension* extension, Octets oid) {
   return extension != nullptr && extension->extnID != nullptr && std::ranges::equal(ContentOf(*extension->extnID), oid);
 }
 
-// Removes the extensions with an identifier, but not among the last `kept`. What follows a removed one is passed over.
-void RemoveById(X509Extensions& list, Octets oid, uint32_t kept) {
-  const uint32_t end = list.count - std::min(kept, list.count);
-  bool isGone = false;
-  RemoveIf(list, kX509Extension, [&](uint32_t i) {
-    isGone = !isGone && i < end && HasId(list.At(i), oid);
-    return isGone;
-  });
-}
-
 // Hands an extension that borrows its parts to `use`.
 template <class Use>
 Status WithExtension(const uint8_t* oid, bool critical, const uint8_t* value, uint32_t size, Use use, Site at = {}) {
@@ -91,7 +81,10 @@ Status ReplaceExtension(const Slot<X509Extensions>& slot, const CountedOid& oid,
   if (slot.Unreachable().Failed()) return slot.Unreachable();
   const auto add = [&slot](const X509Extension& extension) { return AddExtension(slot, extension); };
   Status status = WithExtension(oid.Data(), false, value.data(), static_cast<uint32_t>(value.size()), add, slot.At());
-  if (status.Ok()) RemoveById(*slot.Member(), oid.Content(), 1);
+  if (status.Failed()) return status;
+  X509Extensions& list = *slot.Member();
+  const uint32_t added = list.count - 1;
+  RemoveIf(list, kX509Extension, [&](uint32_t i) { return i < added && HasId(list.At(i), oid.Content()); });
   return status;
 }
 
@@ -110,11 +103,10 @@ uint32_t TESSEL_CALL CreateX509Extension(X509Extension** extension, const uint8_
 uint32_t TESSEL_CALL SetX509Extension(X509Extension* extension, const uint8_t* oid, uint32_t critical,
                                       const uint8_t* value, uint32_t size) {
   if (extension == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const auto set = [extension, oid](const X509Extension& source) {
-    Status status = SetOid(kExtensionId.In(extension), oid);
-    if (status.Ok()) status = Store<Asn1Value>(kCritical.In(extension), kBoolean, source.critical);
-    if (status.Ok()) status = Store<Asn1Value>(kExtensionValue.In(extension), kOctetString, source.extnValue);
-    return status;
+  const auto set = [extension](const X509Extension& source) {
+    return TakeAll(Replacement<Asn1Oid>(kExtensionId.In(extension), kOid, source.extnID),
+                   Replacement<Asn1Value>(kCritical.In(extension), kBoolean, source.critical),
+                   Replacement<Asn1Value>(kExtensionValue.In(extension), kOctetString, source.extnValue));
   };
   return WithExtension(oid, critical != 0, value, size, set);
 }
@@ -197,7 +189,14 @@ uint32_t TESSEL_CALL RemoveX509ExtensionsExtension(X509ExtensionsSlot* slot, uin
 
 uint32_t TESSEL_CALL RemoveX509ExtensionsExtension2(X509ExtensionsSlot* slot, const uint8_t* oid) {
   if (slot == nullptr || oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (X509Extensions* list = MemberOf(slot).OrNull(); list != nullptr) RemoveById(*list, OidContent(oid), 0);
+  X509Extensions* list = MemberOf(slot).OrNull();
+  if (list == nullptr) return Status();
+  // What follows a removed extension is passed over.
+  bool isGone = false;
+  RemoveIf(*list, kX509Extension, [&](uint32_t i) {
+    isGone = !isGone && HasId(list->At(i), OidContent(oid));
+    return isGone;
+  });
   return Status();
 }
 

@@ -37,8 +37,8 @@ Slot<X509Extensions> MemberOf(const X509ExtensionsSlot* slot, Site at = {});
 Status FindExtension(const Slot<X509Extensions>& slot, Octets oid, uint32_t& index);
 Status FindExtensionValue(const Slot<X509Extensions>& slot, Octets oid, Octets& value);
 
-// Adds an extension that is not critical, in place of those with the same identifier that
-// RemoveX509ExtensionsExtension2 removes. When it fails the slot is as it was.
+// Adds an extension that is not critical, in place of all that have the same identifier. When it fails the slot is as
+// it was.
 Status ReplaceExtension(const Slot<X509Extensions>& slot, const CountedOid& oid, Octets value);
 
 }  // namespace tessel

@@ -37,6 +37,7 @@ Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
   if (choice->value == nullptr) {
     X509Name* empty = nullptr;
     if (Status status = Create(kX509Name, Leaves::kEmpty, &empty, slot.At()); status.Failed()) return status;
+    NoteChange();
     *static_cast<Asn1Choice*>(choice) = {0, empty};
   }
   *name = static_cast<X509Name*>(choice->value);
@@ -53,6 +54,7 @@ Status SetName(const Slot<NameChoice>& slot, const X509Name* name, Ownership own
   NameChoice* choice = nullptr;
   if (Status status = slot.Load(choice); status.Failed()) return status;
   if (ownership == Ownership::kTakes) {
+    if (name != choice->value && !CanBeTaken(name)) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
     return name == choice->value ? Status() : SetChoice(kName, *choice, 0, const_cast<X509Name*>(name));
   }
   X509Name* copy = nullptr;
@@ -234,6 +236,7 @@ uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32_t rdn, uin
   // Tells the tag, and with it that the pointers are there.
   const uint32_t info = GetAsn1AnyInfo(value, tagClass, constructed, stringType, length, &headerLength);
   if (info != TESSEL_OK) return info;
+  if (*length > value->length - headerLength) return Fail(TESSEL_MALFORMED);
   Status status = GetOid(kType.InElement(attributes, entry), oid, oidLength);
   if (status.Failed() || (buffer == nullptr && oid == nullptr)) return status;
   if (buffer == nullptr || oid == nullptr || capacity < *length) return Fail(TESSEL_BUFFER_TOO_SMALL);
@@ -244,7 +247,7 @@ uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32_t rdn, uin
 uint32_t TESSEL_CALL DeleteX509NameEntry(X509Name* name, uint32_t rdn, uint32_t entry) {
   RelativeDistinguishedName* attributes = nullptr;
   if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
-  if (attributes->count == 1 && entry == 0) return RemoveElement(name, kRelativeDistinguishedName, rdn);
+  if (attributes->count <= 1 && entry == 0) return RemoveElement(name, kRelativeDistinguishedName, rdn);
   return RemoveElement(attributes, kAttributeTypeAndValue, entry);
 }
 

@@ -132,12 +132,12 @@ void Algorithms(Caller& caller) {
   caller.Watch(EncodingOf(certificate, EncodeCertificate));
   const Bytes oid = Counted("1.2.840.10045.4.3.2");
   const Bytes parameters = FromHex("05 00");
-  caller.ChangeInSteps(SetCertificatePublicKeyAlgorithmOidAndParameters, certificate, oid.data(), parameters.data(), 2);
-  caller.ChangeInSteps(SetCertificatePublicKeyAlgorithmIdAndParameters, certificate, 1, parameters.data(), 2);
-  caller.ChangeInSteps(SetCertificateSignatureAlgorithmOidAndParameters, certificate, oid.data(), parameters.data(), 2);
-  caller.ChangeInSteps(SetCertificateGostR34102001SignatureAlgorithmID, certificate, 3002, 0);
-  caller.ChangeInSteps(SetCertificateGostR34102001SignatureAlgorithmIDAndParameters, certificate, 3002, 1, 1, 3, 1);
-  caller.ChangeInSteps(SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters, certificate, 3000, 1, 1, 3, 1);
+  caller.Change(SetCertificatePublicKeyAlgorithmOidAndParameters, certificate, oid.data(), parameters.data(), 2);
+  caller.Change(SetCertificatePublicKeyAlgorithmIdAndParameters, certificate, 1, parameters.data(), 2);
+  caller.Change(SetCertificateSignatureAlgorithmOidAndParameters, certificate, oid.data(), parameters.data(), 2);
+  caller.Change(SetCertificateGostR34102001SignatureAlgorithmID, certificate, 3002, 0);
+  caller.Change(SetCertificateGostR34102001SignatureAlgorithmIDAndParameters, certificate, 3002, 1, 1, 3, 1);
+  caller.Change(SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters, certificate, 3000, 1, 1, 3, 1);
   const Bytes key(64, 0x22);
   caller.Change(SetCertificateGostR34102001PublicKey, certificate, key.data(), SizeOf(key));
   EXPECT_EQ(key, caller.Get(GetCertificatePublicKeyGostR3410, certificate));
@@ -183,7 +183,7 @@ void AlgorithmValues(Caller& caller) {
       },
       1);
   // As for those of certificates above.
-  caller.ChangeInSteps(SetAlgorithmGostR34102001AndParameters, identifier, 102, 1, 1, 1, 2);
+  caller.Change(SetAlgorithmGostR34102001AndParameters, identifier, 102, 1, 1, 1, 2);
   caller.Get(GetAsn1EncodedValue, identifier, &AlgorithmIdentifierItem);
   FreeAsn1Object(&AlgorithmIdentifierItem, identifier);
 }
@@ -275,7 +275,7 @@ void Extensions(Caller& caller) {
   OwnedExtension extension;
   caller.Read(CreateX509Extension, caller.Into(extension), oid.data(), 1, value.data(), SizeOf(value));
   // When memory does not suffice, the first of three values can be new and the others old.
-  caller.ChangeInSteps(SetX509Extension, extension, oid.data(), 1, kOneOctet.data(), 1);
+  caller.Change(SetX509Extension, extension, oid.data(), 1, kOneOctet.data(), 1);
   const Bytes encoded = caller.Get(EncodeX509Extension, extension);
   caller.Read(DecodeX509Extension, encoded.data(), SizeOf(encoded), caller.Into(extension));
 

@@ -23,6 +23,9 @@ int64_t held = 0;
 uint64_t untilFailure = 0;
 bool hasFailed = false;
 size_t largest = SIZE_MAX;
+// Whether blocks are aligned to a pointer only. Such a block begins behind the first pointer of one of the heap's.
+bool isMisaligned = false;
+constexpr size_t kShift = sizeof(void*);
 
 bool IsRefused(size_t size) {
   const bool failsNow = untilFailure != 0 && --untilFailure == 0;
@@ -37,6 +40,12 @@ void* Count(void* block) {
   return block;
 }
 
+// The heap's own block.
+void* Original(void* block) {
+  const bool isShifted = reinterpret_cast<uintptr_t>(block) % (2 * sizeof(void*)) != 0;
+  return isShifted ? static_cast<uint8_t*>(block) - kShift : block;
+}
+
 void Discount(void* block) { held -= static_cast<int64_t>(malloc_usable_size(block)); }
 
 }  // namespace
@@ -44,12 +53,17 @@ void Discount(void* block) { held -= static_cast<int64_t>(malloc_usable_size(blo
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
-void* malloc(size_t size) { return IsRefused(size) ? nullptr : Count(__libc_malloc(size)); }
+void* malloc(size_t size) {
+  if (IsRefused(size)) return nullptr;
+  void* block = Count(__libc_malloc(isMisaligned ? size + kShift : size));
+  return isMisaligned && block != nullptr ? static_cast<uint8_t*>(block) + kShift : block;
+}
 void* calloc(size_t count, size_t size) {
   const bool isRefused = IsRefused(size != 0 && count > SIZE_MAX / size ? SIZE_MAX : count * size);
   return isRefused ? nullptr : Count(__libc_calloc(count, size));
 }
 void free(void* block) {
+  block = Original(block);
   Discount(block);
   __libc_free(block);
 }
@@ -76,6 +90,9 @@ FailingAllocation::FailingAllocation(uint64_t n) {
 }
 FailingAllocation::~FailingAllocation() { untilFailure = 0; }
 bool FailingAllocation::Happened() const { return hasFailed; }
+
+MisalignedHeap::MisalignedHeap() { isMisaligned = true; }
+MisalignedHeap::~MisalignedHeap() { isMisaligned = false; }
 
 LargestAllocation::LargestAllocation(size_t size) { largest = size; }
 LargestAllocation::~LargestAllocation() { largest = SIZE_MAX; }

@@ -31,6 +31,15 @@ class FailingAllocation {
   [[nodiscard]] bool Happened() const;
 };
 
+// Aligns what malloc gives to one pointer instead of two.
+class MisalignedHeap {
+ public:
+  MisalignedHeap();
+  ~MisalignedHeap();
+  MisalignedHeap(const MisalignedHeap&) = delete;
+  MisalignedHeap& operator=(const MisalignedHeap&) = delete;
+};
+
 // Lets all allocations above a size fail. Only one such object lives at a time.
 class LargestAllocation {
  public:

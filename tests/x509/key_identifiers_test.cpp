@@ -49,6 +49,24 @@ Bytes OctetString(uint32_t size) {
   return FromHex("04 82") + Bytes{uint8_t((size - 4) >> 8), uint8_t(size - 4)} + Bytes(size - 4);
 }
 
+// A hostile certificate may have several, side by side, of which the getter reads the first.
+TEST(KeyIdentifiers, SettersReplaceAllThatAreThere) {
+  const OwnedCertificate certificate = WithKey("A");
+  const char* const oids[] = {"2.5.29.14", "2.5.29.35", "1.2.643.3.123.3.1", "2.5.29.31"};
+  for (const char* oid : oids) {
+    for (int i = 0; i < 3; ++i) AddExtension(certificate, oid, FromHex("04 01 66"));
+  }
+  EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
+  EXPECT_EQ(0U, SetCertificateAuthorityKeyIdentifier2(certificate, kKey.data(), 2, nullptr, nullptr, 0));
+  EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, "x"));
+  EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "u"));
+  EXPECT_EQ(4U, ExtensionCount(certificate));
+  EXPECT_EQ("04 14 " + std::string(kSha1), ToHex(ExtensionOf(certificate, oids[0])));
+  EXPECT_EQ("30 04 80 02 00 01", ToHex(ExtensionOf(certificate, oids[1])));
+  EXPECT_EQ("0C 01 78", ToHex(ExtensionOf(certificate, oids[2])));
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 75", ToHex(ExtensionOf(certificate, oids[3])));
+}
+
 TEST(SubjectKeyIdentifier, IsTheHashOfTheKey) {
   const OwnedCertificate certificate = WithKey("A");
   uint32_t length = 0;

@@ -209,6 +209,38 @@ TEST(GeneralNames, TheFirstThatHoldsADistinguishedName) {
   EXPECT_EQ("2.5.4.3 12 One", Entry(found, 0, 0));
 }
 
+TEST(Names, AnEmptyRdnCanBeTakenOut) {
+  const OwnedName name = NameOf("2.5.4.3", kUtf8, "One");
+  const Bytes oid = Counted("2.5.4.3");
+  // The element would be too long; that is found when its RDN is there.
+  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, AddX509NameEntry(name, oid.data(), UINT32_MAX, kUtf8, oid.data(), 1));
+  uint32_t count = 0;
+  EXPECT_EQ(0U, GetX509NameRdnCount(name, &count));
+  EXPECT_EQ(2U, count);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(name, 1, 1));
+  EXPECT_EQ(0U, DeleteX509NameEntry(name, 1, 0));
+  EXPECT_EQ(0U, GetX509NameRdnCount(name, &count));
+  EXPECT_EQ(1U, count);
+}
+
+TEST(Names, AValueIsNotReadBeyondItsNode) {
+  const OwnedName name = NameOf("2.5.4.3", kUtf8, "One");
+  // The value's node, which holds a whole element, gets a content that claims more than it has: 13 7F 61.
+  void* rdn = nullptr;
+  ASSERT_EQ(0U, GetAsn1ListItem(reinterpret_cast<const Asn1List*>(name.Get()), 0, &rdn));
+  void* attribute = nullptr;
+  ASSERT_EQ(0U, GetAsn1ListItem(static_cast<const Asn1List*>(rdn), 0, &attribute));
+  const Bytes element = FromHex("61 7F 13");
+  ASSERT_EQ(0U, SetAsn1Integer(static_cast<Asn1Value**>(attribute)[1], element.data(), 3));
+  uint8_t buffer[256];
+  uint8_t type[256];
+  uint32_t length = sizeof buffer;
+  uint32_t typeLength = sizeof type;
+  uint32_t tag = 0;
+  EXPECT_EQ(TESSEL_MALFORMED, GetX509NameEntry(name, 0, 0, buffer, &length, &tag, type, &typeLength));
+  EXPECT_EQ(TESSEL_MALFORMED, GetX509NameEntry(name, 0, 0, nullptr, &length, &tag, nullptr, &typeLength));
+}
+
 TEST(FreeText, HoldsTextsAsTheyAre) {
   Owned<PKIFreeText, FreePKIFreeText> text;
   ASSERT_EQ(0U, CreatePKIFreeText(text.Out()));
