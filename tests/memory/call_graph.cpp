@@ -25,6 +25,8 @@ std::map<std::string, Names> ReadCalls() {
     const size_t end = line.rfind('>');
     if (begin == std::string::npos || end == std::string::npos || end < begin) continue;
     const std::string name = NameOf(line.substr(begin + 1, end - begin - 1));
+    // A label within a function, of which every file has its own by the same names.
+    if (name.starts_with(".L")) continue;
     if (line.ends_with(">:")) {
       function = name;
       calls[function];
