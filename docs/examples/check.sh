@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# check.sh PROGRAMS: holds docs/guide.md to the examples. A block of C code is the file that was linked to last, and every
-# example has its block; the commands of the sessions print what is shown below them, one after the other, beside the
-# samples.
+# check.sh PROGRAMS: holds docs/guide.md to the examples. A block of C or C++ code is the file that was linked to last, and
+# every example has its block; the commands of the sessions print what is shown below them, one after the other, beside
+# the samples.
 set -euo pipefail
 programs=$1
 here=$(cd "$(dirname "$0")" && pwd)
@@ -12,14 +12,14 @@ cp "$here"/../../samples/*.pem "$work/room"
 
 awk -v work="$work" '
   /^```$/ { block = "" }
-  block == "c" { print > (work "/shown/" file) }
+  block == "c" || block == "cpp" { print > (work "/shown/" file) }
   block == "console" { print > (work "/expected") }
   block == "console" && /^\$ / { print substr($0, 3) > (work "/commands") }
   /^```./ { block = substr($0, 4) }
-  block == "" && match($0, /examples\/[a-z_]+\.[ch]/) { file = substr($0, RSTART + 9, RLENGTH - 9) }
+  block == "" && match($0, /examples\/[a-z_]+\.[a-z]+/) { file = substr($0, RSTART + 9, RLENGTH - 9) }
 ' "$here/../guide.md"
 
-for example in "$here"/*.c "$here/example.h"; do
+for example in "$here"/*.c "$here"/*.cpp "$here/example.h"; do
   diff -u --label guide.md --label "${example##*/}" "$work/shown/${example##*/}" "$example"
 done
 
@@ -28,6 +28,14 @@ while read -r command; do
   printf '$ %s\n' "$command"
   (cd "$work/room" && PATH=$programs:$PATH && eval "$command") </dev/null 2>&1 || echo "exit status $?"
 done <"$work/commands" >"$work/printed"
+
+# Links lead to files where the guide stands, and where it is installed with its examples beside it.
+links=$(grep -oE '\]\([^)#]+\)' "$here/../guide.md" | sed 's/^](//; s/)$//' | sort -u)
+for link in $links; do
+  [[ $link == examples/* && -e $here/../$link ]] || { echo "the guide links to $link"; exit 1; }
+done
+# Programs in C++ may use the header of the examples too.
+c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ -I "$here/../../include" "$here/console.h"
 
 # Places in the library's sources change, and blanks at the ends of lines do not last in an edited guide.
 settled() { sed -E 's/found at [a-z0-9_]+\.[a-z]+:[0-9]+$/found/; s/ +$//' "$1"; }

@@ -19,13 +19,14 @@ typedef struct Octets {
   } while (0)
 
 /* Ask, then fetch: calls with octets.data null, makes the room that was asked for, and calls again. */
-#define FETCH(octets, call)                                            \
-  do {                                                                 \
-    free((octets).data);                                               \
-    (octets).data = NULL;                                              \
-    TRY(call);                                                         \
-    (octets).data = malloc((octets).length > 0 ? (octets).length : 1); \
-    TRY((octets).data != NULL ? (call) : TESSEL_OUT_OF_MEMORY);        \
+#define FETCH(octets, call)                                        \
+  do {                                                             \
+    free((octets).data);                                           \
+    (octets).data = NULL;                                          \
+    TRY(call);                                                     \
+    (octets).data = (uint8_t*)malloc((octets).length + (size_t)1); \
+    TRY((octets).data != NULL ? TESSEL_OK : TESSEL_OUT_OF_MEMORY); \
+    TRY(call);                                                     \
   } while (0)
 
 /* Tells a status, and of a failure the place. */

@@ -93,10 +93,11 @@ class Error : public std::runtime_error {
  private:
   static std::string Describe(uint32_t status, FailurePlace place) {
     std::string text(StatusText(status));
+    text += " (";
     const std::string_view name = StatusName(status);
-    text += " (" + (name.empty() ? std::to_string(status) : std::string(name));
-    if (place.module != nullptr) text += std::string(", ") + place.module + ":" + std::to_string(place.line);
-    return text + ")";
+    text += name.empty() ? std::to_string(status) : std::string(name);
+    if (place.module != nullptr) text.append(", ").append(place.module).append(":") += std::to_string(place.line);
+    return text += ")";
   }
 
   uint32_t status_;

@@ -48,14 +48,15 @@ class ObjectIdentifier {
   [[nodiscard]] std::string Text() const {
     std::string text;
     for (Octets rest = Content(); !rest.empty();) {
-      const std::optional<uint64_t> arc = TakeArc(rest);
+      std::optional<uint64_t> arc = TakeArc(rest);
       if (!arc) return {};
-      if (!text.empty()) {
-        text += '.' + std::to_string(*arc);
-        continue;
+      if (text.empty()) {
+        const uint64_t first = std::min<uint64_t>(*arc / kArcsBelowFirst, kLargestFirstArc);
+        text = std::to_string(first);
+        *arc -= first * kArcsBelowFirst;
       }
-      const uint64_t first = std::min<uint64_t>(*arc / kArcsBelowFirst, kLargestFirstArc);
-      text = std::to_string(first) + '.' + std::to_string(*arc - first * kArcsBelowFirst);
+      text += '.';
+      text += std::to_string(*arc);
     }
     return text;
   }

@@ -142,7 +142,7 @@ class PemReader {
     for (SkipLine(); !rest_.empty(); SkipLine()) {
       const std::string_view line = Line();
       if (line.starts_with(kBegin)) {
-        problem = "line " + std::to_string(line_) + ": another block begins before the END line";
+        problem = AtLine("another block begins before the END line");
         return {};
       }
       if (!line.starts_with(kEnd)) continue;
@@ -158,7 +158,12 @@ class PemReader {
   void CheckEnd(const Marker& begin, std::string_view line, std::string& problem) const {
     const std::optional<Marker> end = ReadMarker(line, kEnd);
     if (end && end->label == begin.label) return;
-    problem = "line " + std::to_string(line_) + ": the END line does not fit the BEGIN line";
+    problem = AtLine("the END line does not fit the BEGIN line");
+  }
+
+  [[nodiscard]] std::string AtLine(std::string_view what) const {
+    std::string text = "line ";
+    return text.append(std::to_string(line_)).append(": ").append(what);
   }
 
   static void ReadBody(std::string_view body, PemBlock& block) {

@@ -107,7 +107,8 @@ inline void AppendHexEscaped(std::string& out, char32_t c) {
   }
   for (const char octet : octets) {
     const auto value = static_cast<uint8_t>(octet);
-    out += '\\' + Hex({&value, 1});
+    out += '\\';
+    out += Hex({&value, 1});
   }
 }
 
@@ -268,25 +269,31 @@ inline std::vector<RelativeName> RelativeNamesOf(const X509Name* name) {
 // the value is no character string.
 inline std::string AttributeText(const NameAttribute& attribute) {
   const std::optional<ObjectIdentifier> type = ObjectIdentifier::OfContent(attribute.type);
-  const std::string dotted = type ? type->Text() : std::string();
-  const std::string_view name = KnownName(dotted);
+  std::string text = type ? type->Text() : std::string();
+  const std::string_view name = KnownName(text);
   const auto value = name.empty() ? std::nullopt : attribute.PrimitiveValue();
   const auto characters = value ? Characters(value->tag, value->content) : std::nullopt;
-  return (name.empty() ? dotted : std::string(name)) + '=' +
-         (characters ? EscapeText(*characters, Escape::kName) : '#' + Hex(attribute.value));
+  if (!name.empty()) text = name;
+  text += characters ? "=" : "=#";
+  return text += characters ? EscapeText(*characters, Escape::kName) : Hex(attribute.value);
 }
 
 inline std::string RelativeNameText(const RelativeName& attributes) {
   std::string text;
-  for (const NameAttribute& attribute : attributes) text += (text.empty() ? "" : "+") + AttributeText(attribute);
+  for (const NameAttribute& attribute : attributes) {
+    if (!text.empty()) text += '+';
+    text += AttributeText(attribute);
+  }
   return text;
 }
 
 // A name by RFC 4514, which begins with the last of its RDNs: "CN=Example,O=Company,C=RU".
 inline std::string NameText(const X509Name* name) {
+  const std::vector<RelativeName> names = RelativeNamesOf(name);
   std::string text;
-  for (const RelativeName& attributes : RelativeNamesOf(name)) {
-    text = RelativeNameText(attributes) + (text.empty() ? "" : ",") + text;
+  for (auto it = names.rbegin(); it != names.rend(); ++it) {
+    if (it != names.rbegin()) text += ',';
+    text += RelativeNameText(*it);
   }
   return text;
 }
