@@ -93,11 +93,16 @@ class Owned {
   [[nodiscard]] Type* Get() const { return object_; }
   [[nodiscard]] explicit operator bool() const { return object_ != nullptr; }
 
-  // For a function that makes an object. What was held is released first.
-  [[nodiscard]] Type** Out() {
-    Reset();
-    return &object_;
-  }
+  // For a function that makes an object; what was held is released when it is called. A pointer only where the function
+  // wants one, so that a call that asks for lengths first does not leave behind what it makes the first time.
+  struct Place {
+    Owned* owner;
+    operator Type**() const {
+      owner->Reset();
+      return &owner->object_;
+    }
+  };
+  [[nodiscard]] Place Out() { return {this}; }
   // Gives the object away.
   [[nodiscard]] Type* Release() { return std::exchange(object_, nullptr); }
   void Reset(Type* object = nullptr) {

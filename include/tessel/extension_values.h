@@ -98,8 +98,8 @@ TESSEL_API uint32_t TESSEL_CALL EncodeExtensionAuthorityKeyIdentifier(const uint
                                                                       uint8_t* buffer, uint32_t* length);
 
 /* Reads the three fields. An absent key identifier or serial number has the length 0, absent names are null. The names
- * are a copy, which the caller frees; after any failure they are null. Every length is answered, and
- * TESSEL_BUFFER_TOO_SMALL is the status when either buffer is too small. */
+ * are a copy, which the caller frees, also that of a call with null buffers; after any failure they are null. Every
+ * length is answered, and TESSEL_BUFFER_TOO_SMALL is the status when either buffer is too small. */
 TESSEL_API uint32_t TESSEL_CALL DecodeExtensionAuthorityKeyIdentifier(const uint8_t* data, uint32_t size,
                                                                       uint8_t* keyIdentifier,
                                                                       uint32_t* keyIdentifierLength,
