@@ -39,7 +39,10 @@ TEST(Strings, NamesAreWrittenByRfc4514) {
   add("RU", TESSEL_KIND_PRINTABLE_STRING, ObjectIdentifier("2.5.4.6"), true);
   add("#1, \"2\" <3>; ", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.10"), true);
   add("Ж", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), true);
-  add("a+b\\\x1B[2J\xE2\x80\xAE\xFF", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.11"), false);
+  // a+b\, an escape sequence for terminals, U+202E, and an octet that is no UTF-8.
+  const Bytes odd = FromHex("61 2B 62 5C 1B 5B 32 4A E2 80 AE FF");
+  add({reinterpret_cast<const char*>(odd.data()), odd.size()}, TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.11"),
+      false);
   add("x", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("1.2.3.4"), true);
   add("\x80", TESSEL_KIND_BIT_STRING, ObjectIdentifier("2.5.4.45"), true);
   EXPECT_EQ(R"(x500UniqueIdentifier=#030180,1.2.3.4=#0C0178,CN=Ж+OU=a\+b\\\1B[2J\E2\80\AE\FF,)"
