@@ -164,10 +164,9 @@ TESSEL_API uint32_t TESSEL_CALL SetCertificateSignature(Certificate* certificate
 /* GOST R 34.10 keys and signatures (RFC 4491, RFC 9215). */
 
 /* SetCertificateGostR34102001SignatureAlgorithmID: sets the signature algorithm by its number (oid.h), in the
- * to-be-signed part and beside the signature, with parameters NULL when `mode` is 0 and without when it is 0xFF; another
- * is TESSEL_INVALID_ARGUMENT.
- * SetCertificateGostR34102001SignatureAlgorithmIDAndParameters: the same with all modes and parameter sets of
- * SetAlgorithmGostR34102001AndParameters.
+ * to-be-signed part and beside the signature, with parameters NULL when `mode` is 0 and without when it is 0xFF;
+ * another is TESSEL_INVALID_ARGUMENT. SetCertificateGostR34102001SignatureAlgorithmIDAndParameters: the same with all
+ * modes and parameter sets of SetAlgorithmGostR34102001AndParameters.
  * SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters: the algorithm of the subject's public key. */
 TESSEL_API uint32_t TESSEL_CALL SetCertificateGostR34102001SignatureAlgorithmID(Certificate* certificate,
                                                                                 uint32_t algorithm, uint8_t mode);

@@ -45,8 +45,8 @@ TESSEL_API uint32_t TESSEL_CALL GetAsn1ObjectInfo(const uint8_t* data, uint32_t 
  *
  * TESSEL_INVALID_ARGUMENT: `data`, `descriptor` or `object` null, or a kind that cannot be constructed is.
  * TESSEL_MALFORMED, TESSEL_LENGTH_TOO_LARGE, TESSEL_INDEFINITE_LENGTH, TESSEL_WRONG_SEGMENT: what is wrong in the
- * octets; an element of a list that is OPTIONAL and absent, and elements nested more than 64 descriptors deep, which
- * only a descriptor that contains itself can ask for, are malformed too. TESSEL_UNSUPPORTED_KIND,
+ * octets; an element of a list that is OPTIONAL and absent, and elements nested more than 64 descriptors deep, are
+ * malformed too. TESSEL_UNSUPPORTED_KIND,
  * TESSEL_INCONSISTENT_DESCRIPTOR: what is wrong in the descriptor. TESSEL_INVALID_CONTENT: a BOOLEAN or INTEGER; when
  * it is the item itself, `object` receives it all the same and the caller frees it. After every other failure `object`
  * is null, except that it is untouched when an argument was null. `consumed` is written on success only. */

@@ -57,10 +57,10 @@ enum Asn1Kind {
 };
 
 /* One ASN.1 type. Descriptors are constant, are shared freely, and must outlive every call that they are handed to.
- * One that a caller writes must keep what is said here. A node size or a count that does not fit the members, and a null
- * member, are TESSEL_INCONSISTENT_DESCRIPTOR to every function that comes to them; the rest is trusted. A descriptor may
- * contain itself, by a list or where it is OPTIONAL: values are read to a depth of 64 then, so that a stack of 128 KB is
- * enough for all functions. On 32-bit builds a descriptor is seven 32-bit fields.
+ * One that a caller writes must keep what is said here. A node size or a count that does not fit the members, and a
+ * null member, are TESSEL_INCONSISTENT_DESCRIPTOR to every function that comes to them; the rest is trusted. A
+ * descriptor may contain itself, by a list or where it is OPTIONAL: values are read to a depth of 64 then, so that a
+ * stack of 128 KB is enough for all functions. On 32-bit builds a descriptor is seven 32-bit fields.
  *
  * What the kinds can do: everything decodes and encodes except that a SET (as opposed to a SET OF) does not encode; a
  * NULL cannot be copied; NULL, ENUMERATED, CHOICE and ANY cannot be compared. A DEFAULT is OPTIONAL with a default

@@ -5,8 +5,8 @@
  * releases it. An index that the list does not have is TESSEL_INVALID_ARGUMENT, an empty slot of it or a missing field
  * TESSEL_ABSENT. Identifiers are counted identifiers, which Add copies. Names that Get gives are lent. Names that Add
  * is given, each of them once, are taken when the arguments are in order: also when there is not memory enough for the
- * new element (TESSEL_OUT_OF_MEMORY), then they are released with it. A location without an alternative can be added; encoding is
- * TESSEL_ABSENT then. */
+ * new element (TESSEL_OUT_OF_MEMORY), then they are released with it. A location without an alternative can be added;
+ * encoding is TESSEL_ABSENT then. */
 #ifndef TESSEL_EXTENSION_LISTS_H
 #define TESSEL_EXTENSION_LISTS_H
 

@@ -35,7 +35,8 @@ typedef struct X509ExtensionsSlot {
 TESSEL_API uint32_t TESSEL_CALL CreateX509Extension(X509Extension** extension, const uint8_t* oid, uint32_t critical,
                                                     const uint8_t* value, uint32_t size);
 
-/* Replaces identifier, criticality (any `critical` but 0 is TRUE) and value by copies, all or, after a failure, none. */
+/* Replaces identifier, criticality (any `critical` but 0 is TRUE) and value by copies, all or, after a failure, none.
+ */
 TESSEL_API uint32_t TESSEL_CALL SetX509Extension(X509Extension* extension, const uint8_t* oid, uint32_t critical,
                                                  const uint8_t* value, uint32_t size);
 

@@ -26,12 +26,11 @@ TESSEL_API uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certifi
 TESSEL_API uint32_t TESSEL_CALL SetCertificateSubjectKeyIdentifier(Certificate* certificate);
 
 /* GetCertificateAuthorityKeyIdentifier: reads the authority key identifier (2.5.29.35) as
- * DecodeExtensionAuthorityKeyIdentifier does; the names are the caller's to free, also those of a call that only asks for
- * the lengths.
- * GetCertificateAuthorityKeyIdentifier2: the same with the first distinguished name among the names instead of them, as
- * by GetX509NameFromGeneralNames; null when the extension names no issuer. Names and name are null after any failure,
- * TESSEL_BUFFER_TOO_SMALL for one of the buffers too.
- * TESSEL_INTERNAL_BUFFER_TOO_SMALL: the extension's value has more than 1024 octets. */
+ * DecodeExtensionAuthorityKeyIdentifier does; the names are the caller's to free, also those of a call that only asks
+ * for the lengths. GetCertificateAuthorityKeyIdentifier2: the same with the first distinguished name among the names
+ * instead of them, as by GetX509NameFromGeneralNames; null when the extension names no issuer. Names and name are null
+ * after any failure, TESSEL_BUFFER_TOO_SMALL for one of the buffers too. TESSEL_INTERNAL_BUFFER_TOO_SMALL: the
+ * extension's value has more than 1024 octets. */
 TESSEL_API uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier(const Certificate* certificate,
                                                                      uint8_t* keyIdentifier,
                                                                      uint32_t* keyIdentifierLength,

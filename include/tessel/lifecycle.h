@@ -18,7 +18,8 @@ extern "C" {
  * are there, empty, when `withLeaves` is non-zero and absent otherwise; a root that is such a primitive then leaves
  * `object` as it was. An OPTIONAL root without DEFAULT gives null.
  * TESSEL_INVALID_ARGUMENT: `descriptor` or `object` null. TESSEL_UNSUPPORTED_KIND. TESSEL_INCONSISTENT_DESCRIPTOR: the
- * members of a SEQUENCE or SET do not agree with it, or it contains itself. TESSEL_OUT_OF_MEMORY. After a failure `object` holds null, and what it held before when an argument was null. */
+ * members of a SEQUENCE or SET do not agree with it, or it contains itself. TESSEL_OUT_OF_MEMORY. After a failure
+ * `object` holds null, and what it held before when an argument was null. */
 TESSEL_API uint32_t TESSEL_CALL CreateAsn1Object(const Asn1Item* descriptor, void** object, uint32_t withLeaves);
 
 /* Creates what CreateAsn1Object leaves out: a SEQUENCE or SET that is OPTIONAL (anything else is

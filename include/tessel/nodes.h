@@ -14,9 +14,9 @@
  * still the one above. A node does not know its descriptor: every operation is handed both.
  *
  * All nodes come from the library. A tree is released at its root, and a node lives no longer than that. It may end
- * before: a pointer to a node, or to the octets that it holds, is good until a function replaces or removes that node or
- * one that holds it. Callers read nodes as they like, and change them through functions: the library would not notice
- * another change. */
+ * before: a pointer to a node, or to the octets that it holds, is good until a function replaces or removes that node
+ * or one that holds it. Callers read nodes as they like, and change them through functions: the library would not
+ * notice another change. */
 #ifndef TESSEL_NODES_H
 #define TESSEL_NODES_H
 

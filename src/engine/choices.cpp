@@ -22,7 +22,7 @@ Status ClearChoice(const Asn1Item& item, Asn1Choice& choice) {
 Status SetChoice(const Asn1Item& item, Asn1Choice& choice, uint32_t index, void* value) {
   if (Status status = ClearChoice(item, choice); status.Failed()) return status;
   NoteChange();
-  choice = {index, value};
+  choice = {index, Taken(value)};
   return Status();
 }
 

@@ -452,7 +452,9 @@ Octets ElementToCopy(const Plan& plan, Octets input) {
 Decoded DecodeTree(const Plan& plan, Octets input) {
   const Octets element = ElementToCopy(plan, input);
   if (kSeparateNodes || element.empty()) return Decoder(input).Element(plan, input);
-  return Decoder(std::max<size_t>(plan.item->nodeSize, kLargestListNode), element).Copied(plan);
+  // For a list its descriptor's node size says nothing.
+  const size_t slotsSize = plan.form == Form::kSlots ? plan.item->nodeSize : 0;
+  return Decoder(std::max(slotsSize, kLargestListNode), element).Copied(plan);
 }
 
 }  // namespace tessel

@@ -61,7 +61,9 @@ inline Status AppendInside(Asn1List& list, void* item) {
 // Appends an item, which the list owns from then on. When it fails the list is as it was.
 inline Status AppendTo(Asn1List& list, void* item) {
   NoteChange();
-  return AppendInside(list, item);
+  Status status = AppendInside(list, item);
+  if (status.Ok()) NoteTaken(item);
+  return status;
 }
 
 // The same, unless the list has an item with the same encoding already: then TESSEL_ALREADY_PRESENT.

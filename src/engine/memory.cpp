@@ -19,11 +19,14 @@ namespace {
 struct alignas(kHeapAlignment) FirstBlock : Block {
   uint64_t era;
   uint32_t encodedSize;
+  // Whether the root has become a part of another tree.
+  bool isTaken = false;
 };
 constexpr size_t kHeadSize = sizeof(FirstBlock);
 static_assert(kHeadSize % kHeapAlignment == 0);
 
 const FirstBlock& BlockOf(const void* root) { return static_cast<const FirstBlock*>(root)[-1]; }
+FirstBlock& BlockOf(void* root) { return static_cast<FirstBlock*>(root)[-1]; }
 
 // Even while an era lasts, odd from its end to the beginning of the next. No process sees so many that a number
 // returns.
@@ -41,7 +44,7 @@ uint64_t PresentEra() {
 // What malloc gives, when it is aligned as it has to be.
 void* TakeBlock(size_t size) {
   void* block = std::malloc(size);
-  if (OwnsItsMemory(block)) return block;
+  if (reinterpret_cast<uintptr_t>(block) % kHeapAlignment == 0) return block;
   std::free(block);
   return nullptr;
 }
@@ -73,10 +76,16 @@ bool IsUnchangedRoot(const void* node) {
 
 uint32_t EncodedSizeOf(const void* node) { return IsUnchangedRoot(node) ? BlockOf(node).encodedSize : 0; }
 
+bool CanBeTaken(const void* node) { return node == nullptr || (OwnsItsMemory(node) && !BlockOf(node).isTaken); }
+
+void* NoteTaken(void* node) {
+  if (node != nullptr && OwnsItsMemory(node)) BlockOf(node).isTaken = true;
+  return node;
+}
+
 void ReleaseRoot(void* node) {
   if (node == nullptr) return;
-  // The caller's to release, and so not constant.
-  Block* block = const_cast<FirstBlock*>(&BlockOf(node));
+  Block* block = &BlockOf(node);
   while (block != nullptr) std::free(std::exchange(block, block->next));
 }
 
@@ -122,7 +131,8 @@ void* Pool::NodeInNewBlock(size_t size) {
 void* Pool::SeparateNode(size_t size) {
   if (size > kLargestNode) return nullptr;
   auto* block = static_cast<uint8_t*>(TakeBlock(kHeadSize + size));
-  return block == nullptr ? nullptr : new (block) FirstBlock{{nullptr}, kNoEra, 0} + 1;
+  // The first is the root; the others are parts of its tree.
+  return block == nullptr ? nullptr : new (block) FirstBlock{{nullptr}, kNoEra, 0, std::exchange(hasRoot_, true)} + 1;
 }
 
 // The room of a new block, or null when there is no memory.

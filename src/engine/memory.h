@@ -52,8 +52,15 @@ inline constexpr size_t kHeapAlignment = 2 * sizeof(void*);
 
 inline bool OwnsItsMemory(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer) % kHeapAlignment == 0; }
 
-// Whether a node can be an object of its own, which a tree may take. A part of another tree's blocks never is.
-inline bool CanBeTaken(const void* node) { return OwnsItsMemory(node); }
+// Whether a node is an object of its own, which a tree may take. A part of another tree's blocks never is, and a root
+// not any more after NoteTaken. Null, for a member that is left out, can be taken.
+bool CanBeTaken(const void* node);
+// Notes that a tree has taken the object, which can be null; returns it.
+void* NoteTaken(void* node);
+template <class Node>
+Node* Taken(Node* node) {
+  return static_cast<Node*>(NoteTaken(node));
+}
 
 // Octets and arrays on their own; null when there is no memory.
 [[nodiscard]] void* AllocateOctets(size_t size);
@@ -172,7 +179,7 @@ class Pool {
   bool Begin(size_t rootSize, Octets input);
   void* Root(size_t size);
   void* NodeInNewBlock(size_t size);
-  static void* SeparateNode(size_t size);
+  void* SeparateNode(size_t size);
   uint8_t* AddBlock(size_t room);
   [[nodiscard]] size_t RoomToCome() const;
   bool StartBlock(size_t needed);

@@ -25,7 +25,8 @@ inline void StoreSlot(void* node, uint32_t index, void* member) {
 
 // A node for a SEQUENCE or SET, whose slots are not filled yet; null when there is no memory.
 inline void* NewSlots(Pool& pool, const Asn1Item& item) {
-  return item.nodeSize > kLargestNode ? nullptr : pool.Node(std::max<size_t>(item.nodeSize, 1));
+  const size_t size = std::max<size_t>(item.nodeSize, 1);
+  return size > kLargestNode ? nullptr : pool.Node(size);
 }
 
 // Asn1Value or Asn1BitString: the content octets that are there.

@@ -55,7 +55,7 @@ template <class Node>
 Status Take(const Slot<Node>& slot, const Item<Node>& item, Node* node) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
   NoteChange();
-  Node* held = std::exchange(slot.Member(), node);
+  Node* held = std::exchange(slot.Member(), Taken(node));
   if (held != node) FreeTree(item, held);
   return Status();
 }

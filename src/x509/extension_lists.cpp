@@ -115,7 +115,7 @@ uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityIn
   const AccessDescription source{&method, nullptr};
   OwnedTree<AccessDescription> description(kAccessDescription);
   if (Status status = Copy(kAccessDescription, &source, description.Out()); status.Failed()) return status;
-  description->accessLocation = location.Release();
+  description->accessLocation = Taken(location.Release());
   return AddNew(*list, std::move(description));
 }
 
@@ -163,7 +163,7 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
   if (list == nullptr || nothing || (fullName != nullptr && relativeName != nullptr)) {
     return Fail(TESSEL_INVALID_ARGUMENT);
   }
-  // Null can be taken, and one object once.
+  // One object is taken once.
   const bool canBeTaken = CanBeTaken(fullName) && CanBeTaken(relativeName) && CanBeTaken(cRLIssuer);
   if (!canBeTaken || (fullName != nullptr && fullName == cRLIssuer)) return Fail(TESSEL_INVALID_ARGUMENT);
   OwnedTree<X509GeneralNames> full(kX509GeneralNames, fullName);
@@ -176,9 +176,9 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
                                  reasons == 0 ? nullptr : bits.Member(), nullptr};
   OwnedTree<DistributionPoint> point(kDistributionPoint);
   if (Status status = Copy(kDistributionPoint, &source, point.Out()); status.Failed()) return status;
-  if (fullName != nullptr) point->distributionPoint->value = full.Release();
-  if (relativeName != nullptr) point->distributionPoint->value = relative.Release();
-  point->cRLIssuer = issuer.Release();
+  if (fullName != nullptr) point->distributionPoint->value = Taken(full.Release());
+  if (relativeName != nullptr) point->distributionPoint->value = Taken(relative.Release());
+  point->cRLIssuer = Taken(issuer.Release());
   return AddNew(*list, std::move(point));
 }
 

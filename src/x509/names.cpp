@@ -37,8 +37,8 @@ Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
   if (choice->value == nullptr) {
     X509Name* empty = nullptr;
     if (Status status = Create(kX509Name, Leaves::kEmpty, &empty, slot.At()); status.Failed()) return status;
-    NoteChange();
-    *static_cast<Asn1Choice*>(choice) = {0, empty};
+    // Only what there is to clear could fail.
+    static_cast<void>(SetChoice(kName, *choice, 0, empty));
   }
   *name = static_cast<X509Name*>(choice->value);
   return Status();

@@ -50,6 +50,13 @@ TEST(Descriptors, ThatContradictThemselvesAreRefusedByEveryOperation) {
   }
 }
 
+TEST(Descriptors, OfAListHaveNoNodeSize) {
+  const Asn1Item* element[] = {&kInteger};
+  const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE_OF, kNoTagNumber, UINT32_MAX, element, 1, nullptr};
+  // So much memory is not asked for.
+  EXPECT_EQ(TESSEL_OK, Decode(item, FromHex("30 03 02 01 01")).status);
+}
+
 TEST(Descriptors, OfAChoiceWithoutAnAlternativeAreRefused) {
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_CHOICE, kNoTagNumber, 0, kNumberAndNull, 2, nullptr};
   EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("04 00")).status);
