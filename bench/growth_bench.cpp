@@ -102,7 +102,7 @@ GrowthInput MakeStringSet(size_t size) {
 }
 // As deep as the decoder goes, many beside each other.
 GrowthInput MakeNests(size_t size) {
-  constexpr size_t kDepth = 900;
+  constexpr size_t kDepth = 63;
   std::string nest;
   for (size_t level = 0; level < kDepth && nest.size() < size / 2; ++level) nest = Element(kSequenceTag, nest);
   return Same(Element(kSequenceTag, Fill(nest, size)));
@@ -161,7 +161,7 @@ const InputShape kShapes[] = {
     {"list of INTEGERs", kIntegers, MakeIntegers},
     {"list of empty lists", kIntegerLists, MakeEmptyElements},
     {"SET OF, descending", kStringSet, MakeStringSet},
-    {"lists 900 deep", kNest, MakeNests},
+    {"lists 64 deep", kNest, MakeNests},
     {"indefinite lists", kIntegerLists, MakeIndefiniteLists, false},
     {"lists that claim more", kWrappedIntegerLists, MakeClaimingLists, false},
     {"OCTET STRING of segments", kOctetString, MakeSegments, false},
