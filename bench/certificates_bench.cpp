@@ -1,5 +1,4 @@
 // Certificates: Mozilla's bundle decoded, encoded, copied and read.
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -7,30 +6,27 @@
 #include "peers/peers.h"
 #include "sides.h"
 #include "table.h"
-#include "tessel/certificate.h"
 #include "tessel_sides.h"
 
 namespace bench {
 namespace {
 
-using Value = std::unique_ptr<Certificate, TesselDeleter<Certificate, FreeCertificate>>;
+using Value = tessel::Owned<Certificate>;
 
 Value Decode(Octets octets) {
-  Certificate* certificate = nullptr;
-  DecodeCertificate(octets.data(), SizeOf(octets), &certificate);
-  return Value(certificate);
+  Value certificate;
+  DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out());
+  return certificate;
 }
 
 Value Copy(const Value& certificate) {
-  Certificate* copy = nullptr;
-  CreateCertificateCopy(certificate.get(), &copy);
-  return Value(copy);
+  Value copy;
+  CreateCertificateCopy(certificate, copy.Out());
+  return copy;
 }
 
 auto EncoderOf(const Value& certificate) {
-  return [&certificate](uint8_t* buffer, uint32_t* length) {
-    return EncodeCertificate(certificate.get(), buffer, length);
-  };
+  return [&certificate](uint8_t* buffer, uint32_t* length) { return EncodeCertificate(certificate, buffer, length); };
 }
 
 constexpr size_t kLargeBuffer = 16384;
@@ -42,20 +38,20 @@ constexpr size_t kSmallBuffer = 100;
 
 std::optional<Octets> ReadSerialNumber(const Value& certificate) {
   const Octets octets = EncodeInto(kSmallBuffer, [&certificate](uint8_t* buffer, uint32_t* length) {
-    return GetCertificateSerialNumber(certificate.get(), buffer, length);
+    return GetCertificateSerialNumber(certificate, buffer, length);
   });
   return octets.empty() ? std::nullopt : std::optional(octets);
 }
 
 std::optional<LibraryTime> ReadNotBefore(const Value& certificate) {
   LibraryTime time{};
-  if (GetCertificateValidNotBefore(certificate.get(), &time) != 0) return std::nullopt;
+  if (GetCertificateValidNotBefore(certificate, &time) != 0) return std::nullopt;
   return time;
 }
 
 std::optional<Octets> FindBasicConstraints(const Value& certificate) {
   const Octets octets = EncodeInto(kSmallBuffer, [&certificate](uint8_t* buffer, uint32_t* length) {
-    return GetCertificateExtensionValue(certificate.get(), kBasicConstraints.data(), buffer, length);
+    return GetCertificateExtensionValue(certificate, kBasicConstraints.Counted(), buffer, length);
   });
   return octets.empty() ? std::nullopt : std::optional(octets);
 }

@@ -1,5 +1,4 @@
 // CRLs: large ones decoded, encoded and copied, the memory that they take, and how both grow with their size.
-#include <memory>
 #include <string>
 
 #include "floor.h"
@@ -7,7 +6,6 @@
 #include "peers/peers.h"
 #include "sides.h"
 #include "table.h"
-#include "tessel/crl.h"
 #include "tessel_sides.h"
 
 namespace bench {
@@ -17,22 +15,22 @@ constexpr size_t kEntries = 200'000;
 constexpr size_t kFew = 1'000;
 constexpr size_t kMany = 5'000'000;
 
-using Value = std::unique_ptr<X509Crl, TesselDeleter<X509Crl, FreeX509Crl>>;
+using Value = tessel::Owned<X509Crl>;
 
 Value Decode(Octets octets) {
-  X509Crl* crl = nullptr;
-  DecodeX509Crl(octets.data(), SizeOf(octets), &crl);
-  return Value(crl);
+  Value crl;
+  DecodeX509Crl(octets.data(), SizeOf(octets), crl.Out());
+  return crl;
 }
 
 Value Copy(const Value& crl) {
-  X509Crl* copy = nullptr;
-  CreateX509CrlCopy(crl.get(), &copy);
-  return Value(copy);
+  Value copy;
+  CreateX509CrlCopy(crl, copy.Out());
+  return copy;
 }
 
 auto EncoderOf(const Value& crl) {
-  return [&crl](uint8_t* buffer, uint32_t* length) { return EncodeX509Crl(crl.get(), buffer, length); };
+  return [&crl](uint8_t* buffer, uint32_t* length) { return EncodeX509Crl(crl, buffer, length); };
 }
 
 Octets Encode(const Value& crl) { return EncodeBySize(EncoderOf(crl)); }

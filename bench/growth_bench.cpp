@@ -1,7 +1,6 @@
 // How the cost of an octet grows with the number of octets: shapes that are wide, deep or of indefinite length, some of
 // them made to be hard on a decoder. No figure may grow by more than a logarithm, beside what memory itself costs.
 #include <algorithm>
-#include <array>
 #include <map>
 #include <string>
 #include <utility>
@@ -11,12 +10,8 @@
 #include "floor.h"
 #include "heap.h"
 #include "sides.h"
+#include "support/copy.h"
 #include "table.h"
-#include "tessel/crl.h"
-#include "tessel/decoder.h"
-#include "tessel/extensions.h"
-#include "tessel/lifecycle.h"
-#include "tessel/primitives.h"
 #include "tessel_sides.h"
 
 namespace bench {
@@ -107,7 +102,7 @@ GrowthInput MakeStringSet(size_t size) {
 }
 // As deep as the decoder goes, many beside each other.
 GrowthInput MakeNests(size_t size) {
-  constexpr size_t kDepth = 900;
+  constexpr size_t kDepth = 63;
   std::string nest;
   for (size_t level = 0; level < kDepth && nest.size() < size / 2; ++level) nest = Element(kSequenceTag, nest);
   return Same(Element(kSequenceTag, Fill(nest, size)));
@@ -166,7 +161,7 @@ const InputShape kShapes[] = {
     {"list of INTEGERs", kIntegers, MakeIntegers},
     {"list of empty lists", kIntegerLists, MakeEmptyElements},
     {"SET OF, descending", kStringSet, MakeStringSet},
-    {"lists 900 deep", kNest, MakeNests},
+    {"lists 64 deep", kNest, MakeNests},
     {"indefinite lists", kIntegerLists, MakeIndefiniteLists, false},
     {"lists that claim more", kWrappedIntegerLists, MakeClaimingLists, false},
     {"OCTET STRING of segments", kOctetString, MakeSegments, false},
@@ -176,34 +171,29 @@ const InputShape kShapes[] = {
     {"extensions of one kind", X509ExtensionsItem, MakeEqualExtensions},
 };
 
-// By the one way that the interface has for any type: the DEFAULT of an item is copied when the item is created.
-Value Copy(const Value& value) {
-  const Asn1Item& item = *value.get_deleter().item;
-  Asn1Item withDefault = item;
-  withDefault.flags |= TESSEL_FLAG_OPTIONAL;
-  withDefault.defaultValue = value.get();
-  void* copy = nullptr;
-  CreateAsn1Object(&withDefault, &copy, 0);
-  return {copy, {&item}};
+Tree Copy(const Tree& tree) {
+  Tree copy(tree.Item());
+  test::Copy(tree.Item(), tree.Root(), copy.Out());
+  return copy;
 }
 
-Octets Encode(const Value& value, size_t size) {
-  return EncodeInto(size, [&value](uint8_t* buffer, uint32_t* length) {
-    return GetAsn1EncodedValue(value.get(), value.get_deleter().item, buffer, length);
+Octets Encode(const Tree& tree, size_t size) {
+  return EncodeInto(size, [&tree](uint8_t* buffer, uint32_t* length) {
+    return GetAsn1EncodedValue(tree.Root(), &tree.Item(), buffer, length);
   });
 }
 
-bool AreEqual(const Value& first, const Value& second) {
+bool AreEqual(const Tree& first, const Tree& second) {
   uint32_t equal = 0;
-  return CompareAsn1Objects(first.get_deleter().item, first.get(), second.get(), &equal) == 0 && equal == 1;
+  return CompareAsn1Objects(&first.Item(), first.Root(), second.Root(), &equal) == 0 && equal == 1;
 }
 
 // Every second one stays.
 bool RemoveExtensions(Octets octets) {
-  constexpr std::array<uint8_t, 4> kOid = {3, 0x55, 0x1D, 0x0E};
+  static constexpr ObjectIdentifier kOid("2.5.29.14");
   X509ExtensionsSlot slot{};
   const bool isRemoved = DecodeX509Extensions(octets.data(), SizeOf(octets), &slot.list) == 0 &&
-                         RemoveX509ExtensionsExtension2(&slot, kOid.data()) == 0;
+                         RemoveX509ExtensionsExtension2(&slot, kOid.Counted()) == 0;
   RemoveX509Extensions(&slot);
   return isRemoved;
 }
@@ -213,14 +203,14 @@ Label Tessel() { return {Kind::kTessel, "tessel", ""}; }
 std::vector<Operation> OperationsOn(const InputShape& shape, const std::vector<GrowthInput>& inputs) {
   const size_t derSize = DerOf(inputs.front()).size();
   const auto decoder = DecoderOf(shape.item);
-  const auto encode = [derSize](const Value& value) { return Encode(value, derSize); };
+  const auto encode = [derSize](const Tree& tree) { return Encode(tree, derSize); };
   std::vector<Operation> operations;
   const auto add = [&](const char* name) -> Operation& {
     return operations.emplace_back(Operation{name, static_cast<double>(inputs.front().octets.size())});
   };
   if (shape.isWalked) AddWalk(add("header walk"), inputs);
-  AddDecoder(add("decode, free"), Tessel(), inputs, decoder, [encode](const Value& value, const GrowthInput& input) {
-    return std::ranges::equal(encode(value), DerOf(input));
+  AddDecoder(add("decode, free"), Tessel(), inputs, decoder, [encode](const Tree& tree, const GrowthInput& input) {
+    return std::ranges::equal(encode(tree), DerOf(input));
   });
   const auto held = Hold(inputs, decoder);
   AddCopier(add("copy, free"), Tessel(), held, Copy, encode);
@@ -239,7 +229,7 @@ std::vector<Operation> OperationsOn(const InputShape& shape, const std::vector<G
 
 double HeapFor(const InputShape& shape, const GrowthInput& input) {
   const size_t before = HeapInUse();
-  const Value value = DecoderOf(shape.item)(input.octets);
+  const Tree tree = DecoderOf(shape.item)(input.octets);
   return static_cast<double>(HeapInUse() - before) / static_cast<double>(input.octets.size());
 }
 

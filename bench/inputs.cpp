@@ -9,8 +9,6 @@
 #include <string_view>
 
 #include "table.h"
-#include "tessel/base64.h"
-#include "tessel/certificate.h"
 #include "tessel_sides.h"
 
 namespace bench {
@@ -41,12 +39,8 @@ std::string ReadFile(const std::filesystem::path& path) {
 }
 
 std::vector<uint8_t> ReadPem(const std::filesystem::path& path) {
-  const std::string text = ReadFile(path);
-  std::vector<uint8_t> octets(text.size());
-  auto length = static_cast<uint32_t>(octets.size());
-  Require(DecodePem(text.data(), static_cast<uint32_t>(text.size()), octets.data(), &length) == 0,
-          path.string() + ": is no PEM");
-  octets.resize(length);
+  std::vector<uint8_t> octets;
+  Require(tessel::Try(DecodePem, ReadFile(path), tessel::Into(octets)) == 0, path.string() + ": is no PEM");
   return octets;
 }
 
@@ -65,23 +59,19 @@ std::time_t NotBeforeOf(const Certificate* certificate) {
 
 // Empty when the certificate has none.
 std::vector<uint8_t> BasicConstraintsOf(const Certificate* certificate) {
-  std::vector<uint8_t> value(100);
-  auto length = static_cast<uint32_t>(value.size());
-  const uint32_t status = GetCertificateExtensionValue(certificate, kBasicConstraints.data(), value.data(), &length);
-  value.resize(status == 0 ? length : 0);
+  std::vector<uint8_t> value;
+  static_cast<void>(tessel::Try(GetCertificateExtensionValue, certificate, kBasicConstraints, tessel::Into(value)));
   return value;
 }
 
 CertificateInput ReadCertificate(const std::filesystem::path& path) {
   CertificateInput input{};
   input.octets = ReadPem(path);
-  Certificate* certificate = nullptr;
-  Require(DecodeCertificate(input.octets.data(), static_cast<uint32_t>(input.octets.size()), &certificate) == 0,
-          path.string() + ": is no certificate");
+  tessel::Owned<Certificate> certificate;
+  Require(tessel::Try(DecodeCertificate, input.octets, certificate.Out()) == 0, path.string() + ": is no certificate");
   input.serialNumber = SerialNumberOf(certificate);
   input.notBefore = NotBeforeOf(certificate);
   input.basicConstraints = BasicConstraintsOf(certificate);
-  FreeCertificate(certificate);
   return input;
 }
 

@@ -4,14 +4,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "tessel/octets.hpp"
+
 namespace bench {
 
-using Octets = std::span<const uint8_t>;
+using tessel::Octets;
 
 // The one place that results are written to, of at least this size.
 uint8_t* Output(size_t size);

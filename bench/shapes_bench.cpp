@@ -8,9 +8,6 @@
 #include "peers/peers.h"
 #include "sides.h"
 #include "table.h"
-#include "tessel/decoder.h"
-#include "tessel/lifecycle.h"
-#include "tessel/primitives.h"
 #include "tessel_sides.h"
 
 namespace bench {
@@ -38,9 +35,9 @@ constexpr Asn1Item NestItem(uint32_t flags) {
 constinit const Asn1Item kNest = NestItem(0);
 constinit const Asn1Item kInnerNest = NestItem(TESSEL_FLAG_OPTIONAL);
 
-Octets Encode(const Value& value) {
-  return EncodeBySize([&value](uint8_t* buffer, uint32_t* length) {
-    return GetAsn1EncodedValue(value.get(), value.get_deleter().item, buffer, length);
+Octets Encode(const tessel::Tree& tree) {
+  return EncodeBySize([&tree](uint8_t* buffer, uint32_t* length) {
+    return GetAsn1EncodedValue(tree.Root(), &tree.Item(), buffer, length);
   });
 }
 
@@ -67,8 +64,8 @@ void AddNest(const std::vector<NestInput>& inputs, std::vector<Operation>& opera
   Operation decode{"decode, free" + depth, static_cast<double>(levels)};
   Operation encode{"encode" + depth, static_cast<double>(levels)};
   const auto decoder = DecoderOf(kNest);
-  AddDecoder(decode, DecodingLabel(), inputs, decoder, [](const Value& value, const NestInput& input) {
-    return std::ranges::equal(Encode(value), input.octets);
+  AddDecoder(decode, DecodingLabel(), inputs, decoder, [](const tessel::Tree& tree, const NestInput& input) {
+    return std::ranges::equal(Encode(tree), input.octets);
   });
   AddEncoder(encode, EncodingLabel(), Hold(inputs, decoder), Encode);
   if (levels <= kDeepestForOpenssl) openssl::AddNest(inputs, decode, encode);

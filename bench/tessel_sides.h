@@ -1,20 +1,16 @@
 // Tessel's functions in the form that sides.h wants.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <ctime>
-#include <memory>
 
 #include "inputs.h"
-#include "tessel/decoder.h"
-#include "tessel/lifecycle.h"
-#include "tessel/time.h"
+#include "tessel/calls.hpp"
 
 namespace bench {
 
-// Asks a function that follows the library's convention for buffers for the size, and then for the octets.
-// encode(buffer, length) returns its status. No octets: it failed.
+// Asks a function that follows the library's convention for buffers for the size, and then for the octets, which go to
+// the one output without an allocation. encode(buffer, length) returns its status. No octets: it failed.
 template <class Encode>
 Octets EncodeBySize(Encode encode) {
   uint32_t size = 0;
@@ -34,13 +30,7 @@ Octets EncodeInto(size_t size, Encode encode) {
   return {output, length};
 }
 
-template <class Type, uint32_t (*Free)(Type*)>
-struct TesselDeleter {
-  void operator()(Type* object) const { Free(object); }
-};
-
-// The extension's identifier, counted.
-inline constexpr std::array<uint8_t, 4> kBasicConstraints = {3, 0x55, 0x1D, 0x13};
+inline constexpr tessel::ObjectIdentifier kBasicConstraints("2.5.29.19");
 
 inline std::time_t SecondsOf(const LibraryTime& time) {
   std::tm fields{};
@@ -55,18 +45,12 @@ inline std::time_t SecondsOf(const LibraryTime& time) {
 
 inline uint32_t SizeOf(Octets octets) { return static_cast<uint32_t>(octets.size()); }
 
-// A value of any type, and how it is decoded, by a descriptor.
-struct ValueDeleter {
-  const Asn1Item* item;
-  void operator()(void* object) const { FreeAsn1Object(item, object); }
-};
-using Value = std::unique_ptr<void, ValueDeleter>;
-
+// By a descriptor.
 inline auto DecoderOf(const Asn1Item& item) {
   return [&item](Octets octets) {
-    void* object = nullptr;
-    Asn1DecodeItem(octets.data(), SizeOf(octets), &item, &object, nullptr);
-    return Value(object, {&item});
+    tessel::Tree tree(item);
+    Asn1DecodeItem(octets.data(), SizeOf(octets), &item, tree.Out(), nullptr);
+    return tree;
   };
 }
 

@@ -8,66 +8,54 @@
 namespace fuzz {
 namespace {
 
+using tessel::Owned;
+
 // A few objects of one type. One that is not there is a null handle, which every function has to refuse.
-template <class Node, uint32_t(TESSEL_CALL* release)(Node*)>
+template <class Node>
 class Shelf {
  public:
-  Shelf() = default;
-  ~Shelf() {
-    for (Node* node : nodes_) release(node);
-  }
-  Shelf(const Shelf&) = delete;
-  Shelf& operator=(const Shelf&) = delete;
-
   // Which of them a call is about.
-  Node*& Pick(Input& input) { return nodes_[input.Below(static_cast<uint32_t>(nodes_.size()))]; }
+  Owned<Node>& Pick(Input& input) { return nodes_[input.Below(static_cast<uint32_t>(nodes_.size()))]; }
   // A place for a new one.
-  Node** Empty(Input& input) {
-    Node*& node = Pick(input);
-    release(std::exchange(node, nullptr));
-    return &node;
-  }
+  Node** Empty(Input& input) { return Pick(input).Out(); }
 
  private:
-  std::array<Node*, 3> nodes_{};
+  std::array<Owned<Node>, 3> nodes_;
 };
 
 // Gives an object away, when the function that takes it succeeds.
 template <class Node>
-uint32_t Give(Node*& node, auto take) {
-  const uint32_t status = take(node);
-  if (status == TESSEL_OK) node = nullptr;
-  return status;
+void Give(Owned<Node>& node, auto take) {
+  if (take(node.Get()) == TESSEL_OK) static_cast<void>(node.Release());
 }
 
 // Which mutable objects there are. What is lent is used at once, so that it cannot have been released.
 struct World {
-  Shelf<Certificate, FreeCertificate> certificates;
-  Shelf<Certificates, FreeCertificates> certificateLists;
-  Shelf<X509Crl, FreeX509Crl> crls;
-  Shelf<X509Name, FreeX509Name> names;
-  Shelf<X509GeneralName, FreeX509GeneralName> generalNames;
-  Shelf<X509GeneralNames, FreeX509GeneralNames> generalNameLists;
-  Shelf<PKIFreeText, FreePKIFreeText> texts;
-  Shelf<X509Extension, FreeX509Extension> extensions;
-  Shelf<X509Extensions, FreeX509Extensions> extensionLists;
-  Shelf<ExtensionExtendedKeyUsage, FreeExtensionExtendedKeyUsage> purposes;
-  Shelf<ExtensionAuthorityInformationAccess, FreeExtensionAuthorityInformationAccess> accesses;
-  Shelf<ExtensionCrlDistributionPoints, FreeExtensionCrlDistributionPoints> points;
-  Shelf<ExtensionCertificatePolicies, FreeExtensionCertificatePolicies> policies;
-  Shelf<OctetStrings, FreeOctetStrings> strings;
-  Shelf<LibraryTime, FreeLibraryTime> times;
+  Shelf<Certificate> certificates;
+  Shelf<Certificates> certificateLists;
+  Shelf<X509Crl> crls;
+  Shelf<X509Name> names;
+  Shelf<X509GeneralName> generalNames;
+  Shelf<X509GeneralNames> generalNameLists;
+  Shelf<PKIFreeText> texts;
+  Shelf<X509Extension> extensions;
+  Shelf<X509Extensions> extensionLists;
+  Shelf<ExtensionExtendedKeyUsage> purposes;
+  Shelf<ExtensionAuthorityInformationAccess> accesses;
+  Shelf<ExtensionCrlDistributionPoints> points;
+  Shelf<ExtensionCertificatePolicies> policies;
+  Shelf<OctetStrings> strings;
+  Shelf<LibraryTime> times;
 };
 
 // What a copy is encoded as, when the object can be encoded and copied.
 template <class Node>
-void CheckCopy(const Node* object, auto encode, auto copyObject, auto release) {
-  const auto encoding = Fetch([&](uint8_t* buffer, uint32_t* length) { return encode(object, buffer, length); });
+void CheckCopy(const Node* object, auto encode, uint32_t(TESSEL_CALL* copyObject)(const Node*, Node**)) {
+  const auto encoding = FetchChecked(encode, object);
   if (!encoding) return;
-  Node* copy = nullptr;
-  Require(copyObject(object, &copy) == TESSEL_OK);
-  Require(encoding == Fetch([&](uint8_t* buffer, uint32_t* length) { return encode(copy, buffer, length); }));
-  release(copy);
+  Owned<Node> copy;
+  Require(copyObject(object, copy.Out()) == TESSEL_OK);
+  Require(encoding == FetchChecked(encode, copy));
 }
 
 // The name that a call is about: one that stands for itself, or one that a certificate lends.
@@ -82,10 +70,10 @@ X509Name* PickName(World& world, Input& input) {
 // Calls `use` with a slot of extensions: a certificate's, or one of the caller's around a list of his own.
 void WithExtensions(World& world, Input& input, auto use) {
   if (input.Flag()) {
-    X509Extensions*& list = world.extensionLists.Pick(input);
-    X509ExtensionsSlot slot{list};
+    Owned<X509Extensions>& list = world.extensionLists.Pick(input);
+    X509ExtensionsSlot slot{list.Release()};
     use(&slot);
-    list = slot.list;
+    list.Reset(slot.list);
   } else {
     X509ExtensionsSlot* slot = nullptr;
     GetCertificateExtensions(world.certificates.Pick(input), &slot);
@@ -162,24 +150,24 @@ constexpr Call kCalls[] = {
     },
     // Objects that are copied.
     [](World& w, Input& in) {
-      Certificate* copy = nullptr;
-      CreateCertificateCopy(w.certificates.Pick(in), &copy);
-      *w.certificates.Empty(in) = copy;
+      Owned<Certificate> copy;
+      CreateCertificateCopy(w.certificates.Pick(in), copy.Out());
+      w.certificates.Pick(in) = std::move(copy);
     },
     [](World& w, Input& in) {
-      X509Name* copy = nullptr;
-      CopyX509Name(PickName(w, in), &copy);
-      *w.names.Empty(in) = copy;
+      Owned<X509Name> copy;
+      CopyX509Name(PickName(w, in), copy.Out());
+      w.names.Pick(in) = std::move(copy);
     },
     [](World& w, Input& in) {
-      X509GeneralName* copy = nullptr;
-      CreateX509GeneralNameCopy(w.generalNames.Pick(in), &copy);
-      *w.generalNames.Empty(in) = copy;
+      Owned<X509GeneralName> copy;
+      CreateX509GeneralNameCopy(w.generalNames.Pick(in), copy.Out());
+      w.generalNames.Pick(in) = std::move(copy);
     },
     [](World& w, Input& in) {
-      X509GeneralNames* copy = nullptr;
-      CopyX509GeneralNames(w.generalNameLists.Pick(in), &copy);
-      *w.generalNameLists.Empty(in) = copy;
+      Owned<X509GeneralNames> copy;
+      CopyX509GeneralNames(w.generalNameLists.Pick(in), copy.Out());
+      w.generalNameLists.Pick(in) = std::move(copy);
     },
     // What lists and certificates take.
     [](World& w, Input& in) {
@@ -194,18 +182,18 @@ constexpr Call kCalls[] = {
     },
     [](World& w, Input& in) {
       ExtensionCrlDistributionPoints* list = w.points.Pick(in);
-      X509GeneralNames*& fullName = w.generalNameLists.Pick(in);
-      X509GeneralNames*& issuer = w.generalNameLists.Pick(in);
-      X509GeneralNames* givenIssuer = issuer == fullName || in.Flag() ? nullptr : issuer;
-      X509GeneralNames* givenName = in.Flag() ? fullName : nullptr;
-      X509Name*& relativeName = w.names.Pick(in);
-      X509Name* givenRelativeName = in.Flag() ? relativeName : nullptr;
+      Owned<X509GeneralNames>& fullName = w.generalNameLists.Pick(in);
+      Owned<X509GeneralNames>& issuer = w.generalNameLists.Pick(in);
+      X509GeneralNames* givenIssuer = issuer.Get() == fullName.Get() || in.Flag() ? nullptr : issuer.Get();
+      X509GeneralNames* givenName = in.Flag() ? fullName.Get() : nullptr;
+      Owned<X509Name>& relativeName = w.names.Pick(in);
+      X509Name* givenRelativeName = in.Flag() ? relativeName.Get() : nullptr;
       if (AddExtensionCrlDistributionPoint(list, givenName, givenRelativeName, in.Octet(), givenIssuer) != TESSEL_OK) {
         return;
       }
-      if (givenName != nullptr) fullName = nullptr;
-      if (givenRelativeName != nullptr) relativeName = nullptr;
-      if (givenIssuer != nullptr) issuer = nullptr;
+      if (givenName != nullptr) static_cast<void>(fullName.Release());
+      if (givenRelativeName != nullptr) static_cast<void>(relativeName.Release());
+      if (givenIssuer != nullptr) static_cast<void>(issuer.Release());
     },
     [](World& w, Input& in) {
       Certificate* certificate = w.certificates.Pick(in);
@@ -400,18 +388,16 @@ constexpr Call kCalls[] = {
     [](World& w, Input& in) { ReadAccessDescriptions(w.accesses.Pick(in)); },
     [](World& w, Input& in) { ReadDistributionPoints(w.points.Pick(in)); },
     [](World& w, Input& in) { ReadPolicies(w.policies.Pick(in)); },
+    [](World& w, Input& in) { CheckCopy(w.certificates.Pick(in).Get(), EncodeCertificate, CreateCertificateCopy); },
     [](World& w, Input& in) {
-      CheckCopy(w.certificates.Pick(in), EncodeCertificate, CreateCertificateCopy, FreeCertificate);
+      CheckCopy(w.certificateLists.Pick(in).Get(), EncodeCertificates, CreateCertificatesCopy);
     },
+    [](World& w, Input& in) { CheckCopy(w.crls.Pick(in).Get(), EncodeX509Crl, CreateX509CrlCopy); },
+    [](World& w, Input& in) { CheckCopy(PickName(w, in), EncodeX509Name, CopyX509Name); },
     [](World& w, Input& in) {
-      CheckCopy(w.certificateLists.Pick(in), EncodeCertificates, CreateCertificatesCopy, FreeCertificates);
+      CheckCopy(w.generalNameLists.Pick(in).Get(), EncodeX509GeneralNames, CopyX509GeneralNames);
     },
-    [](World& w, Input& in) { CheckCopy(w.crls.Pick(in), EncodeX509Crl, CreateX509CrlCopy, FreeX509Crl); },
-    [](World& w, Input& in) { CheckCopy(PickName(w, in), EncodeX509Name, CopyX509Name, FreeX509Name); },
-    [](World& w, Input& in) {
-      CheckCopy(w.generalNameLists.Pick(in), EncodeX509GeneralNames, CopyX509GeneralNames, FreeX509GeneralNames);
-    },
-    [](World& w, Input& in) { CheckCopy(w.texts.Pick(in), EncodePKIFreeText, CreatePKIFreeTextCopy, FreePKIFreeText); },
+    [](World& w, Input& in) { CheckCopy(w.texts.Pick(in).Get(), EncodePKIFreeText, CreatePKIFreeTextCopy); },
 };
 
 }  // namespace

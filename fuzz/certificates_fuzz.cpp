@@ -45,14 +45,10 @@ uint32_t OpensslReason() {
 }
 
 Reencoded ByTessel(const Bytes& input) {
-  Certificate* certificate = nullptr;
+  tessel::Owned<Certificate> certificate;
   Reencoded result;
-  result.reason = DecodeCertificate(input.data(), SizeOf(input), &certificate);
-  if (result.reason == TESSEL_OK) {
-    result.octets =
-        Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeCertificate(certificate, buffer, length); });
-  }
-  FreeCertificate(certificate);
+  result.reason = tessel::Try(DecodeCertificate, input, certificate.Out());
+  if (result.reason == TESSEL_OK) result.octets = FetchChecked(EncodeCertificate, certificate);
   return result;
 }
 

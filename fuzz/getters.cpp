@@ -1,7 +1,6 @@
 #include "getters.h"
 
 #include <array>
-#include <memory>
 
 namespace fuzz {
 namespace {
@@ -14,17 +13,6 @@ template <class Count>
 uint32_t CountOf(Count count) {
   uint32_t number = 0;
   return count(&number) == TESSEL_OK ? std::min(number, kMostElements) : 0;
-}
-
-struct TimeDeleter {
-  void operator()(LibraryTime* time) const { FreeLibraryTime(time); }
-};
-using OwnedTime = std::unique_ptr<LibraryTime, TimeDeleter>;
-
-OwnedTime NewTime() {
-  LibraryTime* time = nullptr;
-  Require(CreateLibraryTime(&time) == TESSEL_OK);
-  return OwnedTime(time);
 }
 
 // Two buffers that a function fills at once: read(first, firstLength, second, secondLength).
@@ -78,18 +66,19 @@ void ReadNode(const Asn1Item& item, const void* node) {
   }
   if (item.kind == TESSEL_KIND_BIT_STRING) {
     uint8_t unused = 0;
-    Fetch([&](uint8_t* buffer, uint32_t* length) {
+    FetchChecked([&](uint8_t* buffer, uint32_t* length) {
       return GetAsn1BitString(static_cast<const Asn1BitString*>(node), &unused, buffer, length);
     });
     Require(unused < 8);
     return;
   }
   const auto* value = static_cast<const Asn1Value*>(node);
-  const auto content = Fetch([&](uint8_t* buffer, uint32_t* length) { return GetAsn1Value(value, buffer, length); });
+  const auto content =
+      FetchChecked([&](uint8_t* buffer, uint32_t* length) { return GetAsn1Value(value, buffer, length); });
   Require(content && content->size() == GetAsn1ValueLength(value));
   uint32_t type = 0;
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return GetAsn1ValueAndType(value, &type, buffer, length); });
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return GetAsn1Integer(value, buffer, length); });
+  FetchChecked([&](uint8_t* buffer, uint32_t* length) { return GetAsn1ValueAndType(value, &type, buffer, length); });
+  FetchChecked([&](uint8_t* buffer, uint32_t* length) { return GetAsn1Integer(value, buffer, length); });
   int32_t number = 0;
   GetAsn1Int32(value, &number);
   uint32_t flag = 0;
@@ -103,9 +92,9 @@ void ReadTime(const LibraryTime* time) {
   GetLibraryLocalTime(time, &parts[0], &parts[1], &parts[2], &parts[3], &parts[4], &parts[5]);
   IsLibraryTimeNull(time);
   Require(CompareTime(time, time) == 0 && TestTimeValidity(time, time, time) == 0);
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeTime(time, buffer, length); });
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeExtensionInvalidityDate(time, buffer, length); });
-  Fetch([&](uint8_t* buffer, uint32_t* length) {
+  FetchChecked([&](uint8_t* buffer, uint32_t* length) { return EncodeTime(time, buffer, length); });
+  FetchChecked([&](uint8_t* buffer, uint32_t* length) { return EncodeExtensionInvalidityDate(time, buffer, length); });
+  FetchChecked([&](uint8_t* buffer, uint32_t* length) {
     return EncodeExtensionPrivateKeyUsagePeriod(time, time, buffer, length);
   });
 }
@@ -122,14 +111,15 @@ void ReadName(const X509Name* name) {
 
 void ReadGeneralName(const X509GeneralName* name) {
   uint32_t alternative = 0;
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return GetX509GeneralNameValue(name, &alternative, buffer, length); });
+  FetchChecked(
+      [&](uint8_t* buffer, uint32_t* length) { return GetX509GeneralNameValue(name, &alternative, buffer, length); });
 }
 
 void ReadGeneralNames(const X509GeneralNames* names) {
   const uint32_t number = CountOf([&](uint32_t* count) { return GetX509GeneralNameCount(names, count); });
   for (uint32_t i = 0; i <= number; ++i) {
     uint32_t alternative = 0;
-    Fetch(
+    FetchChecked(
         [&](uint8_t* buffer, uint32_t* length) { return GetX509GeneralName(names, i, &alternative, buffer, length); });
   }
   X509Name* name = nullptr;
@@ -141,7 +131,7 @@ void ReadGeneralNames(const X509GeneralNames* names) {
 void ReadFreeText(const PKIFreeText* text) {
   const uint32_t number = CountOf([&](uint32_t* count) { return GetPKIFreeTextStringCount(text, count); });
   for (uint32_t i = 0; i <= number; ++i) {
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return GetPKIFreeTextString(text, i, buffer, length); });
+    FetchChecked([&](uint8_t* buffer, uint32_t* length) { return GetPKIFreeTextString(text, i, buffer, length); });
   }
   Encode(text, EncodePKIFreeText);
 }
@@ -166,7 +156,7 @@ void ReadExtensions(const X509ExtensionsSlot* slot) {
     }
     uint32_t index = 0;
     Require(FindX509Extension(slot, oid.data(), &index) == TESSEL_OK && index <= i);
-    const auto value = Fetch([&](uint8_t* buffer, uint32_t* length) {
+    const auto value = FetchChecked([&](uint8_t* buffer, uint32_t* length) {
       return GetX509ExtensionsExtensionValue(slot, oid.data(), buffer, length);
     });
     if (value) ReadExtensionValue(*value);
@@ -178,8 +168,8 @@ void ReadExtensions(const X509ExtensionsSlot* slot) {
 void ReadExtensionValue(const Bytes& value) {
   const uint8_t* data = value.data();
   const uint32_t size = SizeOf(value);
-  const OwnedTime before = NewTime();
-  const OwnedTime after = NewTime();
+  const tessel::Owned<LibraryTime> before = tessel::Make(CreateLibraryTime);
+  const tessel::Owned<LibraryTime> after = tessel::Make(CreateLibraryTime);
   uint32_t number = 0;
   int32_t reason = 0;
   std::array<uint8_t, 8> flags{};
@@ -190,15 +180,15 @@ void ReadExtensionValue(const Bytes& value) {
   DecodeExtensionNetscapeCertificateType(data, size, &number);
   DecodeExtensionBasicConstraints(data, size, flags.data(), &number);
   DecodeExtensionReasonCode(data, size, &reason);
-  if (DecodeExtensionInvalidityDate(data, size, before.get()) == TESSEL_OK) ReadTime(before.get());
-  DecodeExtensionPrivateKeyUsagePeriod(data, size, before.get(), after.get());
+  if (DecodeExtensionInvalidityDate(data, size, before) == TESSEL_OK) ReadTime(before);
+  DecodeExtensionPrivateKeyUsagePeriod(data, size, before, after);
   DecodeExtensionIssuingDistributionPoint(data, size, &fullName, &relativeName, &flags[0], &present[0], &flags[1],
                                           &present[1], &number, &present[2], &flags[2], &present[3], &flags[3],
                                           &present[4]);
   for (const auto decode :
        {DecodeExtensionSubjectKeyIdentifier, DecodeExtensionCrlNumber, DecodeExtensionDeltaCrlIndicator,
         DecodeAsn1IA5String, DecodeAsn1NumericString, DecodeAsn1Oid}) {
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return decode(data, size, buffer, length); });
+    FetchChecked([&](uint8_t* buffer, uint32_t* length) { return decode(data, size, buffer, length); });
   }
   FetchPair([&](uint8_t* keyIdentifier, uint32_t* keyIdentifierLength, uint8_t* serial, uint32_t* serialLength) {
     X509GeneralNames* names = nullptr;
@@ -213,7 +203,8 @@ void ReadExtensionValue(const Bytes& value) {
 void ReadExtendedKeyUsage(const ExtensionExtendedKeyUsage* list) {
   const uint32_t number = CountOf([&](uint32_t* count) { return GetExtensionExtendedKeyUsageCount(list, count); });
   for (uint32_t i = 0; i <= number; ++i) {
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return GetExtensionExtendedKeyUsage(list, i, buffer, length); });
+    FetchChecked(
+        [&](uint8_t* buffer, uint32_t* length) { return GetExtensionExtendedKeyUsage(list, i, buffer, length); });
   }
   Encode(list, EncodeExtensionExtendedKeyUsage);
 }
@@ -223,7 +214,7 @@ void ReadAccessDescriptions(const ExtensionAuthorityInformationAccess* list) {
       CountOf([&](uint32_t* count) { return GetExtensionAuthorityInformationAccessCount(list, count); });
   for (uint32_t i = 0; i <= number; ++i) {
     X509GeneralName* location = nullptr;
-    Fetch([&](uint8_t* buffer, uint32_t* length) {
+    FetchChecked([&](uint8_t* buffer, uint32_t* length) {
       return GetExtensionAuthorityInformationAccess(list, i, buffer, length, &location);
     });
     ReadGeneralName(location);
@@ -249,7 +240,8 @@ void ReadDistributionPoints(const ExtensionCrlDistributionPoints* list) {
 void ReadPolicies(const ExtensionCertificatePolicies* list) {
   const uint32_t number = CountOf([&](uint32_t* count) { return GetExtensionPolicyInformationCount(list, count); });
   for (uint32_t i = 0; i <= number; ++i) {
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return GetExtensionPolicyInformation(list, i, buffer, length); });
+    FetchChecked(
+        [&](uint8_t* buffer, uint32_t* length) { return GetExtensionPolicyInformation(list, i, buffer, length); });
     const uint32_t qualifiers =
         CountOf([&](uint32_t* count) { return GetExtensionPolicyQualifiersCount(list, i, count); });
     for (uint32_t q = 0; q <= qualifiers; ++q) {
@@ -262,7 +254,8 @@ void ReadPolicies(const ExtensionCertificatePolicies* list) {
 }
 
 void ReadPublicKeyInfo(const SubjectPublicKeyInfo* info) {
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return GetSubjectPublicKeyInfoPublicKey(info, buffer, length); });
+  FetchChecked(
+      [&](uint8_t* buffer, uint32_t* length) { return GetSubjectPublicKeyInfoPublicKey(info, buffer, length); });
 }
 
 void ReadParameters(const Bytes& parameters) {
@@ -271,7 +264,7 @@ void ReadParameters(const Bytes& parameters) {
   const uint32_t status = DecodeAlgorithmGostR34102001Parameters(parameters.data(), SizeOf(parameters), &mode, &sets[0],
                                                                  &sets[1], &sets[2]);
   if (status == TESSEL_OK) {
-    Require(Fetch([&](uint8_t* buffer, uint32_t* length) {
+    Require(FetchChecked([&](uint8_t* buffer, uint32_t* length) {
               return EncodeAlgorithmGostR34102001Parameters(mode, sets[0], sets[1], sets[2], buffer, length);
             }).has_value());
   }
@@ -282,7 +275,7 @@ void ReadParameters(const Bytes& parameters) {
         DecodeAlgorithmGostR3410ParameterOids(algorithm, parameters.data(), SizeOf(parameters), &mode, oids[0].data(),
                                               &lengths[0], oids[1].data(), &lengths[1], oids[2].data(), &lengths[2]);
     if (oidStatus != TESSEL_OK) continue;
-    Require(Fetch([&](uint8_t* buffer, uint32_t* length) {
+    Require(FetchChecked([&](uint8_t* buffer, uint32_t* length) {
               return EncodeAlgorithmGostR3410ParametersOid(algorithm, mode, oids[0].data(), oids[1].data(),
                                                            oids[2].data(), buffer, length);
             }).has_value());
@@ -297,19 +290,19 @@ void ReadCertificate(Certificate* certificate) {
   for (const auto get :
        {GetCertificateSerialNumber, GetCertificatePublicKey, GetCertificateSignature, GetCertificateToBeSignedPart,
         GetCertificatePublicKeyGostR3410, GetCertificateSubjectKeyIdentifier}) {
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return get(certificate, buffer, length); });
+    FetchChecked([&](uint8_t* buffer, uint32_t* length) { return get(certificate, buffer, length); });
   }
   for (const auto get : {GetCertificateIssuerUniqueId, GetCertificateSubjectUniqueId}) {
     uint8_t unused = 0;
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return get(certificate, buffer, length, &unused); });
+    FetchChecked([&](uint8_t* buffer, uint32_t* length) { return get(certificate, buffer, length, &unused); });
   }
   for (const auto get : {GetCertificateIssuer, GetCertificateSubject}) {
     X509Name* name = nullptr;
     if (get(certificate, &name) == TESSEL_OK) ReadName(name);
   }
-  const OwnedTime time = NewTime();
+  const tessel::Owned<LibraryTime> time = tessel::Make(CreateLibraryTime);
   for (const auto get : {GetCertificateValidNotBefore, GetCertificateValidNotAfter}) {
-    if (get(certificate, time.get()) == TESSEL_OK) ReadTime(time.get());
+    if (get(certificate, time) == TESSEL_OK) ReadTime(time);
   }
   for (const auto get :
        {GetCertificatePublicKeyAlgorithmOidAndParameters, GetCertificateSignatureAlgorithmOidAndParameters}) {
@@ -326,7 +319,7 @@ void ReadCertificate(Certificate* certificate) {
   IsCertificateCorrespondToAuthKeyIdent(certificate, serial, serialLength, nullptr, nullptr, 0);
 
   std::array<uint32_t, 3> sets{};
-  Fetch([&](uint8_t* buffer, uint32_t* length) {
+  FetchChecked([&](uint8_t* buffer, uint32_t* length) {
     return GetCertificateDecodedPublicKeyGostR34102012(certificate, buffer, length, &sets[0], &sets[1], &sets[2]);
   });
   FetchPair([&](uint8_t* identifier, uint32_t* identifierLength, uint8_t* number, uint32_t* numberLength) {
@@ -344,9 +337,8 @@ void ReadCertificate(Certificate* certificate) {
     FreeX509Name(name);
     return status;
   });
-  FetchText([&](char* buffer, uint32_t* length) { return GetCertificateCN(certificate, buffer, length); });
-  FetchText(
-      [&](char* buffer, uint32_t* length) { return GetArdekIdentifierFromCertificate(certificate, buffer, length); });
+  FetchChecked(GetCertificateCN, certificate);
+  FetchChecked(GetArdekIdentifierFromCertificate, certificate);
 
   X509ExtensionsSlot* slot = nullptr;
   if (GetCertificateExtensions(certificate, &slot) == TESSEL_OK) ReadExtensions(slot);

@@ -1,36 +1,24 @@
-// Calls every function that reads an object of a type. What a function writes goes into memory that is just as large as
-// the library was told.
+// Calls every function that reads an object of a type.
 #pragma once
 
 #include <optional>
 
 #include "input.h"
+#include "support/buffers.h"
 #include "tessel/tessel.h"
 
 namespace fuzz {
 
-// What read(buffer, length) delivers, asked in all the ways of the caller-buffer convention; nothing when it fails.
-// What is delivered has the length that was told, unless it is a text, whose NUL may not count any more then.
-template <class Read>
-std::optional<Bytes> Fetch(Read read, bool isText = false) {
-  uint32_t needed = 0;
-  if (read(static_cast<uint8_t*>(nullptr), &needed) != TESSEL_OK) return std::nullopt;
-  if (needed != 0) {
-    Bytes small(needed - 1 + (needed == 1));
-    uint32_t length = needed - 1;
-    Require(read(small.data(), &length) == TESSEL_BUFFER_TOO_SMALL && length == needed);
-  }
-  Bytes octets(needed + (needed == 0));
-  uint32_t length = needed;
-  Require(read(octets.data(), &length) == TESSEL_OK && (length == needed || (isText && length < needed)));
-  octets.resize(length);
-  return octets;
-}
-
-// The same for a text.
-template <class Read>
-std::optional<Bytes> FetchText(Read read) {
-  return Fetch([&](uint8_t* buffer, uint32_t* length) { return read(reinterpret_cast<char*>(buffer), length); }, true);
+// What a function delivers by the convention for buffers, which is tried in all its ways; nothing when it fails. Either
+// read(buffer, length), or a function that ends with them and its other arguments.
+template <class... Arguments>
+std::optional<Bytes> FetchChecked(const Arguments&... arguments) {
+  const auto require = [](bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+    Require(holds, file, line);
+  };
+  Bytes octets;
+  if (test::FetchInAllWays(require, octets, arguments...) != TESSEL_OK) return std::nullopt;
+  return Copied(octets);
 }
 
 // What GetAsn1ObjectInfo tells.
@@ -48,7 +36,7 @@ uint32_t ReadHeader(Octets octets, Element& element);
 // What the type's own encode function writes. It may know the size of a decoded object without counting.
 template <class Node>
 void Encode(const Node* object, uint32_t(TESSEL_CALL* encode)(const Node*, uint8_t*, uint32_t*)) {
-  Fetch([&](uint8_t* buffer, uint32_t* length) { return encode(object, buffer, length); });
+  FetchChecked(encode, object);
 }
 
 // A node of a primitive type, or a list of them.

@@ -6,6 +6,9 @@
 namespace fuzz {
 namespace {
 
+using tessel::Tree;
+using tessel::Try;
+
 constexpr Asn1Item Primitive(uint32_t kind) { return {0, kind, -1, 0, nullptr, 0, nullptr}; }
 constexpr Asn1Item kOpenValue = Primitive(TESSEL_KIND_ANY);
 constexpr const Asn1Item* kOpenValueMember[] = {&kOpenValue};
@@ -85,59 +88,40 @@ void RunOpenValue(const Bytes& octets) {
     Require(element.headerLength <= octets.size());
   }
 
-  void* node = nullptr;
+  Tree tree(kOpenValue);
   uint32_t consumed = 0;
-  if (Asn1DecodeItem(octets.data(), SizeOf(octets), &kOpenValue, &node, &consumed) != TESSEL_OK) return;
-  const auto value = Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return GetAsn1AnyValue(static_cast<const Asn1Any*>(node), buffer, length);
-  });
+  if (Try(Asn1DecodeItem, octets, &kOpenValue, tree.Out(), &consumed) != TESSEL_OK) return;
+  const auto value = FetchChecked(GetAsn1AnyValue, &tree.As<Asn1Any>());
   Require(value == Copied(Octets(octets).first(consumed)));
   Require(consumed == element.headerLength + element.contentLength);
-  FreeAsn1Object(&kOpenValue, node);
 }
 
 // By a descriptor from outside the library: what is read is written, and read the same.
 void RunDescriptor(const Asn1Item& item, const Bytes& octets) {
-  void* node = nullptr;
+  Tree tree(item);
   uint32_t consumed = 0;
-  if (Asn1DecodeItem(octets.data(), SizeOf(octets), &item, &node, &consumed) == TESSEL_OK) {
-    Require(consumed <= octets.size());
-    const auto write = [&](uint8_t* buffer, uint32_t* length) {
-      return GetAsn1EncodedValue(node, &item, buffer, length);
-    };
-    const auto encoding = Fetch(write);
-    Require(encoding.has_value());
-    ReadNode(item, node);
-    FreeAsn1Object(&item, node);
-    Require(Asn1DecodeItem(encoding->data(), SizeOf(*encoding), &item, &node, &consumed) == TESSEL_OK);
-    Require(consumed == encoding->size() && Fetch(write) == encoding);
-  }
-  FreeAsn1Object(&item, node);
+  if (Try(Asn1DecodeItem, octets, &item, tree.Out(), &consumed) != TESSEL_OK) return;
+  Require(consumed <= octets.size());
+  const auto encoding = FetchChecked(GetAsn1EncodedValue, tree.Root(), &item);
+  Require(encoding.has_value());
+  ReadNode(item, tree.Root());
+  Require(Try(Asn1DecodeItem, *encoding, &item, tree.Out(), &consumed) == TESSEL_OK);
+  Require(consumed == encoding->size() && FetchChecked(GetAsn1EncodedValue, tree.Root(), &item) == encoding);
 }
 
 // What is decoded as a value of a universal type is encoded, and decoded again.
 void RunLoneValue(uint32_t tag, const Bytes& octets) {
-  const auto content = Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return DecodeAsn1PrimitiveValue(tag, octets.data(), SizeOf(octets), buffer, length);
-  });
+  const auto content = FetchChecked(DecodeAsn1PrimitiveValue, tag, octets);
   if (!content) return;
-  const Bytes given = Copied(*content);
-  const auto encoding = Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return EncodeAsn1PrimitiveValue(tag, given.data(), SizeOf(given), buffer, length);
-  });
+  const auto encoding = FetchChecked(EncodeAsn1PrimitiveValue, tag, *content);
   Require(encoding.has_value());
-  Require(content == Fetch([&](uint8_t* buffer, uint32_t* length) {
-            return DecodeAsn1PrimitiveValue(tag, encoding->data(), SizeOf(*encoding), buffer, length);
-          }));
+  Require(content == FetchChecked(DecodeAsn1PrimitiveValue, tag, *encoding));
 }
 
 void RunNumber(const Bytes& octets) {
   int32_t number = 0;
-  if (DecodeAsn1Int32(octets.data(), SizeOf(octets), &number) != TESSEL_OK) return;
-  const auto encoding =
-      Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeAsn1Int32(number, buffer, length); });
-  int32_t again = 0;
-  Require(DecodeAsn1Int32(encoding->data(), SizeOf(*encoding), &again) == TESSEL_OK && again == number);
+  if (Try(DecodeAsn1Int32, octets, &number) != TESSEL_OK) return;
+  Require(number == tessel::Get(DecodeAsn1Int32, *FetchChecked(EncodeAsn1Int32, number)));
 }
 
 }  // namespace

@@ -5,14 +5,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <span>
 #include <string>
-#include <vector>
+#include <string_view>
+
+#include "tessel/octets.hpp"
 
 namespace fuzz {
 
-using Octets = std::span<const uint8_t>;
-using Bytes = std::vector<uint8_t>;
+using tessel::Bytes;
+using tessel::Octets;
 
 // In memory of their own, so that a sanitizer sees a read beyond them; also of none there is an address.
 inline Bytes Copied(Octets octets) {
@@ -67,6 +68,9 @@ class Input {
 };
 
 inline uint32_t SizeOf(const Bytes& octets) { return static_cast<uint32_t>(octets.size()); }
+inline std::string_view TextOf(const Bytes& octets) {
+  return {reinterpret_cast<const char*>(octets.data()), octets.size()};
+}
 
 // What has to hold whatever the input is. Otherwise the program ends, and the input is kept.
 void Require(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE());

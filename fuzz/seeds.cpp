@@ -29,14 +29,11 @@ class Seeds {
   }
 
   void Add(const Bytes& file) {
-    const auto octets = Fetch([&](uint8_t* buffer, uint32_t* length) {
-      return DecodePem(reinterpret_cast<const char*>(file.data()), SizeOf(file), buffer, length);
-    });
+    const auto octets = FetchChecked(DecodePem, TextOf(file));
     const Bytes& object = octets ? *octets : file;
     AddObject(object);
-    Certificate* certificate = nullptr;
-    if (DecodeCertificate(object.data(), SizeOf(object), &certificate) == TESSEL_OK) AddParts(certificate, object);
-    FreeCertificate(certificate);
+    tessel::Owned<Certificate> certificate;
+    if (tessel::Try(DecodeCertificate, object, certificate.Out()) == TESSEL_OK) AddParts(certificate, object);
   }
 
   [[nodiscard]] size_t Count() const { return count_; }
@@ -55,12 +52,10 @@ class Seeds {
   void AddObject(const Bytes& octets) {
     if (octets.size() < 2) return;
     for (size_t i = 0; i < Types().size(); ++i) {
-      void* object = nullptr;
-      const Asn1Item* item = Types()[i].item;
-      if (Asn1DecodeItem(octets.data(), SizeOf(octets), item, &object, nullptr) == TESSEL_OK) {
+      tessel::Tree tree(*Types()[i].item);
+      if (tessel::Try(Asn1DecodeItem, octets, &tree.Item(), tree.Out(), nullptr) == TESSEL_OK) {
         Write("types", {static_cast<uint8_t>(i)}, octets);
       }
-      FreeAsn1Object(item, object);
     }
     if (octets.size() > 256) return;
     Write("headers", {octets[0]}, octets);
@@ -71,14 +66,11 @@ class Seeds {
   void AddParts(Certificate* certificate, const Bytes& octets) {
     Write("certificates", {}, octets);
     Write("texts", {0}, octets);
-    const auto pem = FetchText([&](char* buffer, uint32_t* length) {
-      return EncodePem(octets.data(), SizeOf(octets), "CERTIFICATE", buffer, length);
-    });
-    Write("texts", {1, 0}, *pem);
+    Write("texts", {1, 0}, *FetchChecked(EncodePem, octets, "CERTIFICATE"));
     AddCalls(octets);
     X509Name* subject = nullptr;
     GetCertificateSubject(certificate, &subject);
-    AddObject(*Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeX509Name(subject, buffer, length); }));
+    AddObject(*FetchChecked(EncodeX509Name, subject));
     X509ExtensionsSlot* slot = nullptr;
     GetCertificateExtensions(certificate, &slot);
     uint32_t count = 0;
@@ -86,16 +78,18 @@ class Seeds {
     for (uint32_t i = 0; i < count; ++i) AddExtension(slot, i);
   }
 
+  // Larger values would take longer than all others together, and -max_len would cut them.
+  static constexpr size_t kLargestValue = 65536;
+
   void AddExtension(const X509ExtensionsSlot* slot, uint32_t index) {
-    Bytes oid(256);
-    uint32_t oidLength = SizeOf(oid);
-    Bytes value(65536);
-    uint32_t length = SizeOf(value);
+    Bytes oid;
+    Bytes value;
     uint32_t critical = 0;
-    if (GetX509ExtensionsExtension(slot, index, oid.data(), &oidLength, &critical, value.data(), &length) != 0) return;
-    value.resize(length);
+    if (tessel::Try(GetX509ExtensionsExtension, slot, index, tessel::Into(oid), &critical, tessel::Into(value)) != 0) {
+      return;
+    }
+    if (value.size() > kLargestValue) return;
     AddObject(value);
-    oid.resize(oidLength);
     Write("texts", {2}, oid);
   }
 

@@ -1,52 +1,35 @@
 // Base64 and PEM, object identifiers, times, texts, keys. The first octet of an input tells which.
 #include <array>
-#include <memory>
 
 #include "getters.h"
 
 namespace fuzz {
 namespace {
 
+using tessel::Make;
+using tessel::Owned;
+using tessel::Try;
 using Fetched = std::optional<Bytes>;
-
-const char* Chars(const Bytes& octets) { return reinterpret_cast<const char*>(octets.data()); }
 
 void RunBase64(Input& input) {
   const Bytes octets = input.Rest();
-  const Fetched text = FetchText(
-      [&](char* buffer, uint32_t* length) { return EncodeToBase64(octets.data(), SizeOf(octets), buffer, length); });
+  const Fetched text = FetchChecked(EncodeToBase64, octets);
   Require(text.has_value());
-  const Fetched back = Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return DecodeFromBase64(text->empty() ? "" : Chars(*text), SizeOf(*text), buffer, length);
-  });
-  Require(back == octets);
+  Require(FetchChecked(DecodeFromBase64, TextOf(*text)) == octets);
   // Whatever the text is: it decodes to something, within the memory that it is told to take.
-  Require(Fetch([&](uint8_t* buffer, uint32_t* length) {
-            return DecodeFromBase64(Chars(octets), SizeOf(octets), buffer, length);
-          }).has_value());
+  Require(FetchChecked(DecodeFromBase64, TextOf(octets)).has_value());
 }
 
 void RunPem(Input& input) {
   const std::string label = input.Text();
   const Bytes octets = input.Rest();
-  const Fetched decoded = Fetch(
-      [&](uint8_t* buffer, uint32_t* length) { return DecodePem(Chars(octets), SizeOf(octets), buffer, length); });
+  FetchChecked(DecodePem, TextOf(octets));
   if (octets.empty()) return;
-  const Fetched text = FetchText([&](char* buffer, uint32_t* length) {
-    return EncodePem(octets.data(), SizeOf(octets), label.c_str(), buffer, length);
-  });
+  const Fetched text = FetchChecked(EncodePem, octets, label);
   Require(text.has_value());
-  const Fetched back =
-      Fetch([&](uint8_t* buffer, uint32_t* length) { return DecodePem(Chars(*text), SizeOf(*text), buffer, length); });
+  const Fetched back = FetchChecked(DecodePem, TextOf(*text));
   // A label can look like a marker.
   Require(back == octets || label.find('-') != std::string::npos || label.find('\n') != std::string::npos);
-}
-
-Fetched OidText(const Bytes& oid) {
-  return FetchText([&](char* buffer, uint32_t* length) { return ConvertOidToString(oid.data(), buffer, length); });
-}
-Fetched OidOf(const std::string& text) {
-  return Fetch([&](uint8_t* buffer, uint32_t* length) { return ConvertStringToOid(text.c_str(), buffer, length); });
 }
 
 void RunOid(Input& input) {
@@ -55,56 +38,45 @@ void RunOid(Input& input) {
   uint32_t id = 0;
   FindAlgIdByOid(oid.data(), &id);
   FindNameAttributeTypeIdByOid(oid.data(), &id);
-  for (const auto get : {GetPublicKeyAlgorithmOid, GetNameAttributeTypeOid}) {
-    Fetch([&](uint8_t* buffer, uint32_t* length) { return get(id, buffer, length); });
-  }
+  for (const auto get : {GetPublicKeyAlgorithmOid, GetNameAttributeTypeOid}) FetchChecked(get, id);
   Require(IsOidEquals(oid.data(), oid.data()) == 1);
-  const Fetched encoding =
-      Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeAsn1Oid(oid.data(), buffer, length); });
+  const Fetched encoding = FetchChecked(EncodeAsn1Oid, oid.data());
   Require(encoding.has_value());
-  Require(oid == Fetch([&](uint8_t* buffer, uint32_t* length) {
-            return DecodeAsn1Oid(encoding->data(), SizeOf(*encoding), buffer, length);
-          }));
-  OidText(oid);
+  Require(oid == FetchChecked(DecodeAsn1Oid, *encoding));
+  FetchChecked(ConvertOidToString, oid.data());
   // A text that was read is written in a form that is read the same, and written the same.
-  const Fetched read = OidOf(text);
+  const Fetched read = FetchChecked(ConvertStringToOid, text);
   if (!read) return;
-  const Fetched written = OidText(*read);
+  const Fetched written = FetchChecked(ConvertOidToString, read->data());
   Require(written.has_value() && !written->empty() && written->back() == 0);
-  const Fetched again = OidOf(Chars(*written));
-  Require(again.has_value() && OidText(*again) == written);
+  const Fetched again = FetchChecked(ConvertStringToOid, TextOf(*written).data());
+  Require(again.has_value() && FetchChecked(ConvertOidToString, again->data()) == written);
 }
 
 void RunTime(Input& input) {
-  LibraryTime* made = nullptr;
-  Require(CreateLibraryTime(&made) == TESSEL_OK);
-  const std::unique_ptr<LibraryTime, uint32_t(TESSEL_CALL*)(LibraryTime*)> time(made, FreeLibraryTime);
-  LibraryPreciseTime* preciseMade = nullptr;
-  Require(CreateLibraryPreciseTime(&preciseMade) == TESSEL_OK);
-  const std::unique_ptr<LibraryPreciseTime, uint32_t(TESSEL_CALL*)(LibraryPreciseTime*)> precise(
-      preciseMade, FreeLibraryPreciseTime);
+  const Owned<LibraryTime> time = Make(CreateLibraryTime);
+  const Owned<LibraryPreciseTime> precise = Make(CreateLibraryPreciseTime);
   const uint32_t days = input.Number();
   std::array<uint32_t, 8> fields{};
   for (uint32_t& field : fields) field = input.Flag() ? input.Number() : input.Octet();
-  SetLibraryTime(time.get(), fields[0], fields[1], 1900 + fields[2], fields[3], fields[4], fields[5]);
-  SetLibraryPreciseTime(precise.get(), fields[0], fields[1], 1900 + fields[2], fields[3], fields[4], fields[5],
-                        fields[6], fields[7]);
-  AddDaysToLibTime(time.get(), days);
-  AddDaysToLibPreciseTime(precise.get(), days);
-  ReadTime(time.get());
-  GetLibraryLocalPreciseTime(precise.get(), &fields[0], &fields[1], &fields[2], &fields[3], &fields[4], &fields[5],
+  SetLibraryTime(time, fields[0], fields[1], 1900 + fields[2], fields[3], fields[4], fields[5]);
+  SetLibraryPreciseTime(precise, fields[0], fields[1], 1900 + fields[2], fields[3], fields[4], fields[5], fields[6],
+                        fields[7]);
+  AddDaysToLibTime(time, days);
+  AddDaysToLibPreciseTime(precise, days);
+  ReadTime(time);
+  GetLibraryLocalPreciseTime(precise, &fields[0], &fields[1], &fields[2], &fields[3], &fields[4], &fields[5],
                              &fields[6], &fields[7]);
   const Bytes octets = input.Rest();
   for (const auto decode : {DecodeTime, DecodeAsn1GeneralizedTime, DecodeExtensionInvalidityDate}) {
-    if (decode(octets.data(), SizeOf(octets), time.get()) != TESSEL_OK) continue;
-    ReadTime(time.get());
+    if (Try(decode, octets, time) != TESSEL_OK) continue;
+    ReadTime(time);
     LibraryTime again{};
-    const Fetched encoding =
-        Fetch([&](uint8_t* buffer, uint32_t* length) { return EncodeTime(time.get(), buffer, length); });
+    const Fetched encoding = FetchChecked(EncodeTime, time);
     // Years before 1950 have no form among the UTCTimes: theirs is that of a hundred years later.
     if (time->year < 1950) continue;
-    Require(encoding && DecodeTime(encoding->data(), SizeOf(*encoding), &again) == TESSEL_OK);
-    Require(CompareTime(&again, time.get()) == 0);
+    Require(encoding && Try(DecodeTime, *encoding, &again) == TESSEL_OK);
+    Require(CompareTime(&again, time) == 0);
   }
 }
 
@@ -122,7 +94,7 @@ void RunText(Input& input) {
   sha1(octets.data(), SizeOf(octets), digest.data());
   for (const auto convert : {ConvertX509PublicKeyToArdek, ConvertArdekPublicKeyToX509, ConvertX509SignatureToArdek,
                              ConvertArdekSignatureToX509}) {
-    Fetch([&](uint8_t* buffer, uint32_t* needed) { return convert(octets.data(), SizeOf(octets), buffer, needed); });
+    FetchChecked(convert, octets);
   }
 }
 

@@ -1,73 +1,50 @@
 // Objects of every type. The first octet of an input tells the type, the rest is decoded.
-#include <utility>
-
 #include "getters.h"
+#include "support/copy.h"
 #include "types.h"
 
 namespace fuzz {
 namespace {
 
-// Owns an object of any type.
-class Object {
- public:
-  explicit Object(const Asn1Item& item) : item_(&item) {}
-  ~Object() { FreeAsn1Object(item_, node_); }
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
+using tessel::Tree;
 
-  [[nodiscard]] void* Get() const { return node_; }
-  uint32_t Decode(const Bytes& octets) {
-    FreeAsn1Object(item_, std::exchange(node_, nullptr));
-    uint32_t consumed = 0;
-    const uint32_t status = Asn1DecodeItem(octets.data(), SizeOf(octets), item_, &node_, &consumed);
-    // What is handed back with a failure is only there to be released.
-    Require(status == TESSEL_OK ? node_ != nullptr && consumed <= octets.size() : consumed == 0);
-    return status;
-  }
-  uint32_t Copy(const Object& source) {
-    // The DEFAULT of an OPTIONAL item is copied when it is created.
-    Asn1Item item = *item_;
-    item.flags |= TESSEL_FLAG_OPTIONAL;
-    item.defaultValue = source.Get();
-    return CreateAsn1Object(&item, &node_, 0);
-  }
-  [[nodiscard]] std::optional<Bytes> Encode() const {
-    return Fetch(
-        [this](uint8_t* buffer, uint32_t* length) { return GetAsn1EncodedValue(node_, item_, buffer, length); });
-  }
+uint32_t Decode(const Bytes& octets, Tree& tree) {
+  uint32_t consumed = 0;
+  const uint32_t status = tessel::Try(Asn1DecodeItem, octets, &tree.Item(), tree.Out(), &consumed);
+  // What is handed back with a failure is only there to be released.
+  Require(status == TESSEL_OK ? tree && consumed <= octets.size() : consumed == 0);
+  return status;
+}
 
- private:
-  const Asn1Item* item_;
-  void* node_ = nullptr;
-};
+std::optional<Bytes> Encode(const Tree& tree) { return FetchChecked(GetAsn1EncodedValue, tree.Root(), &tree.Item()); }
 
-bool AreEqual(const Asn1Item& item, const Object& first, const Object& second) {
+bool AreEqual(const Tree& first, const Tree& second) {
   uint32_t equal = 0;
-  const uint32_t status = CompareAsn1Objects(&item, first.Get(), second.Get(), &equal);
+  const uint32_t status = CompareAsn1Objects(&first.Item(), first.Root(), second.Root(), &equal);
   return status == TESSEL_UNSUPPORTED_KIND || (status == TESSEL_OK && equal == 1);
 }
 
 void Run(const Type& type, const Bytes& octets) {
   const Asn1Item& item = *type.item;
-  Object object(item);
-  if (object.Decode(octets) != TESSEL_OK) return;
-  const auto encoding = object.Encode();
+  Tree tree(item);
+  if (Decode(octets, tree) != TESSEL_OK) return;
+  const auto encoding = Encode(tree);
   Require(encoding.has_value());
 
-  Object again(item);
-  Require(again.Decode(*encoding) == TESSEL_OK);
-  Require(again.Encode() == encoding);
-  Object copy(item);
+  Tree again(item);
+  Require(Decode(*encoding, again) == TESSEL_OK);
+  Require(Encode(again) == encoding);
+  Tree copy(item);
   // No type of the library holds a NULL, which cannot be copied.
-  Require(copy.Copy(object) == TESSEL_OK);
-  Require(copy.Encode() == encoding);
+  Require(test::Copy(item, tree.Root(), copy.Out()) == TESSEL_OK);
+  Require(Encode(copy) == encoding);
   // Not with what was decoded from DER: that is sorted.
-  Require(AreEqual(item, object, copy));
-  if (type.read != nullptr) type.read(object.Get());
+  Require(AreEqual(tree, copy));
+  if (type.read != nullptr) type.read(tree.Root());
   if (type.change == nullptr) return;
-  type.change(object.Get());
-  const auto changed = object.Encode();
-  Require(!changed || again.Decode(*changed) == TESSEL_OK);
+  type.change(tree.Root());
+  const auto changed = Encode(tree);
+  Require(!changed || Decode(*changed, again) == TESSEL_OK);
 }
 
 }  // namespace

@@ -20,12 +20,12 @@ using Certificate = std::unique_ptr<gnutls_x509_crt_t, Deleter<gnutls_x509_crt_t
 using Crl = std::unique_ptr<gnutls_x509_crl_t, Deleter<gnutls_x509_crl_t, gnutls_x509_crl_deinit>>;
 
 // Octets that GnuTLS has allocated.
-class OwnedDatum {
+class AllocatedDatum {
  public:
-  OwnedDatum() = default;
-  OwnedDatum(OwnedDatum&& other) noexcept : datum_(std::exchange(other.datum_, {})) {}
-  OwnedDatum& operator=(OwnedDatum&&) = delete;
-  ~OwnedDatum() { gnutls_free(datum_.data); }
+  AllocatedDatum() = default;
+  AllocatedDatum(AllocatedDatum&& other) noexcept : datum_(std::exchange(other.datum_, {})) {}
+  AllocatedDatum& operator=(AllocatedDatum&&) = delete;
+  ~AllocatedDatum() { gnutls_free(datum_.data); }
 
   gnutls_datum_t* Get() { return &datum_; }
   operator Octets() const { return {datum_.data, datum_.size}; }
@@ -63,8 +63,8 @@ Certificate DecodeCertificateWithoutEncoding(Octets octets) {
   return certificate;
 }
 
-OwnedDatum EncodeCertificate(const Certificate& certificate) {
-  OwnedDatum result;
+AllocatedDatum EncodeCertificate(const Certificate& certificate) {
+  AllocatedDatum result;
   gnutls_x509_crt_export2(certificate.get(), GNUTLS_X509_FMT_DER, result.Get());
   return result;
 }
@@ -73,8 +73,8 @@ Crl DecodeCrl(Octets octets) {
   return Decode<Crl, gnutls_x509_crl_t>(octets, gnutls_x509_crl_init, gnutls_x509_crl_import);
 }
 
-OwnedDatum EncodeCrl(const Crl& crl) {
-  OwnedDatum result;
+AllocatedDatum EncodeCrl(const Crl& crl) {
+  AllocatedDatum result;
   gnutls_x509_crl_export2(crl.get(), GNUTLS_X509_FMT_DER, result.Get());
   return result;
 }

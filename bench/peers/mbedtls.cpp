@@ -11,16 +11,16 @@ namespace {
 
 // These stay where they are: a value may point into itself.
 template <class Value, void (*Initialize)(Value*), void (*Free)(Value*)>
-class Owned {
+class Parsed {
  public:
   template <class Parse>
-  Owned(Parse parse, Octets octets) {
+  Parsed(Parse parse, Octets octets) {
     Initialize(&value_);
     isThere_ = parse(&value_, octets.data(), octets.size()) == 0;
   }
-  Owned(const Owned&) = delete;
-  Owned& operator=(const Owned&) = delete;
-  ~Owned() { Free(&value_); }
+  Parsed(const Parsed&) = delete;
+  Parsed& operator=(const Parsed&) = delete;
+  ~Parsed() { Free(&value_); }
 
   explicit operator bool() const { return isThere_; }
   const Value* operator->() const { return &value_; }
@@ -29,8 +29,8 @@ class Owned {
   Value value_;
   bool isThere_;
 };
-using Certificate = Owned<mbedtls_x509_crt, mbedtls_x509_crt_init, mbedtls_x509_crt_free>;
-using Crl = Owned<mbedtls_x509_crl, mbedtls_x509_crl_init, mbedtls_x509_crl_free>;
+using Certificate = Parsed<mbedtls_x509_crt, mbedtls_x509_crt_init, mbedtls_x509_crt_free>;
+using Crl = Parsed<mbedtls_x509_crl, mbedtls_x509_crl_init, mbedtls_x509_crl_free>;
 
 Label Peer(const char* name, const char* remark) { return {Kind::kPeer, std::string("Mbed TLS ") + name, remark}; }
 

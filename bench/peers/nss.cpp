@@ -39,12 +39,12 @@ struct CrlDeleter {
 using CrlValue = std::unique_ptr<CERTSignedCrl, CrlDeleter>;
 
 // Octets that NSS has allocated.
-class OwnedItem {
+class AllocatedItem {
  public:
-  OwnedItem() = default;
-  OwnedItem(OwnedItem&& other) noexcept : item_(std::exchange(other.item_, {})) {}
-  OwnedItem& operator=(OwnedItem&&) = delete;
-  ~OwnedItem() { SECITEM_FreeItem(&item_, PR_FALSE); }
+  AllocatedItem() = default;
+  AllocatedItem(AllocatedItem&& other) noexcept : item_(std::exchange(other.item_, {})) {}
+  AllocatedItem& operator=(AllocatedItem&&) = delete;
+  ~AllocatedItem() { SECITEM_FreeItem(&item_, PR_FALSE); }
 
   SECItem* Get() { return &item_; }
   operator Octets() const { return {item_.data, item_.len}; }
@@ -76,7 +76,7 @@ auto Decoder(const SEC_ASN1Template* type) {
 template <class Value>
 auto Encoder(const SEC_ASN1Template* type) {
   return [type](const InArena<Value>& decoded) {
-    OwnedItem result;
+    AllocatedItem result;
     SEC_ASN1EncodeItem(nullptr, result.Get(), decoded.value, type);
     return result;
   };
@@ -112,8 +112,8 @@ std::optional<PRTime> ReadNotBefore(const Certificate& certificate) {
   return time;
 }
 
-std::optional<OwnedItem> FindBasicConstraints(const Certificate& certificate) {
-  OwnedItem value;
+std::optional<AllocatedItem> FindBasicConstraints(const Certificate& certificate) {
+  AllocatedItem value;
   if (CERT_FindCertExtension(certificate.value, SEC_OID_X509_BASIC_CONSTRAINTS, value.Get()) != SECSuccess) {
     return std::nullopt;
   }
@@ -138,7 +138,7 @@ void AddCertificates(const std::vector<CertificateInput>& inputs, CertificateOpe
             [](PRTime time, const CertificateInput& input) { return IsNotBefore(time / PR_USEC_PER_SEC, input); });
   AddReader(to.extension, Peer("`CERT_FindCertExtension`", "allocates a copy of the value."), held,
             FindBasicConstraints,
-            [](const OwnedItem& value, const CertificateInput& input) { return IsBasicConstraints(value, input); });
+            [](const AllocatedItem& value, const CertificateInput& input) { return IsBasicConstraints(value, input); });
 }
 
 void AddCrls(const std::vector<CrlInput>& inputs, CrlOperations& to) {

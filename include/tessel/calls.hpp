@@ -7,7 +7,8 @@
 //
 // Each of them calls one function of the interface, whose type decides what becomes of the arguments:
 //
-//   Owned                            the pointer to its object. Moved: the function takes the object when it succeeds.
+//   Owned                            the pointer to its object. Moved: the function takes the object when it succeeds,
+//                                    unless all that it does is read it.
 //   a span, vector or array          pointer and size, where the function takes both
 //   a string, view or literal        the same, or a text with a NUL
 //   ObjectIdentifier                 its counted form
@@ -130,6 +131,7 @@ class Tree {
 
   [[nodiscard]] const Asn1Item& Item() const { return *item_; }
   [[nodiscard]] void* Root() const { return root_; }
+  [[nodiscard]] explicit operator bool() const { return root_ != nullptr; }
   template <class Node>
   [[nodiscard]] Node& As() const {
     return *static_cast<Node*>(root_);
@@ -139,7 +141,9 @@ class Tree {
     return &root_;
   }
   [[nodiscard]] void* Release() { return std::exchange(root_, nullptr); }
-  void Reset() { FreeAsn1Object(item_, Release()); }
+  void Reset() {
+    if (root_ != nullptr) FreeAsn1Object(item_, Release());
+  }
 
  private:
   const Asn1Item* item_;
@@ -219,7 +223,7 @@ bool TakesWithoutMemory(Function function) {
 
 template <class Parameter, class Type>
 struct Given : Binding<1> {
-  static_assert(std::is_same_v<Parameter, Type*>, "the function does not take this object, it reads or copies it");
+  static_assert(std::is_same_v<Parameter, Type*>, "the argument does not fit the function's parameter");
   explicit Given(Owned<Type>& given) : owner(&given) {}
   std::tuple<Parameter> Values() { return {owner->Get()}; }
   void Finish(uint32_t status) {
@@ -329,7 +333,7 @@ auto Bind(Argument&& argument) {
   constexpr bool kHasSize = std::is_same_v<Next, uint32_t>;
   if constexpr (kIsOwned<Type>) {
     using Object = std::remove_pointer_t<decltype(argument.Get())>;
-    if constexpr (std::is_lvalue_reference_v<Argument>) {
+    if constexpr (std::is_lvalue_reference_v<Argument> || std::is_same_v<Parameter, const Object*>) {
       return Lent<Parameter, Object>(argument);
     } else {
       return Given<Parameter, Object>(argument);
@@ -419,6 +423,12 @@ using LastOf = std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parame
 template <class... Parameters>
 using FirstOf = std::tuple_element_t<0, std::tuple<Parameters...>>;
 
+// Whether an argument is an owner that ends with the call, by a function that only reads the object.
+template <class Argument, class... Parameters>
+inline constexpr bool kIsReadAndEnds = false;
+template <class Type, class... Parameters>
+inline constexpr bool kIsReadAndEnds<Owned<Type>, Parameters...> = (std::is_same_v<Parameters, const Type*> || ...);
+
 // What a function of one buffer at its end fetches: texts or octets.
 template <class... Parameters>
 using FetchedOf = std::conditional_t<
@@ -440,6 +450,8 @@ auto Fetch(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... argume
 template <class... Parameters, class... Arguments>
 auto Get(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... arguments) {
   std::remove_pointer_t<detail::LastOf<Parameters...>> result{};
+  static_assert(!std::is_pointer_v<decltype(result)> || !(detail::kIsReadAndEnds<Arguments, Parameters...> || ...),
+                "what would be lent ends with its owner");
   Call(function, std::forward<Arguments>(arguments)..., &result);
   return result;
 }

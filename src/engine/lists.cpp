@@ -7,8 +7,8 @@
 
 #include "engine/codec.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 
 struct OctetStrings : tessel::ListOf<Asn1Value> {};
 
@@ -104,7 +104,7 @@ uint32_t TESSEL_CALL CreateOctetStrings(OctetStrings** strings) {
 
 uint32_t TESSEL_CALL AddOctetStringsValue(OctetStrings* strings, const uint8_t* octets, uint32_t length) {
   if (strings == nullptr || octets == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  return AddNew(*strings, OwnedTree(kOctetString, NewValue(TESSEL_KIND_OCTET_STRING, {octets, length})));
+  return AddNew(*strings, TreeOwner(kOctetString, NewValue(TESSEL_KIND_OCTET_STRING, {octets, length})));
 }
 
 uint32_t TESSEL_CALL GetOctetStringsCount(const OctetStrings* strings, uint32_t* count) {

@@ -8,9 +8,9 @@
 #include "engine/codec.h"
 #include "engine/descriptor.h"
 #include "engine/memory.h"
-#include "engine/owned_tree.h"
 #include "engine/slot.h"
 #include "engine/status.h"
+#include "engine/tree_owner.h"
 #include "tessel/lists.h"
 #include "tessel/nodes.h"
 
@@ -102,7 +102,7 @@ Status Add(ListOf<Element>* list, Element* element, Site at = {}) {
 
 // Appends an element that was just made, if there was memory for it; the list takes it when that succeeds.
 template <class Element>
-Status AddNew(ListOf<Element>& list, OwnedTree<Element> element, Site at = {}) {
+Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Site at = {}) {
   if (element.Get() == nullptr) return Fail(TESSEL_OUT_OF_MEMORY, at);
   Status status = AppendTo(list, element.Get());
   if (status.Ok()) static_cast<void>(element.Release());
@@ -112,7 +112,7 @@ Status AddNew(ListOf<Element>& list, OwnedTree<Element> element, Site at = {}) {
 // Appends a copy of an element, which can be made of borrowed nodes.
 template <class Element>
 Status AddCopy(ListOf<Element>& list, const Item<Element>& item, const Element* source, Site at = {}) {
-  OwnedTree<Element> copy(item);
+  TreeOwner<Element> copy(item);
   if (Status status = Copy(item, source, copy.Out(), at); status.Failed()) return status;
   return AddNew(list, std::move(copy), at);
 }
@@ -122,7 +122,7 @@ template <class List, class Element>
 Status AddCopyTo(const Slot<List>& slot, const Item<List>& listItem, const Item<Element>& item, const Element* source) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
   if (slot.Member() != nullptr) return AddCopy(*slot.Member(), item, source, slot.At());
-  OwnedTree<List> list(listItem);
+  TreeOwner<List> list(listItem);
   if (Status status = Create(listItem, Leaves::kEmpty, list.Out()); status.Failed()) return status;
   if (Status status = AddCopy(*list.Get(), item, source, slot.At()); status.Failed()) return status;
   return Take(slot, listItem, list.Release());

@@ -7,7 +7,7 @@
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
+#include "engine/tree_owner.h"
 
 namespace tessel {
 namespace {
@@ -71,7 +71,7 @@ Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, ui
 
 Status DecodeContent(const Item<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  OwnedTree value(item);
+  TreeOwner value(item);
   Status status = Decode(item, encoding.data(), static_cast<uint32_t>(encoding.size()), value.Out(), at);
   return status.Failed() ? status : Deliver(ContentOf(*value.Get()), buffer, length, at);
 }
@@ -197,7 +197,7 @@ uint32_t TESSEL_CALL EncodeAsn1Int32(int32_t number, uint8_t* buffer, uint32_t* 
 
 uint32_t TESSEL_CALL DecodeAsn1Int32(const uint8_t* data, uint32_t size, int32_t* number) {
   if (number == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  OwnedTree value(kInteger);
+  TreeOwner value(kInteger);
   if (Status status = Decode(kInteger, data, size, value.Out()); status.Failed()) return status;
   return GetAsn1Int32(value.Get(), number);
 }

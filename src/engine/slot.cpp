@@ -1,8 +1,8 @@
 #include "engine/slot.h"
 
 #include "engine/borrowed.h"
-#include "engine/owned_tree.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 
 namespace tessel {
 
@@ -38,7 +38,7 @@ Status GetBits(const Slot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* lengt
 Status SetBits(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint32_t size, uint8_t unused) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
   const Asn1BitString none{};
-  OwnedTree<Asn1BitString> bits(kBitString);
+  TreeOwner<Asn1BitString> bits(kBitString);
   if (Status status = Copy(kBitString, &none, bits.Out()); status.Failed()) return status;
   if (Status status = SetBits(*bits.Get(), octets, size, unused, slot.At()); status.Failed()) return status;
   return Take(slot, kBitString, bits.Release());

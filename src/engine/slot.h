@@ -7,8 +7,8 @@
 #include "engine/codec.h"
 #include "engine/descriptor.h"
 #include "engine/lifecycle.h"
-#include "engine/owned_tree.h"
 #include "engine/status.h"
+#include "engine/tree_owner.h"
 #include "tessel/nodes.h"
 
 namespace tessel {
@@ -81,7 +81,7 @@ class Replacement {
 
  private:
   Slot<Node> slot_;
-  OwnedTree<Node> copy_;
+  TreeOwner<Node> copy_;
   Status made_;
 };
 

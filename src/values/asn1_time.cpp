@@ -3,7 +3,7 @@
 
 #include "engine/codec.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
+#include "engine/tree_owner.h"
 #include "values/time.h"
 
 namespace tessel {
@@ -30,7 +30,7 @@ template <class Node>
 Status DecodeAndRead(const Item<Node>& item, const uint8_t* data, uint32_t size, LibraryTime* time,
                      Status (*read)(const Node&, LibraryTime*, Site), Site at = {}) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  OwnedTree<Node> tree(item);
+  TreeOwner<Node> tree(item);
   if (Status status = Decode(item, data, size, tree.Out(), at); status.Failed()) return status;
   return read(*tree.Get(), time, at);
 }

@@ -7,9 +7,9 @@
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 
 using namespace tessel;
 
@@ -94,14 +94,14 @@ Status FindSet(OidTable table, const Slot<Asn1Oid>& slot, uint32_t& id) {
 
 // Parameters that are no SEQUENCE of sets are malformed, whatever is wrong with them.
 Status DecodeParameters(const Item<AlgorithmGostR3410Parameters>& item, Octets parameters,
-                        OwnedTree<AlgorithmGostR3410Parameters>& tree, Site at = {}) {
+                        TreeOwner<AlgorithmGostR3410Parameters>& tree, Site at = {}) {
   Status status = Decode(item, parameters.data(), static_cast<uint32_t>(parameters.size()), tree.Out(), at);
   return status.Ok() || status == TESSEL_OUT_OF_MEMORY ? status : Fail(TESSEL_MALFORMED, at);
 }
 
 // For numbers the schema of 2001 serves for all algorithms.
 Status DecodeSets(Octets parameters, GostParameterSets& sets, Site at = {}) {
-  OwnedTree<AlgorithmGostR3410Parameters> tree(kAlgorithmGostR34102001Parameters);
+  TreeOwner<AlgorithmGostR3410Parameters> tree(kAlgorithmGostR34102001Parameters);
   Status status = DecodeParameters(kAlgorithmGostR34102001Parameters, parameters, tree, at);
   if (status.Ok()) status = FindSet(kPublicKeySets, kPublicKeyParamSet.In(tree.Get(), at), sets.publicKey);
   if (status.Ok()) status = FindSet(kDigestSets, kDigestParamSet.In(tree.Get(), at), sets.digest);
@@ -269,7 +269,7 @@ uint32_t TESSEL_CALL DecodeSubjectPublicKeyInfo(const uint8_t* data, uint32_t si
                                                 uint8_t* key, uint32_t* keyLength, uint8_t* parameters,
                                                 uint32_t* parametersLength) {
   if (keyLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  OwnedTree<SubjectPublicKeyInfo> info(kSubjectPublicKeyInfo);
+  TreeOwner<SubjectPublicKeyInfo> info(kSubjectPublicKeyInfo);
   if (Status status = Decode(kSubjectPublicKeyInfo, data, size, info.Out()); status.Failed()) return status;
   const AlgorithmHalves halves =
       GetAlgorithmHalves(kKeyAlgorithm.In(info.Get()), {oid, oidLength, parameters, parametersLength});
@@ -313,7 +313,7 @@ uint32_t TESSEL_CALL DecodeAlgorithmGostR3410ParameterOids(uint32_t algorithm, c
     *publicKeySetLength = *digestSetLength = *encryptionSetLength = 0;
     return Status();
   }
-  OwnedTree<AlgorithmGostR3410Parameters> tree(*item);
+  TreeOwner<AlgorithmGostR3410Parameters> tree(*item);
   if (Status status = DecodeParameters(*item, encoding, tree); status.Failed()) return status;
   Status publicKey = GetOid(kPublicKeyParamSet.In(tree.Get()), publicKeySet, publicKeySetLength);
   Status digest = GetOid(kDigestParamSet.In(tree.Get()), digestSet, digestSetLength);

@@ -7,9 +7,9 @@
 #include "engine/codec.h"
 #include "engine/lists.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 #include "values/oid.h"
 
 using namespace tessel;
@@ -110,10 +110,10 @@ uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityIn
                                                             const uint8_t* accessMethod,
                                                             X509GeneralName* accessLocation) {
   if (AnyNull(list, accessMethod, accessLocation) || !CanBeTaken(accessLocation)) return Fail(TESSEL_INVALID_ARGUMENT);
-  OwnedTree<X509GeneralName> location(kX509GeneralName, accessLocation);
+  TreeOwner<X509GeneralName> location(kX509GeneralName, accessLocation);
   Asn1Oid method = BorrowOid(accessMethod);
   const AccessDescription source{&method, nullptr};
-  OwnedTree<AccessDescription> description(kAccessDescription);
+  TreeOwner<AccessDescription> description(kAccessDescription);
   if (Status status = Copy(kAccessDescription, &source, description.Out()); status.Failed()) return status;
   description->accessLocation = Taken(location.Release());
   return AddNew(*list, std::move(description));
@@ -166,15 +166,15 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
   // One object is taken once.
   const bool canBeTaken = CanBeTaken(fullName) && CanBeTaken(relativeName) && CanBeTaken(cRLIssuer);
   if (!canBeTaken || (fullName != nullptr && fullName == cRLIssuer)) return Fail(TESSEL_INVALID_ARGUMENT);
-  OwnedTree<X509GeneralNames> full(kX509GeneralNames, fullName);
-  OwnedTree<X509Name> relative(kX509Name, relativeName);
-  OwnedTree<X509GeneralNames> issuer(kX509GeneralNames, cRLIssuer);
+  TreeOwner<X509GeneralNames> full(kX509GeneralNames, fullName);
+  TreeOwner<X509Name> relative(kX509Name, relativeName);
+  TreeOwner<X509GeneralNames> issuer(kX509GeneralNames, cRLIssuer);
   // Copied without the names, whose places the caller's own then take.
   DistributionPointName name{{fullName != nullptr ? kFullName : kNameRelativeToCrlIssuer, nullptr}};
   NamedBitsNode bits(reasons);
   const DistributionPoint source{fullName == nullptr && relativeName == nullptr ? nullptr : &name,
                                  reasons == 0 ? nullptr : bits.Member(), nullptr};
-  OwnedTree<DistributionPoint> point(kDistributionPoint);
+  TreeOwner<DistributionPoint> point(kDistributionPoint);
   if (Status status = Copy(kDistributionPoint, &source, point.Out()); status.Failed()) return status;
   if (fullName != nullptr) point->distributionPoint->value = Taken(full.Release());
   if (relativeName != nullptr) point->distributionPoint->value = Taken(relative.Release());

@@ -4,9 +4,9 @@
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 #include "values/time.h"
 
 using namespace tessel;
@@ -27,7 +27,7 @@ constexpr Path<&BasicConstraints::pathLenConstraint> kPathLength;
 // Reads a value of one node, and hands the node to `read`.
 template <class Node, class Read>
 Status DecodeValue(const Item<Node>& item, const uint8_t* data, uint32_t size, Read read, Site at = {}) {
-  OwnedTree<Node> tree(item);
+  TreeOwner<Node> tree(item);
   if (Status status = Decode(item, data, size, tree.Out(), at); status.Failed()) return status;
   return read(*tree.Get());
 }
@@ -69,7 +69,7 @@ constexpr int32_t kNeverUsed = INT32_MAX;
 constexpr const auto& kIssuingDistributionPointWithReasons =
     kIssuingDistributionPointWith<Default<Implicit<kNeverUsed, kBoolean>, kFalse>>;
 
-Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, OwnedTree<IssuingDistributionPoint>& point) {
+Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, TreeOwner<IssuingDistributionPoint>& point) {
   Status status = Decode(kIssuingDistributionPoint, data, size, point.Out());
   if (status != TESSEL_INVALID_CONTENT) return status;
   Status withReasons = Decode(kIssuingDistributionPointWithReasons, data, size, point.Out());
@@ -267,7 +267,7 @@ uint32_t TESSEL_CALL DecodeExtensionIssuingDistributionPoint(
   *relativeName = nullptr;
   *hasOnlyContainsUserCerts = *hasOnlyContainsCACerts = *hasOnlySomeReasons = *hasIndirectCRL =
       *hasOnlyContainsAttributeCerts = 0;
-  OwnedTree<IssuingDistributionPoint> point(kIssuingDistributionPoint);
+  TreeOwner<IssuingDistributionPoint> point(kIssuingDistributionPoint);
   if (Status status = DecodeIssuingDistributionPoint(data, size, point); status.Failed()) return status;
   if (const DistributionPointName* name = point->distributionPoint; name != nullptr) {
     if (name->index == kFullName) {

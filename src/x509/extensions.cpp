@@ -7,9 +7,9 @@
 #include "engine/codec.h"
 #include "engine/lists.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 
 using namespace tessel;
 

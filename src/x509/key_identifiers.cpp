@@ -9,8 +9,8 @@
 #include "engine/codec.h"
 #include "engine/encoder.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 #include "tessel/text.h"
 #include "values/sha1.h"
 #include "values/text.h"
@@ -105,7 +105,7 @@ uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier2(const Certificate* ce
                                                            uint8_t* serial, uint32_t* serialLength) {
   if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   *name = nullptr;
-  OwnedTree<X509GeneralNames> names(kX509GeneralNames);
+  TreeOwner<X509GeneralNames> names(kX509GeneralNames);
   const uint32_t status = GetCertificateAuthorityKeyIdentifier(certificate, keyIdentifier, keyIdentifierLength,
                                                                names.Out(), serial, serialLength);
   if (status != TESSEL_OK || names.Get() == nullptr) return status;
@@ -189,7 +189,7 @@ uint32_t TESSEL_CALL GetArdekIdentifierFromCertificate(const Certificate* certif
   Octets value;
   Status status = FindCertificateExtension(certificate, kArdekKeyIdentifierOid.Content(), value);
   if (status.Failed()) return status;
-  OwnedTree<Asn1Value> string(kUtf8String);
+  TreeOwner<Asn1Value> string(kUtf8String);
   status = Decode(kUtf8String, value.data(), static_cast<uint32_t>(value.size()), string.Out());
   if (status.Failed()) return status;
   Octets utf8 = ContentOf(*string.Get());

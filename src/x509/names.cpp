@@ -10,9 +10,9 @@
 #include "engine/header.h"
 #include "engine/lists.h"
 #include "engine/nodes.h"
-#include "engine/owned_tree.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
+#include "engine/tree_owner.h"
 #include "values/oid.h"
 
 using namespace tessel;
@@ -70,7 +70,7 @@ bool IsElementTag(const ElementTag& tag) {
 }
 
 Status AddRdn(X509Name& name) {
-  OwnedTree<RelativeDistinguishedName> rdn(kRelativeDistinguishedName);
+  TreeOwner<RelativeDistinguishedName> rdn(kRelativeDistinguishedName);
   if (Status status = Create(kRelativeDistinguishedName, Leaves::kEmpty, rdn.Out()); status.Failed()) return status;
   return AddNew(name, std::move(rdn));
 }
@@ -79,7 +79,7 @@ Status AddAttribute(RelativeDistinguishedName& rdn, const uint8_t* oid, ElementT
   Asn1Oid type = BorrowOid(oid);
   Asn1Any value{};
   const AttributeTypeAndValue source{&type, &value};
-  OwnedTree<AttributeTypeAndValue> attribute(kAttributeTypeAndValue);
+  TreeOwner<AttributeTypeAndValue> attribute(kAttributeTypeAndValue);
   if (Status status = Copy(kAttributeTypeAndValue, &source, attribute.Out()); status.Failed()) return status;
   if (Status status = SetOpenValue(*attribute->value, tag, tag.number, content); status.Failed()) return status;
   return AddNew(rdn, std::move(attribute));

@@ -76,6 +76,10 @@ TEST(Calls, WhatIsMovedIsTakenWhenTheCallSucceeds) {
   EXPECT_EQ(1U, Get(GetCertificatesCount, list));
 }
 
+TEST(Calls, WhatIsOnlyReadMayEndWithTheCall) {
+  EXPECT_EQ((Bytes{0x30, 0}), Fetch(EncodeX509Name, Make(CreateX509Name)));
+}
+
 TEST(Calls, FailuresTellStatusAndPlace) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
   try {

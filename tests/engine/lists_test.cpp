@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/objects.h"
 #include "support/octets.h"
 #include "support/tree.h"
 #include "tessel/tessel.h"
@@ -24,19 +25,16 @@ TEST(Lists, AreReachedByIndex) {
 }
 
 TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
-  OctetStrings* strings = nullptr;
-  ASSERT_EQ(0U, CreateOctetStrings(&strings));
-  const auto& list = *reinterpret_cast<const Asn1List*>(strings);
+  Owned<OctetStrings> strings = Make(CreateOctetStrings);
+  const auto& list = *reinterpret_cast<const Asn1List*>(strings.Get());
   EXPECT_EQ(0U, list.capacity);
   for (uint32_t i = 0; i < 600; ++i) {
     const Bytes octets{static_cast<uint8_t>(i), static_cast<uint8_t>(i >> 8)};
     ASSERT_EQ(0U, AddOctetStringsValue(strings, octets.data(), i % 3));
     EXPECT_EQ(i < 10 ? 10U : i < 215 ? 215U : i < 522 ? 522U : 983U, list.capacity);
   }
-  uint32_t count = 0;
-  EXPECT_EQ(0U, GetOctetStringsCount(strings, &count));
-  EXPECT_EQ(600U, count);
-  for (uint32_t i = 0; i < count; ++i) {
+  EXPECT_EQ(600U, Get(GetOctetStringsCount, strings));
+  for (uint32_t i = 0; i < 600; ++i) {
     Bytes octets(3, 0xEE);
     // The capacity is not looked at.
     uint32_t length = 0;
@@ -50,7 +48,7 @@ TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetOctetStringsValue(strings, 600, nullptr, &length));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddOctetStringsValue(strings, nullptr, 0));
-  EXPECT_EQ(TESSEL_OK, FreeOctetStrings(strings));
+  EXPECT_EQ(TESSEL_OK, FreeOctetStrings(strings.Release()));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, FreeOctetStrings(nullptr));
 }
 

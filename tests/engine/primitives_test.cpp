@@ -15,7 +15,7 @@ TEST(Primitives, ValuesAreReadAsStored) {
   const Tree string = Value(kOctetString, "04 03 41 42 43");
   const auto& value = string.As<Asn1Value>();
   uint32_t type = 99;
-  EXPECT_EQ("41 42 43", ToHex(Fetch([&](auto... out) {
+  EXPECT_EQ("41 42 43", ToHex(FetchChecked([&](auto... out) {
               EXPECT_EQ(99U, type) << "only with the octets";
               return GetAsn1ValueAndType(&value, &type, out...);
             })));
@@ -49,11 +49,8 @@ TEST(Primitives, IntegersAreLittleEndianAtTheInterface) {
                {65536, "02 03 01 00 00"}, {INT32_MIN, "02 04 80 00 00 00"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.number);
-    EXPECT_EQ(c.encoding, ToHex(Fetch([&](auto... out) { return EncodeAsn1Int32(c.number, out...); })));
-    const Bytes encoding = FromHex(c.encoding);
-    int32_t number = 77;
-    EXPECT_EQ(0U, DecodeAsn1Int32(encoding.data(), static_cast<uint32_t>(encoding.size()), &number));
-    EXPECT_EQ(c.number, number);
+    EXPECT_EQ(c.encoding, ToHex(FetchChecked(EncodeAsn1Int32, c.number)));
+    EXPECT_EQ(c.number, Get(DecodeAsn1Int32, FromHex(c.encoding)));
     // Onto a node that holds something already.
     const Tree node = Value(kInteger, "02 09 11 22 33 44 55 66 77 88 99");
     EXPECT_EQ(0U, SetAsn1Int32(&node.As<Asn1Value>(), c.number));
@@ -72,46 +69,43 @@ TEST(Primitives, SetIntegerStripsWhatIsRedundant) {
   } cases[] = {{"05 00 00", "05"}, {"80 00 00", "00 80"}, {"00 00", "00"},    {"FF FF", "FF"},
                {"80 FF", "80"},    {"FF 00", "00 FF"},    {"00 FF", "FF 00"}, {"7F FF 00", "00 FF 7F"}};
   for (const auto& c : cases) {
-    const Bytes octets = FromHex(c.littleEndian);
-    Asn1Value* node = AllocAsn1Integer(0);
-    ASSERT_EQ(0U, SetAsn1Integer(node, octets.data(), SizeOf(octets)));
+    const Tree tree(kInteger, AllocAsn1Integer(0));
+    auto* node = &tree.As<Asn1Value>();
+    Call(SetAsn1Integer, node, FromHex(c.littleEndian));
     EXPECT_EQ(c.content, ToHex(Bytes(node->data, node->data + node->length))) << c.littleEndian;
     EXPECT_EQ(0U, CheckAsn1Integer(node));
-    const Bytes read = Fetch([&](auto... out) { return GetAsn1Integer(node, out...); });
+    const Bytes read = FetchChecked(GetAsn1Integer, node);
     EXPECT_EQ(c.content, ToHex(Bytes(read.rbegin(), read.rend())));
     node->tag = TESSEL_KIND_ENUMERATED;
     EXPECT_EQ(TESSEL_INVALID_CONTENT, CheckAsn1Integer(node));
-    FreeAsn1Object(&kInteger, node);
   }
-  Asn1Value* raw = AllocAsn1Integer_s(FromHex("00 00 05").data(), 3);
+  const Tree tree(kInteger, AllocAsn1Integer_s(FromHex("00 00 05").data(), 3));
+  auto* raw = &tree.As<Asn1Value>();
   EXPECT_EQ("02 03 00 00 05", ToHex(Encode(kInteger, raw).octets));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetAsn1Integer(raw, nullptr, 1));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetAsn1Integer(raw, raw->data, 0));
-  FreeAsn1Object(&kInteger, raw);
   EXPECT_EQ(nullptr, AllocAsn1Integer_s(nullptr, 3));
 }
 
 TEST(Primitives, BooleansAreOneOctet) {
   for (const uint32_t flag : {0U, 1U, 77U}) {
-    Asn1Value* node = AllocAsn1Boolean(flag);
+    const Tree tree(kBoolean, AllocAsn1Boolean(flag));
+    auto* node = &tree.As<Asn1Value>();
     EXPECT_EQ(0U, CheckAsn1Boolean(node));
-    uint32_t read = 9;
-    EXPECT_EQ(0U, GetAsn1Boolean(node, &read));
-    EXPECT_EQ(flag != 0 ? 1U : 0U, read);
+    EXPECT_EQ(flag != 0 ? 1U : 0U, Get(GetAsn1Boolean, node));
     node->tag = 4;
+    uint32_t read = 9;
     EXPECT_EQ(0U, GetAsn1Boolean(node, &read));
     EXPECT_EQ(TESSEL_INVALID_CONTENT, CheckAsn1Boolean(node));
     node->data[0] = 1;
     EXPECT_EQ(TESSEL_INVALID_CONTENT, GetAsn1Boolean(node, &read));
-    FreeAsn1Object(&kBoolean, node);
   }
 }
 
 TEST(Primitives, BitStringsTellTheirUnusedBits) {
   const Tree tree = Value(kBitString, "03 03 05 41 E0");
   uint8_t unused = 9;
-  EXPECT_EQ("41 E0",
-            ToHex(Fetch([&](auto... out) { return GetAsn1BitString(&tree.As<Asn1BitString>(), &unused, out...); })));
+  EXPECT_EQ("41 E0", ToHex(FetchChecked(GetAsn1BitString, &tree.As<Asn1BitString>(), &unused)));
   EXPECT_EQ(5U, unused);
 }
 
@@ -122,17 +116,17 @@ TEST(Primitives, LoneValuesOfEveryPlainType) {
     SCOPED_TRACE(tag);
     const bool plain = tag == 1 || tag == 2 || tag == 4 || tag == 5 || tag == 6 || tag == 10 || tag == 12 ||
                        (tag >= 18 && tag <= 28) || tag == 30;
-    const auto encode = [&](auto... out) { return EncodeAsn1PrimitiveValue(0x500 | tag, content.data(), 1, out...); };
-    ASSERT_EQ(plain ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND, encode(nullptr, &length));
+    ASSERT_EQ(plain ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND,
+              EncodeAsn1PrimitiveValue(0x500 | tag, content.data(), 1, nullptr, &length));
     if (!plain) continue;
-    const Bytes encoding = Fetch(encode);
+    const Bytes encoding = FetchChecked(EncodeAsn1PrimitiveValue, 0x500 | tag, content);
     EXPECT_EQ((Bytes{static_cast<uint8_t>(tag), 1, 0x31}), encoding);
     EXPECT_EQ(tag == TESSEL_KIND_BOOLEAN ? TESSEL_INVALID_CONTENT : TESSEL_OK,
               DecodeAsn1PrimitiveValue(tag, encoding.data(), 3, nullptr, &length));
     EXPECT_EQ(TESSEL_MALFORMED, DecodeAsn1PrimitiveValue(tag == 4 ? 12 : 4, encoding.data(), 3, nullptr, &length));
   }
-  EXPECT_EQ("16 01 31", ToHex(Fetch([&](auto... out) { return EncodeAsn1IA5String(content.data(), 1, out...); })));
-  EXPECT_EQ("12 01 31", ToHex(Fetch([&](auto... out) { return EncodeAsn1NumericString(content.data(), 1, out...); })));
+  EXPECT_EQ("16 01 31", ToHex(FetchChecked(EncodeAsn1IA5String, content)));
+  EXPECT_EQ("12 01 31", ToHex(FetchChecked(EncodeAsn1NumericString, content)));
   EXPECT_EQ(TESSEL_OK, DecodeAsn1IA5String(FromHex("16 01 31").data(), 3, nullptr, &length));
   EXPECT_EQ(TESSEL_MALFORMED, DecodeAsn1NumericString(FromHex("16 01 31").data(), 3, nullptr, &length));
 }

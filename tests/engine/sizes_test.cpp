@@ -167,17 +167,15 @@ TEST(Sizes, OfResultsOfFunctionsDoNotWrap) {
   EXPECT_EQ(kLines * 66 + 22 + 120000 + 34, length);
   EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, EncodePem(&octet, kLines * 48 + 16, label.c_str(), nullptr, &length));
 
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, CreateCertificate(certificate.Out()));
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateGostR34102001PublicKey(certificate, &octet, UINT32_MAX));
   const Bytes type = Counted("2.5.4.3");
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
-  ASSERT_EQ(0U, AddX509NameEntry(name, &octet, 1, 12, type.data(), 1));
+  const Owned<X509Name> name = Make(CreateX509Name);
+  Call(AddX509NameEntry, name, &octet, 1, 12, type.data(), 1);
   EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, AddX509NameEntry(name, &octet, kLargest + 1, 12, type.data(), 0));
   // No tag number that an item can have.
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddX509NameEntry(name, &octet, 1, 0x80000000, type.data(), 1));
-  EXPECT_EQ("30 0C 31 0A 30 08 06 03 55 04 03 0C 01 05", ToHex(FetchFrom<X509Name>(name, EncodeX509Name)));
+  EXPECT_EQ("30 0C 31 0A 30 08 06 03 55 04 03 0C 01 05", ToHex(Fetch(EncodeX509Name, name)));
 }
 
 }  // namespace

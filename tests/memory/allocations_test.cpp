@@ -14,19 +14,14 @@
 namespace test {
 namespace {
 
-OwnedCertificate DecodeSample(const Bytes& octets) {
-  OwnedCertificate certificate;
-  EXPECT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
-  return certificate;
-}
+Owned<Certificate> DecodeSample(const Bytes& octets) { return Make(DecodeCertificate, octets); }
 
 // The samples that are certificates to the library.
 std::vector<Bytes> Decodable() {
   std::vector<Bytes> all;
   for (const Sample& sample : ::test::Certificates()) {
-    OwnedCertificate certificate;
-    if (DecodeCertificate(sample.octets.data(), SizeOf(sample.octets), certificate.Out()) != 0) continue;
-    all.push_back(sample.octets);
+    Owned<Certificate> certificate;
+    if (Try(DecodeCertificate, sample.octets, certificate.Out()) == TESSEL_OK) all.push_back(sample.octets);
   }
   return all;
 }
@@ -60,14 +55,12 @@ TEST(Allocations, ACertificateIsDecodedWithOneOrTwo) {
 
 TEST(Allocations, ACertificateIsCopiedWithFew) {
   const std::vector<Bytes> certificates = Decodable();
-  std::vector<OwnedCertificate> decoded;
+  std::vector<Owned<Certificate>> decoded;
   decoded.reserve(certificates.size());
   for (const Bytes& octets : certificates) decoded.push_back(DecodeSample(octets));
   size_t next = 0;
-  const Allocations copying = Count(certificates, [&](const Bytes& /*octets*/) {
-    OwnedCertificate copy;
-    EXPECT_EQ(0U, CreateCertificateCopy(decoded[next++], copy.Out()));
-  });
+  const Allocations copying =
+      Count(certificates, [&](const Bytes& /*octets*/) { return Make(CreateCertificateCopy, decoded[next++]); });
   EXPECT_LE(copying.all, certificates.size() * 3 / 2);
 }
 
@@ -75,7 +68,7 @@ TEST(Allocations, EncodingIntoASmallBufferTakesNone) {
   std::array<uint8_t, 16384> buffer;
   for (const Bytes& octets : Decodable()) {
     if (octets.size() > buffer.size()) continue;
-    const OwnedCertificate certificate = DecodeSample(octets);
+    const Owned<Certificate> certificate = DecodeSample(octets);
     const HeapCount heap;
     uint32_t length = 0;
     const uint32_t measuring = EncodeCertificate(certificate, nullptr, &length);
@@ -90,8 +83,8 @@ TEST(Allocations, EncodingIntoASmallBufferTakesNone) {
 
 TEST(Allocations, ReadingTakesNone) {
   const Bytes octets = ::test::Certificates().front().octets;
-  const OwnedCertificate certificate = DecodeSample(octets);
-  const OwnedTime time = TimeOf(2026, 1, 1);
+  const Owned<Certificate> certificate = DecodeSample(octets);
+  const Owned<LibraryTime> time = TimeOf(2026, 1, 1);
   const Bytes basicConstraints = Counted("2.5.29.19");
   std::array<uint8_t, 4096> buffer;
   std::array<char, 1024> text;
@@ -134,11 +127,11 @@ TEST(Allocations, ACrlEntryTakesAtMost200Octets) {
   for (const uint32_t entries : {1000U, 20000U, 200000U}) {
     const Bytes octets = MakeCrl(entries);
     const HeapCount heap;
-    X509Crl* crl = nullptr;
-    const uint32_t status = DecodeX509Crl(octets.data(), SizeOf(octets), &crl);
+    Owned<X509Crl> crl;
+    const uint32_t status = Try(DecodeX509Crl, octets, crl.Out());
     const int64_t held = heap.Held();
     const uint64_t allocations = heap.Allocations();
-    FreeX509Crl(crl);
+    crl.Reset();
     const int64_t left = heap.Held();
     ASSERT_EQ(0U, status);
     EXPECT_LE(held, kLargestEntry * entries) << entries;
@@ -153,50 +146,39 @@ TEST(Allocations, WhatWasAttachedIsReleased) {
   const Bytes octets = ::test::Certificates().front().octets;
   const Bytes oid = Counted("1.2.3.4");
   const Bytes content(40, 0x11);
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
-  ASSERT_EQ(0U, AddX509NameEntry(name, content.data(), SizeOf(content), 12, oid.data(), 1));
-  const auto extensions = [](Certificate* certificate) {
-    X509ExtensionsSlot* slot = nullptr;
-    EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-    return slot;
-  };
+  const Owned<X509Name> name = Make(CreateX509Name);
+  Call(AddX509NameEntry, name, content, 12, oid.data(), 1);
+  const auto extensions = [](Certificate* certificate) { return Get(GetCertificateExtensions, certificate); };
 
   const std::function<uint32_t(Certificate*)> changes[] = {
-      [&](Certificate* c) { return SetCertificateSerialNumber(c, content.data(), SizeOf(content)); },
+      [&](Certificate* c) { return Try(SetCertificateSerialNumber, c, content); },
       [&](Certificate* c) { return SetCertificateVersion(c, 1); },
       [&](Certificate* c) { return SetCertificateSubject(c, name); },
-      [&](Certificate* c) { return SetCertificateSignature(c, content.data(), SizeOf(content)); },
-      [&](Certificate* c) { return SetCertificateSubjectUniqueId(c, content.data(), SizeOf(content), 0); },
-      [&](Certificate* c) { return SetCertificateValidNotBefore(c, TimeOf(2026, 1, 1)); },
-      [&](Certificate* c) {
-        return AddX509ExtensionsExtension(extensions(c), oid.data(), 1, content.data(), SizeOf(content));
-      },
+      [&](Certificate* c) { return Try(SetCertificateSignature, c, content); },
+      [&](Certificate* c) { return Try(SetCertificateSubjectUniqueId, c, content, 0); },
+      [&](Certificate* c) { return Try(SetCertificateValidNotBefore, c, TimeOf(2026, 1, 1)); },
+      [&](Certificate* c) { return Try(AddX509ExtensionsExtension, extensions(c), oid.data(), 1, content); },
       [&](Certificate* c) { return RemoveX509Extensions(extensions(c)); },
-      [&](Certificate* c) {
-        X509Name* subject = nullptr;
-        EXPECT_EQ(0U, GetCertificateSubject(c, &subject));
-        return AddX509NameEntry(subject, content.data(), SizeOf(content), 12, oid.data(), 1);
-      },
+      [&](Certificate* c) { return Try(AddX509NameEntry, Get(GetCertificateSubject, c), content, 12, oid.data(), 1); },
   };
   for (size_t i = 0; i < std::size(changes); ++i) {
     const HeapCount heap;
     {
-      const OwnedCertificate changed = DecodeSample(octets);
+      const Owned<Certificate> changed = DecodeSample(octets);
       EXPECT_EQ(0U, changes[i](changed)) << i;
     }
     EXPECT_EQ(0, heap.Held()) << i;
     {
       // Nor is the size that it had before taken for the new one.
-      const OwnedCertificate changed = DecodeSample(octets);
+      const Owned<Certificate> changed = DecodeSample(octets);
       EXPECT_EQ(0U, changes[i](changed)) << i;
-      EXPECT_NE(octets, FetchFrom<Certificate>(changed, EncodeCertificate)) << i;
+      EXPECT_NE(octets, Fetch(EncodeCertificate, changed)) << i;
     }
     {
       // A later tree does not hide that an earlier one was changed.
-      const OwnedCertificate changed = DecodeSample(octets);
+      const Owned<Certificate> changed = DecodeSample(octets);
       EXPECT_EQ(0U, changes[i](changed)) << i;
-      const OwnedCertificate later = DecodeSample(octets);
+      const Owned<Certificate> later = DecodeSample(octets);
     }
     EXPECT_EQ(0, heap.Held()) << i;
   }
@@ -210,17 +192,10 @@ TEST(Allocations, WhatWasTakenInIsReleased) {
   const Bytes two = Bytes{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)} + octets + octets;
   const HeapCount heap;
   for (const uint32_t additions : {1U, 20U}) {
-    ::Certificates* list = nullptr;
-    ASSERT_EQ(0U, DecodeCertificates(two.data(), SizeOf(two), &list));
-    for (uint32_t i = 0; i < additions; ++i) {
-      OwnedCertificate certificate = DecodeSample(octets);
-      EXPECT_EQ(0U, AddCertificateToCertificates(list, certificate));
-      static_cast<void>(certificate.Release());
-    }
-    uint32_t count = 0;
-    EXPECT_EQ(0U, GetCertificatesCount(list, &count));
-    EXPECT_EQ(2 + additions, count);
-    FreeCertificates(list);
+    Owned<::Certificates> list = Make(DecodeCertificates, two);
+    for (uint32_t i = 0; i < additions; ++i) Call(AddCertificateToCertificates, list, DecodeSample(octets));
+    EXPECT_EQ(2 + additions, Get(GetCertificatesCount, list));
+    list.Reset();
     EXPECT_EQ(0, heap.Held());
   }
 }

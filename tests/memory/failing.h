@@ -17,6 +17,7 @@
 
 #include "memory/heap.h"
 #include "support/octets.h"
+#include "tessel/calls.hpp"
 
 namespace test {
 
@@ -57,16 +58,11 @@ class Caller {
   // For a function that makes an object: it goes into `owned`, in place of the one of the try before. After a failure
   // the handle must be null.
   template <class Object>
-  auto Into(Object& owned) {
-    return [this, &owned] {
-      owned.Reset();
-      *owned.Out() = Untouched<std::remove_pointer_t<decltype(owned.Out())>>();
-      expectNull_ = [&owned] {
-        EXPECT_EQ(nullptr, *owned.Out());
-        *owned.Out() = nullptr;
-      };
-      return owned.Out();
-    };
+  auto Into(tessel::Owned<Object>& owned) {
+    return [this, &owned] { return Prepare<Object>(owned.Out()); };
+  }
+  auto Into(tessel::Tree& tree) {
+    return [this, &tree] { return Prepare<void>(tree.Out()); };
   }
 
   // An object that the function takes even when it fails, made anew for every try.
@@ -117,10 +113,15 @@ class Caller {
   static uint64_t Failures();
 
  private:
-  template <class Pointer>
-  static Pointer Untouched() {
-    static std::max_align_t place;
-    return reinterpret_cast<Pointer>(&place);
+  template <class Object>
+  Object** Prepare(Object** place) {
+    static std::max_align_t untouched;
+    *place = reinterpret_cast<Object*>(&untouched);
+    expectNull_ = [place] {
+      EXPECT_EQ(nullptr, *place);
+      *place = nullptr;
+    };
+    return place;
   }
 
   template <class Argument>

@@ -98,7 +98,7 @@ void Strings(Caller& caller) {
 }
 
 void ListsOfOctetStrings(Caller& caller) {
-  Owned<OctetStrings, FreeOctetStrings> list;
+  Owned<OctetStrings> list;
   caller.Read(CreateOctetStrings, caller.Into(list));
   caller.Watch([&list] {
     uint32_t count = 0;
@@ -121,9 +121,9 @@ void ListsOfOctetStrings(Caller& caller) {
 }
 
 void Times(Caller& caller) {
-  OwnedTime time;
-  Owned<LibraryPreciseTime, FreeLibraryPreciseTime> precise;
-  Owned<Accuracy, FreeAccuracy> accuracy;
+  Owned<LibraryTime> time;
+  Owned<LibraryPreciseTime> precise;
+  Owned<Accuracy> accuracy;
   caller.Read(CreateLibraryTime, caller.Into(time));
   caller.Read(CreateLibraryPreciseTime, caller.Into(precise));
   caller.Read(CreateAccuracy, caller.Into(accuracy));

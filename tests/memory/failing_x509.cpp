@@ -6,24 +6,18 @@
 namespace test {
 namespace {
 
-using OwnedCertificates = Owned<::Certificates, FreeCertificates>;
-using OwnedCrls = Owned<X509Crls, FreeX509Crls>;
-using OwnedRevoked = Owned<X509RevokedCertificates, FreeX509RevokedCertificates>;
-using OwnedText = Owned<PKIFreeText, FreePKIFreeText>;
-using OwnedExtensions = Owned<X509Extensions, FreeX509Extensions>;
-
 const Bytes kUri = ToBytes("http://example.ru/");
 const Bytes kOneOctet = {0x05};
 
 // A closure that encodes an object, to watch it.
-template <class Type, uint32_t(TESSEL_CALL* release)(Type*)>
-auto EncodingOf(const Owned<Type, release>& object, uint32_t (*encode)(const Type*, uint8_t*, uint32_t*)) {
-  return [&object, encode] { return FetchFrom<Type>(object, encode); };
+template <class Type>
+auto EncodingOf(const Owned<Type>& object, uint32_t (*encode)(const Type*, uint8_t*, uint32_t*)) {
+  return [&object, encode] { return Fetch(encode, object); };
 }
 
 // What all types have: a new object, one that is decoded and encoded. The last one stays.
-template <class OwnedObject, class Create, class Decode, class Encode>
-void MakeAndEncode(Caller& caller, OwnedObject& object, Create create, Decode decode, Encode encode,
+template <class Object, class Create, class Decode, class Encode>
+void MakeAndEncode(Caller& caller, Owned<Object>& object, Create create, Decode decode, Encode encode,
                    const Bytes& octets) {
   caller.Read(create, caller.Into(object));
   caller.Read(decode, octets.data(), SizeOf(octets), caller.Into(object));
@@ -31,8 +25,8 @@ void MakeAndEncode(Caller& caller, OwnedObject& object, Create create, Decode de
 }
 
 // The same of an empty list, which is then watched while `add` appends to it so often that it grows, and encoded.
-template <class OwnedList, class Create, class Decode, class Encode, class Add>
-void MakeAndFill(Caller& caller, OwnedList& list, Create create, Decode decode, Encode encode, Add add) {
+template <class List, class Create, class Decode, class Encode, class Add>
+void MakeAndFill(Caller& caller, Owned<List>& list, Create create, Decode decode, Encode encode, Add add) {
   MakeAndEncode(caller, list, create, decode, encode, FromHex("30 00"));
   caller.Watch(EncodingOf(list, encode));
   for (int i = 0; i < 12; ++i) add();
@@ -47,16 +41,16 @@ Bytes TwoOf(const Bytes& element) {
          element + element;
 }
 
-OwnedGeneralNames UriNames() {
-  OwnedGeneralNames names;
+Owned<X509GeneralNames> UriNames() {
+  Owned<X509GeneralNames> names;
   EXPECT_EQ(0U, CreateX509GeneralNames(names.Out()));
   EXPECT_EQ(0U, AddX509GeneralName(names, 6, kUri.data(), SizeOf(kUri)));
   return names;
 }
 
-OwnedCertificate DecodeSample() {
+Owned<Certificate> DecodeSample() {
   const Bytes octets = ReadSample("certificate.pem");
-  OwnedCertificate certificate;
+  Owned<Certificate> certificate;
   EXPECT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
   return certificate;
 }
@@ -75,16 +69,16 @@ X509ExtensionsSlot* ExtensionsOf(Certificate* certificate) {
 
 void WholeCertificates(Caller& caller) {
   const Bytes octets = ReadSample("certificate.pem");
-  OwnedCertificate certificate;
+  Owned<Certificate> certificate;
   MakeAndEncode(caller, certificate, CreateCertificate, DecodeCertificate, EncodeCertificate, octets);
   caller.Get(GetCertificateToBeSignedPart, certificate);
-  OwnedCertificates list;
+  Owned<::Certificates> list;
   MakeAndEncode(caller, list, CreateCertificates, DecodeCertificates, EncodeCertificates, TwoOf(octets));
-  OwnedCertificates copy;
+  Owned<::Certificates> copy;
   caller.Read(CreateCertificatesCopy, list, caller.Into(copy));
   caller.Watch(EncodingOf(copy, EncodeCertificates));
   for (int i = 0; i < 20; ++i) {
-    OwnedCertificate added;
+    Owned<Certificate> added;
     caller.Read(CreateCertificateCopy, certificate, caller.Into(added));
     caller.Change(AddCertificateToCertificates, copy, added);
     static_cast<void>(added.Release());
@@ -93,11 +87,11 @@ void WholeCertificates(Caller& caller) {
 }
 
 void MembersOfCertificates(Caller& caller) {
-  OwnedCertificate certificate = DecodeSample();
+  Owned<Certificate> certificate = DecodeSample();
   caller.Watch(EncodingOf(certificate, EncodeCertificate));
   const Bytes octets(64, 0x11);
-  const OwnedTime time = TimeOf(2055, 1, 2);
-  OwnedName name;
+  const Owned<LibraryTime> time = TimeOf(2055, 1, 2);
+  Owned<X509Name> name;
   caller.Read(CopyX509Name, SubjectOf(certificate), caller.Into(name));
   for (int i = 0; i < 2; ++i) {
     caller.Change(SetCertificateVersion, certificate, 1);
@@ -113,11 +107,11 @@ void MembersOfCertificates(Caller& caller) {
     caller.Change(SetCertificatePublicKey, certificate, octets.data(), SizeOf(octets));
     caller.Change(SetCertificateSignature, certificate, octets.data(), SizeOf(octets));
     caller.Change(SetCertificateExtensionCrlDistributionPoints, certificate, "http://example.ru/crl");
-    OwnedCertificate other = DecodeSample();
+    Owned<Certificate> other = DecodeSample();
     caller.Change(SetCertificateExtensions, certificate, ExtensionsOf(other));
   }
   caller.Get(EncodeCertificate, certificate);
-  OwnedCertificate empty;
+  Owned<Certificate> empty;
   caller.Watch(nullptr);
   caller.Read(CreateCertificate, caller.Into(empty));
   X509Name* lent = nullptr;
@@ -128,7 +122,7 @@ void MembersOfCertificates(Caller& caller) {
 // When memory does not suffice, the algorithm can be the new one and its parameters the old ones, and the algorithm in
 // the to-be-signed part the new one and the one beside the signature the old one.
 void Algorithms(Caller& caller) {
-  OwnedCertificate certificate = DecodeSample();
+  Owned<Certificate> certificate = DecodeSample();
   caller.Watch(EncodingOf(certificate, EncodeCertificate));
   const Bytes oid = Counted("1.2.840.10045.4.3.2");
   const Bytes parameters = FromHex("05 00");
@@ -189,14 +183,14 @@ void AlgorithmValues(Caller& caller) {
 }
 
 void Names(Caller& caller) {
-  OwnedName name;
+  Owned<X509Name> name;
   // One RDN, which is empty.
   MakeAndEncode(caller, name, CreateX509Name, DecodeX509Name, EncodeX509Name, FromHex("30 02 31 00"));
   caller.Watch(EncodingOf(name, EncodeX509Name));
   const Bytes type = Counted("2.5.4.3");
   // More than the RDN's first array has room for, in falling order.
   for (uint8_t i = 30; i > 0; --i) caller.Change(AddX509NameEntry, name, &i, 1, 12, type.data(), 0);
-  OwnedName copy;
+  Owned<X509Name> copy;
   caller.Read(CopyX509Name, name, caller.Into(copy));
   caller.Get(EncodeX509Name, copy);
   // When memory does not suffice, an RDN that was begun stays in the name, empty; what is added comes after it.
@@ -214,39 +208,39 @@ void Names(Caller& caller) {
 }
 
 void GeneralNames(Caller& caller) {
-  OwnedGeneralName one;
+  Owned<X509GeneralName> one;
   caller.Read(CreateX509GeneralName, caller.Into(one));
   caller.Read(AllocX509GeneralNameValue, caller.Into(one), 6, kUri.data(), SizeOf(kUri));
-  OwnedGeneralName copy;
+  Owned<X509GeneralName> copy;
   caller.Read(CreateX509GeneralNameCopy, one, caller.Into(copy));
-  OwnedGeneralNames names;
+  Owned<X509GeneralNames> names;
   caller.Read(CreateX509GeneralNames, caller.Into(names));
   caller.Watch(EncodingOf(names, EncodeX509GeneralNames));
-  OwnedCertificate certificate = DecodeSample();
-  const Bytes directoryName = FetchFrom<X509Name>(SubjectOf(certificate), EncodeX509Name);
+  Owned<Certificate> certificate = DecodeSample();
+  const Bytes directoryName = Fetch(EncodeX509Name, SubjectOf(certificate));
   // The first directory name is not an X509Name, and so passed over.
   caller.Change(AddX509GeneralName, names, 4, FromHex("02 01 05").data(), 3);
   caller.Change(AddX509GeneralName, names, 4, directoryName.data(), SizeOf(directoryName));
   for (int i = 0; i < 20; ++i) caller.Change(AddX509GeneralName, names, 6, kUri.data(), SizeOf(kUri));
   const Bytes encoded = caller.Get(EncodeX509GeneralNames, names);
-  OwnedGeneralNames decoded;
+  Owned<X509GeneralNames> decoded;
   caller.Read(DecodeX509GeneralNames, encoded.data(), SizeOf(encoded), caller.Into(decoded));
   caller.Read(CopyX509GeneralNames, names, caller.Into(decoded));
-  OwnedName name;
+  Owned<X509Name> name;
   caller.Read(GetX509NameFromGeneralNames, decoded, caller.Into(name));
   EXPECT_EQ(directoryName, caller.Get(EncodeX509Name, name));
 
-  OwnedText text;
+  Owned<PKIFreeText> text;
   MakeAndEncode(caller, text, CreatePKIFreeText, DecodePKIFreeText, EncodePKIFreeText, FromHex("30 03 0C 01 41"));
-  OwnedText textCopy;
+  Owned<PKIFreeText> textCopy;
   caller.Read(CreatePKIFreeTextCopy, text, caller.Into(textCopy));
   caller.Change(AddPKIFreeTextString, textCopy, kUri.data(), SizeOf(kUri));
   caller.Get(EncodePKIFreeText, textCopy);
 }
 
 void KeyIdentifiers(Caller& caller) {
-  OwnedCertificate issuer = DecodeSample();
-  OwnedCertificate certificate = DecodeSample();
+  Owned<Certificate> issuer = DecodeSample();
+  Owned<Certificate> certificate = DecodeSample();
   EXPECT_EQ(0U, RemoveX509Extensions(ExtensionsOf(certificate)));
   caller.Watch(EncodingOf(certificate, EncodeCertificate));
   caller.Change(SetCertificateArdekKeyIdentifier, certificate, "text");
@@ -258,10 +252,10 @@ void KeyIdentifiers(Caller& caller) {
   caller.Change(SetCertificateAuthorityKeyIdentifier, certificate, issuer);
   Bytes buffers[2] = {Bytes(Caller::kCapacity), Bytes(Caller::kCapacity)};
   uint32_t lengths[2] = {};
-  OwnedGeneralNames names;
+  Owned<X509GeneralNames> names;
   caller.Read(GetCertificateAuthorityKeyIdentifier, certificate, buffers[0].data(), Caller::Capacity(lengths[0]),
               caller.Into(names), buffers[1].data(), Caller::Capacity(lengths[1]));
-  OwnedName name;
+  Owned<X509Name> name;
   caller.Read(GetCertificateAuthorityKeyIdentifier2, certificate, buffers[0].data(), Caller::Capacity(lengths[0]),
               caller.Into(name), buffers[1].data(), Caller::Capacity(lengths[1]));
   caller.Get(EncodeX509Name, name);
@@ -272,25 +266,25 @@ void KeyIdentifiers(Caller& caller) {
 void Extensions(Caller& caller) {
   const Bytes oid = Counted("1.2.3.4");
   const Bytes value(1500, 0x33);
-  OwnedExtension extension;
+  Owned<X509Extension> extension;
   caller.Read(CreateX509Extension, caller.Into(extension), oid.data(), 1, value.data(), SizeOf(value));
   // When memory does not suffice, the first of three values can be new and the others old.
   caller.Change(SetX509Extension, extension, oid.data(), 1, kOneOctet.data(), 1);
   const Bytes encoded = caller.Get(EncodeX509Extension, extension);
   caller.Read(DecodeX509Extension, encoded.data(), SizeOf(encoded), caller.Into(extension));
 
-  OwnedExtensions list;
+  Owned<X509Extensions> list;
   MakeAndEncode(caller, list, CreateX509Extensions, DecodeX509Extensions, EncodeX509Extensions, TwoOf(encoded));
   X509ExtensionsSlot slot = {list};
   caller.Watch(EncodingOf(list, EncodeX509Extensions));
   for (int i = 0; i < 20; ++i) caller.Change(AddX509ExtensionsExtension, &slot, oid.data(), 1, kOneOctet.data(), 1);
   caller.Get(EncodeX509Extensions, list);
   // Where there is no list yet one is made.
-  OwnedExtensions made;
+  Owned<X509Extensions> made;
   X509ExtensionsSlot none = {nullptr};
   caller.Watch([&none] { return Bytes{static_cast<uint8_t>(none.list == nullptr)}; });
   caller.Change(AddX509ExtensionsExtension, &none, oid.data(), 0, value.data(), SizeOf(value));
-  *made.Out() = none.list;
+  made.Reset(none.list);
   caller.Get(EncodeX509Extensions, made);
 }
 
@@ -315,8 +309,8 @@ void ExtensionValues(Caller& caller) {
   int32_t reason = 0;
   Bytes encoded = caller.Get(EncodeExtensionReasonCode, 8);
   caller.Read(DecodeExtensionReasonCode, encoded.data(), SizeOf(encoded), &reason);
-  const OwnedTime time = TimeOf(2026, 1, 2);
-  const OwnedTime end = TimeOf(2027, 1, 2);
+  const Owned<LibraryTime> time = TimeOf(2026, 1, 2);
+  const Owned<LibraryTime> end = TimeOf(2027, 1, 2);
   encoded = caller.Get(EncodeExtensionInvalidityDate, time);
   caller.Read(DecodeExtensionInvalidityDate, encoded.data(), SizeOf(encoded), time);
   encoded = caller.Get(EncodeExtensionPrivateKeyUsagePeriod, time, end);
@@ -324,14 +318,14 @@ void ExtensionValues(Caller& caller) {
   encoded = caller.Get(EncodeExtensionBasicConstraints, 1, 3);
   caller.Read(DecodeExtensionBasicConstraints, encoded.data(), SizeOf(encoded), &flag, &number);
 
-  const OwnedGeneralNames names = UriNames();
+  const Owned<X509GeneralNames> names = UriNames();
   encoded = caller.Get(EncodeExtensionAuthorityKeyIdentifier, kOneOctet.data(), 1, names, kOneOctet.data(), 1);
   Bytes buffers[2] = {Bytes(Caller::kCapacity), Bytes(Caller::kCapacity)};
   uint32_t lengths[2] = {};
-  OwnedGeneralNames decoded;
+  Owned<X509GeneralNames> decoded;
   caller.Read(DecodeExtensionAuthorityKeyIdentifier, encoded.data(), SizeOf(encoded), buffers[0].data(),
               Caller::Capacity(lengths[0]), caller.Into(decoded), buffers[1].data(), Caller::Capacity(lengths[1]));
-  EXPECT_EQ(FetchFrom<X509GeneralNames>(names, EncodeX509GeneralNames), caller.Get(EncodeX509GeneralNames, decoded));
+  EXPECT_EQ(Fetch(EncodeX509GeneralNames, names), caller.Get(EncodeX509GeneralNames, decoded));
 
   // The reasons without a flag before them are read in a second attempt.
   encoded = caller.Get(EncodeExtensionIssuingDistributionPoint, names, nullptr, 0, 0, 0, 0, 0x40, 1, 0, 0, 0, 0);
@@ -345,35 +339,35 @@ void ExtensionValues(Caller& caller) {
 
 void ExtensionLists(Caller& caller) {
   const Bytes oid = Counted("1.3.6.1.5.5.7.3.1");
-  OwnedPurposes purposes;
+  Owned<ExtensionExtendedKeyUsage> purposes;
   MakeAndFill(caller, purposes, CreateExtensionExtendedKeyUsage, DecodeExtensionExtendedKeyUsage,
               EncodeExtensionExtendedKeyUsage,
               [&] { caller.Change(AddExtensionExtendedKeyUsage, purposes, oid.data()); });
 
   const auto location = caller.Taken([] {
-    OwnedGeneralName name;
+    Owned<X509GeneralName> name;
     EXPECT_EQ(0U, AllocX509GeneralNameValue(name.Out(), 6, kUri.data(), SizeOf(kUri)));
     return name.Release();
   });
-  OwnedAccess access;
+  Owned<ExtensionAuthorityInformationAccess> access;
   MakeAndFill(caller, access, CreateExtensionAuthorityInformationAccess, DecodeExtensionAuthorityInformationAccess,
               EncodeExtensionAuthorityInformationAccess,
               [&] { caller.Change(AddExtensionAuthorityInformationAccess, access, oid.data(), location); });
 
   const auto names = caller.Taken([] { return UriNames().Release(); });
   const auto relative = caller.Taken([] {
-    OwnedName name;
+    Owned<X509Name> name;
     EXPECT_EQ(0U, CreateX509Name(name.Out()));
     return name.Release();
   });
-  OwnedPoints points;
+  Owned<ExtensionCrlDistributionPoints> points;
   MakeAndFill(caller, points, CreateExtensionCrlDistributionPoints, DecodeExtensionCrlDistributionPoints,
               EncodeExtensionCrlDistributionPoints, [&] {
                 caller.Change(AddExtensionCrlDistributionPoint, points, names, nullptr, 0x40, names);
                 caller.Change(AddExtensionCrlDistributionPoint, points, nullptr, relative, 0, nullptr);
               });
 
-  OwnedPolicies policies;
+  Owned<ExtensionCertificatePolicies> policies;
   uint32_t index = 0;
   MakeAndFill(caller, policies, CreateExtensionCertificatePolicies, DecodeExtensionCertificatePolicies,
               EncodeExtensionCertificatePolicies,
@@ -389,16 +383,16 @@ void ExtensionLists(Caller& caller) {
 
 void Crls(Caller& caller) {
   const Bytes octets = MakeCrl(300);
-  OwnedCrl crl;
+  Owned<X509Crl> crl;
   MakeAndEncode(caller, crl, CreateX509Crl, DecodeX509Crl, EncodeX509Crl, octets);
-  OwnedCrl copy;
+  Owned<X509Crl> copy;
   caller.Read(CreateX509CrlCopy, crl, caller.Into(copy));
   EXPECT_EQ(octets, caller.Get(EncodeX509Crl, copy));
-  OwnedCrls list;
+  Owned<X509Crls> list;
   MakeAndEncode(caller, list, CreateX509Crls, DecodeX509Crls, EncodeX509Crls, TwoOf(octets));
-  OwnedCrls listCopy;
+  Owned<X509Crls> listCopy;
   caller.Read(CreateX509CrlsCopy, list, caller.Into(listCopy));
-  OwnedRevoked revoked;
+  Owned<X509RevokedCertificates> revoked;
   caller.Read(CreateX509RevokedCertificates, caller.Into(revoked));
   caller.Get(EncodeX509RevokedCertificates, revoked);
 }

@@ -188,8 +188,7 @@ TEST(LargeTexts, AreNotCutTo32Bits) {
   Addresses addresses(size + 1);
   const char* text = FillWithText(addresses, size);
   if (text == nullptr) GTEST_SKIP() << "there are not so many addresses";
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, CreateCertificate(certificate.Out()));
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, SetCertificateExtensionCrlDistributionPoints(certificate, text));
   EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), nullptr, &length));
@@ -219,12 +218,9 @@ TEST(RefusedMemory, IsTold) {
   EXPECT_EQ(nullptr, AllocAsn1Integer_s(&octet, UINT32_MAX));
 
   const Bytes octets = ReadSample("certificate.pem");
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
-  X509ExtensionsSlot* slot = nullptr;
-  X509Name* name = nullptr;
-  EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-  EXPECT_EQ(0U, GetCertificateSubject(certificate, &name));
+  const Owned<Certificate> certificate = Make(DecodeCertificate, octets);
+  X509ExtensionsSlot* slot = Get(GetCertificateExtensions, certificate);
+  X509Name* name = Get(GetCertificateSubject, certificate);
   const Bytes oid = Counted("1.2.3.4");
   const HeapCount heap;
   EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificateSerialNumber(certificate, &octet, UINT32_MAX));
@@ -234,16 +230,14 @@ TEST(RefusedMemory, IsTold) {
   EXPECT_EQ(TESSEL_OUT_OF_MEMORY, AddX509NameEntry(name, &octet, UINT32_MAX - 6, 12, oid.data(), 0));
   EXPECT_EQ(TESSEL_OUT_OF_MEMORY, AddX509ExtensionsExtension(slot, oid.data(), 0, &octet, UINT32_MAX));
   EXPECT_EQ(0, heap.Held());
-  EXPECT_EQ(octets, FetchFrom<Certificate>(certificate, EncodeCertificate));
+  EXPECT_EQ(octets, Fetch(EncodeCertificate, certificate));
 }
 
 // A list is public, so that its count can be anything. Items that the caller claims are not touched.
 TEST(RefusedMemory, KeepsListsFromGrowing) {
   const LargestAllocation limit(kModest);
   const uint8_t octet = 5;
-  Certificate* certificate = nullptr;
-  ASSERT_EQ(0U, CreateCertificate(&certificate));
-  const OwnedCertificate owner(certificate);
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   alignas(16) void* place[2] = {};
   // The largest capacity from which another follows, on 32 bits by the size of the array, and the one above.
   for (const uint32_t count : {715827749U, 715827750U, 2863311397U, 2863311398U, UINT32_MAX - 1, UINT32_MAX}) {
@@ -270,7 +264,7 @@ Bytes Header(uint8_t identifier, size_t size) {
 }
 
 // Decodes, looks at the object, encodes, copies and encodes again, with no more than `held` octets for an object.
-template <class OwnedObject, class Object, class Look>
+template <class Object, class Look>
 void ExpectRoundTrip(const Bytes& octets, int64_t held, uint32_t (*decode)(const uint8_t*, uint32_t, Object**),
                      uint32_t (*encode)(const Object*, uint8_t*, uint32_t*), uint32_t (*copy)(const Object*, Object**),
                      Look look) {
@@ -283,13 +277,11 @@ void ExpectRoundTrip(const Bytes& octets, int64_t held, uint32_t (*decode)(const
   };
   const HeapCount heap;
   {
-    OwnedObject decoded;
-    ASSERT_EQ(0U, decode(octets.data(), SizeOf(octets), decoded.Out()));
+    Owned<Object> decoded = Make(decode, octets);
     EXPECT_LE(heap.Held(), held);
     look(decoded);
     expectEncoding(decoded);
-    OwnedObject copied;
-    ASSERT_EQ(0U, copy(decoded, copied.Out()));
+    const Owned<Object> copied = Make(copy, decoded);
     EXPECT_LE(heap.Held(), 2 * held);
     decoded.Reset();
     expectEncoding(copied);
@@ -300,9 +292,8 @@ void ExpectRoundTrip(const Bytes& octets, int64_t held, uint32_t (*decode)(const
 TEST(LargeObjects, HaveContentsOf300Megabytes) {
   constexpr size_t kContent = 300 * kMegabyte;
   const Bytes sample = ReadSample("certificate.pem");
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, DecodeCertificate(sample.data(), SizeOf(sample), certificate.Out()));
-  const Bytes beside = FetchFrom<Certificate>(certificate, GetCertificateToBeSignedPart) + kAlgorithm;
+  const Owned<Certificate> certificate = Make(DecodeCertificate, sample);
+  const Bytes beside = Fetch(GetCertificateToBeSignedPart, certificate) + kAlgorithm;
   Bytes octets = Header(0x30, beside.size() + 6 + kContent);
   octets.reserve(octets.size() + beside.size() + 6 + kContent);
   octets += beside + Header(0x03, kContent);
@@ -312,8 +303,8 @@ TEST(LargeObjects, HaveContentsOf300Megabytes) {
     EXPECT_EQ(0U, GetCertificateSignature(large, nullptr, &length));
     EXPECT_EQ(kContent - 1, length);
   };
-  ExpectRoundTrip<OwnedCertificate>(octets, int64_t{kContent} + kMegabyte, DecodeCertificate, EncodeCertificate,
-                                    CreateCertificateCopy, look);
+  ExpectRoundTrip(octets, int64_t{kContent} + kMegabyte, DecodeCertificate, EncodeCertificate, CreateCertificateCopy,
+                  look);
 }
 
 TEST(LargeObjects, HaveMillionsOfElements) {
@@ -333,8 +324,7 @@ TEST(LargeObjects, HaveMillionsOfElements) {
     EXPECT_EQ(0U, EncodeX509Crl(large, nullptr, &length));
     EXPECT_EQ(octets.size(), length);
   };
-  ExpectRoundTrip<Owned<X509Crl, FreeX509Crl>>(octets, kLargestEntry * kEntries, DecodeX509Crl, EncodeX509Crl,
-                                               CreateX509CrlCopy, look);
+  ExpectRoundTrip(octets, kLargestEntry * kEntries, DecodeX509Crl, EncodeX509Crl, CreateX509CrlCopy, look);
 }
 
 }  // namespace

@@ -12,8 +12,7 @@ namespace {
 
 TEST(MisalignedHeap, IsNotUsed) {
   const Bytes octets = ReadSample("certificate.pem");
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
+  const Owned<Certificate> certificate = Make(DecodeCertificate, octets);
   const HeapCount heap;
   {
     const MisalignedHeap misaligned;
@@ -32,10 +31,7 @@ TEST(MisalignedHeap, IsNotUsed) {
     EXPECT_EQ(TESSEL_OUT_OF_MEMORY, Asn1Encode(certificate.Get(), &CertificateItem, &block, &length));
   }
   EXPECT_EQ(0, heap.Held());
-  Bytes encoded(octets.size());
-  uint32_t length = SizeOf(encoded);
-  EXPECT_EQ(0U, EncodeCertificate(certificate, encoded.data(), &length));
-  EXPECT_EQ(octets, encoded);
+  EXPECT_EQ(octets, Fetch(EncodeCertificate, certificate));
 }
 
 }  // namespace

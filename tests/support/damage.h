@@ -11,19 +11,21 @@ namespace test {
 
 // Replaces each octet by values that turn headers into others. What is still decoded has to be so alike by the type's
 // own function and by its exported descriptor, and to survive the round trip.
-template <class OwnedObject, class DecodeObject, class EncodeObject>
-void ExpectDamageIsSurvived(const Asn1Item& item, const Bytes& original, DecodeObject decode, EncodeObject encode) {
+template <class Object>
+void ExpectDamageIsSurvived(const Asn1Item& item, const Bytes& original,
+                            uint32_t(TESSEL_CALL* decode)(const uint8_t*, uint32_t, Object**),
+                            uint32_t(TESSEL_CALL* encode)(const Object*, uint8_t*, uint32_t*)) {
   for (size_t at = 0; at < original.size(); ++at) {
     for (const unsigned change : {0x01U, 0x20U, 0x80U, 0xFFU}) {
       Bytes octets = original;
       octets[at] ^= static_cast<uint8_t>(change);
       const DecodeResult result = Decode(item, octets);
-      OwnedObject object;
-      ASSERT_EQ(result.status, decode(octets.data(), SizeOf(octets), object.Out()));
+      Owned<Object> object;
+      ASSERT_EQ(result.status, Try(decode, octets, object.Out()));
       if (result.status != TESSEL_OK) continue;
       const EncodeResult encoded = Encode(item, result.tree.Root());
       ASSERT_EQ(0U, encoded.status);
-      ASSERT_EQ(encoded.octets, FetchFrom(object.Get(), encode));
+      ASSERT_EQ(encoded.octets, Fetch(encode, object));
       const DecodeResult again = Decode(item, encoded.octets);
       ASSERT_EQ(0U, again.status);
       ASSERT_EQ(encoded.octets, Encode(item, again.tree.Root()).octets);

@@ -4,95 +4,49 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
 
+#include "support/buffers.h"
 #include "support/octets.h"
-#include "tessel/tessel.h"
+#include "tessel/calls.hpp"
 
 namespace test {
 
-// Owns an object of the library.
-template <class Type, uint32_t(TESSEL_CALL* release)(Type*)>
-class Owned {
- public:
-  Owned() = default;
-  explicit Owned(Type* object) : object_(object) {}
-  ~Owned() { release(object_); }
-  Owned(Owned&& other) noexcept : object_(other.Release()) {}
-  Owned(const Owned&) = delete;
-  Owned& operator=(const Owned&) = delete;
-  Owned& operator=(Owned&&) = delete;
-
-  operator Type*() const { return object_; }
-  Type* operator->() const { return object_; }
-  [[nodiscard]] Type* Get() const { return object_; }
-  // For a function that makes the object, and for one that takes it.
-  [[nodiscard]] Type** Out() { return &object_; }
-  [[nodiscard]] Type* Release() { return std::exchange(object_, nullptr); }
-  void Reset() { release(Release()); }
-
- private:
-  Type* object_ = nullptr;
-};
-
-using OwnedCertificate = Owned<Certificate, FreeCertificate>;
-using OwnedName = Owned<X509Name, FreeX509Name>;
-using OwnedGeneralName = Owned<X509GeneralName, FreeX509GeneralName>;
-using OwnedGeneralNames = Owned<X509GeneralNames, FreeX509GeneralNames>;
-using OwnedExtension = Owned<X509Extension, FreeX509Extension>;
-using OwnedPurposes = Owned<ExtensionExtendedKeyUsage, FreeExtensionExtendedKeyUsage>;
-using OwnedAccess = Owned<ExtensionAuthorityInformationAccess, FreeExtensionAuthorityInformationAccess>;
-using OwnedPoints = Owned<ExtensionCrlDistributionPoints, FreeExtensionCrlDistributionPoints>;
-using OwnedPolicies = Owned<ExtensionCertificatePolicies, FreeExtensionCertificatePolicies>;
-using OwnedCrl = Owned<X509Crl, FreeX509Crl>;
-using OwnedTime = Owned<LibraryTime, FreeLibraryTime>;
+using tessel::Call;
+using tessel::Fetch;
+using tessel::Get;
+using tessel::Into;
+using tessel::Make;
+using tessel::ObjectIdentifier;
+using tessel::Owned;
+using tessel::Try;
 
 inline uint32_t SizeOf(const Bytes& bytes) { return static_cast<uint32_t>(bytes.size()); }
 inline Bytes ToBytes(std::string_view text) { return {text.begin(), text.end()}; }
 
 // A counted identifier.
-inline Bytes Counted(const char* dotted) {
-  Bytes oid(256);
-  uint32_t length = SizeOf(oid);
-  EXPECT_EQ(0U, ConvertStringToOid(dotted, oid.data(), &length));
-  oid.resize(length);
-  return oid;
-}
+inline Bytes Counted(std::string_view dotted) { return Fetch(ConvertStringToOid, dotted); }
 
-inline OwnedTime TimeOf(uint32_t year, uint32_t month, uint32_t day) {
-  OwnedTime time;
-  EXPECT_EQ(0U, CreateLibraryTime(time.Out()));
-  EXPECT_EQ(0U, SetLibraryTime(time, day, month, year, 12, 30, 59));
+inline Owned<LibraryTime> TimeOf(uint32_t year, uint32_t month, uint32_t day) {
+  Owned<LibraryTime> time = Make(CreateLibraryTime);
+  Call(SetLibraryTime, time, day, month, year, 12, 30, 59);
   return time;
 }
 
-// What a function delivers by the caller-buffer convention, which is tried in all its ways: read(buffer, length).
-template <class Read>
-Bytes Fetch(Read read) {
-  uint32_t size = 0;
-  EXPECT_EQ(0U, read(static_cast<uint8_t*>(nullptr), &size));
-  Bytes buffer(size + 1, 0xEE);
-  uint32_t length = size;
-  if (size != 0) {
-    length = size - 1;
-    EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, read(buffer.data(), &length));
-    EXPECT_EQ(size, length);
-    EXPECT_EQ(Bytes(size + 1, 0xEE), buffer);
-  }
-  EXPECT_EQ(0U, read(buffer.data(), &length));
-  EXPECT_EQ(size, length);
-  EXPECT_EQ(0xEE, buffer[size]);
-  buffer.pop_back();
-  return buffer;
-}
-
-// The same for a function whose first argument is the object.
-template <class Object, class Function>
-Bytes FetchFrom(const Object* object, Function function) {
-  return Fetch([&](uint8_t* buffer, uint32_t* length) { return function(object, buffer, length); });
+// What Fetch gives, of a function that is tested: the convention for buffers is tried in all its ways (buffers.h). One
+// that does not end with the buffer and its length is called by a closure:
+// FetchChecked([&](auto... out) { return GetCertificateSubjectUniqueId(certificate, out..., &unused); }).
+template <class... Arguments>
+Bytes FetchChecked(const Arguments&... arguments) {
+  const auto expect = [](bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+    if (!holds) ADD_FAILURE_AT(file, line) << "the convention for buffers is not kept";
+  };
+  Bytes octets;
+  EXPECT_EQ(0U, FetchInAllWays(expect, octets, arguments...));
+  return octets;
 }
 
 // Calls a function once for each of its pointers, with that one null, and expects to be refused. An argument that may

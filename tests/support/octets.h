@@ -4,11 +4,12 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "tessel/octets.hpp"
 
 namespace test {
 
-using Bytes = std::vector<uint8_t>;
+using tessel::Bytes;
 
 // "30 03 02 01 05"; blanks are ignored.
 Bytes FromHex(std::string_view text);
@@ -28,6 +29,7 @@ class Guarded {
 
   [[nodiscard]] const uint8_t* Data() const { return data_; }
   [[nodiscard]] uint32_t Size() const { return size_; }
+  operator tessel::Octets() const { return {data_, size_}; }
 
  private:
   uint8_t* pages_;

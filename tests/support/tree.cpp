@@ -10,7 +10,7 @@ DecodeResult Decode(const Asn1Item& item, const Bytes& input) {
   const Guarded guarded(input);
   constexpr uint32_t kNotWritten = 0xABABABAB;
   DecodeResult result{0, kNotWritten, Tree(item)};
-  result.status = Asn1DecodeItem(guarded.Data(), guarded.Size(), &item, result.tree.Out(), &result.consumed);
+  result.status = tessel::Try(Asn1DecodeItem, guarded, &item, result.tree.Out(), &result.consumed);
   EXPECT_EQ(result.status != TESSEL_OK, result.consumed == kNotWritten);
   return result;
 }
@@ -28,13 +28,6 @@ EncodeResult Encode(const Asn1Item& item, const void* node) {
   result.octets.assign(block, block + length);
   std::free(block);
   return result;
-}
-
-uint32_t Copy(const Asn1Item& item, const void* source, void** copy) {
-  Asn1Item withDefault = item;
-  withDefault.flags |= TESSEL_FLAG_OPTIONAL;
-  withDefault.defaultValue = source;
-  return CreateAsn1Object(&withDefault, copy, 0);
 }
 
 }  // namespace test

@@ -2,36 +2,14 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 
+#include "support/copy.h"
 #include "support/octets.h"
-#include "tessel/tessel.h"
+#include "tessel/calls.hpp"
 
 namespace test {
 
-// Owns a tree of any type.
-class Tree {
- public:
-  explicit Tree(const Asn1Item& item, void* root = nullptr) : item_(&item), root_(root) {}
-  ~Tree() { FreeAsn1Object(item_, root_); }
-  Tree(Tree&& other) noexcept : item_(other.item_), root_(std::exchange(other.root_, nullptr)) {}
-  Tree(const Tree&) = delete;
-  Tree& operator=(const Tree&) = delete;
-  Tree& operator=(Tree&&) = delete;
-
-  [[nodiscard]] const Asn1Item& Item() const { return *item_; }
-  [[nodiscard]] void* Root() const { return root_; }
-  [[nodiscard]] void** Out() { return &root_; }
-  void Reset() { FreeAsn1Object(item_, std::exchange(root_, nullptr)); }
-  template <class Node>
-  [[nodiscard]] Node& As() const {
-    return *static_cast<Node*>(root_);
-  }
-
- private:
-  const Asn1Item* item_;
-  void* root_;
-};
+using tessel::Tree;
 
 struct DecodeResult {
   uint32_t status;
@@ -49,8 +27,5 @@ struct EncodeResult {
 };
 
 EncodeResult Encode(const Asn1Item& item, const void* node);
-
-// A deep copy, as the interface offers it for any type: the DEFAULT of an OPTIONAL item is copied when it is created.
-uint32_t Copy(const Asn1Item& item, const void* source, void** copy);
 
 }  // namespace test

@@ -20,7 +20,7 @@ std::string Written(const std::function<uint32_t(uint8_t*, uint32_t*)>& call) {
   uint32_t size = 99;
   const uint32_t status = call(nullptr, &size);
   if (status == TESSEL_OK) {
-    const Bytes octets = Fetch(call);
+    const Bytes octets = FetchChecked(call);
     return {octets.begin(), octets.end()};
   }
   EXPECT_EQ(TESSEL_INVALID_PEM, status);

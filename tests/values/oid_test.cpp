@@ -24,25 +24,21 @@ TextResult ToText(const Bytes& oid) {
   uint32_t size = 0;
   const uint32_t status = ConvertOidToString(counted.Data(), nullptr, &size);
   if (status != TESSEL_OK) return {status, {}};
-  const Bytes text = Fetch([&](uint8_t* buffer, uint32_t* length) {
-    return ConvertOidToString(counted.Data(), reinterpret_cast<char*>(buffer), length);
-  });
+  const Bytes text = FetchChecked(ConvertOidToString, counted.Data());
+  EXPECT_EQ(size, text.size());
   EXPECT_EQ(0, text.back());
   return {status, {text.begin(), text.end() - 1}};
 }
 
 struct OidResult {
-  uint32_t status;
+  uint32_t status = 0;
   Bytes oid;
 };
 
 OidResult FromText(const std::string& text) {
-  uint32_t size = 0;
-  const uint32_t status = ConvertStringToOid(text.c_str(), nullptr, &size);
-  if (status != TESSEL_OK) return {status, {}};
-  Bytes oid(size);
-  EXPECT_EQ(0U, ConvertStringToOid(text.c_str(), oid.data(), &size));
-  return {status, oid};
+  OidResult result;
+  result.status = Try(ConvertStringToOid, text, Into(result.oid));
+  return result;
 }
 
 TEST(Oid, TextsAreReadLeniently) {
@@ -124,10 +120,9 @@ TEST(Oid, DerIsReadAndWritten) {
     SCOPED_TRACE(c.der);
     const Guarded der(FromHex(c.der));
     uint32_t length = 0;
-    const auto decode = [&](auto... out) { return DecodeAsn1Oid(der.Data(), der.Size(), out...); };
-    ASSERT_EQ(c.status, decode(nullptr, &length));
+    ASSERT_EQ(c.status, DecodeAsn1Oid(der.Data(), der.Size(), nullptr, &length));
     if (c.status == TESSEL_OK) {
-      EXPECT_EQ(c.counted, ToHex(Fetch(decode)));
+      EXPECT_EQ(c.counted, ToHex(FetchChecked(DecodeAsn1Oid, der)));
     }
   }
   const Bytes tooLong = FromHex("06 82 01 00") + Bytes(256, 1);
@@ -147,7 +142,7 @@ TEST(Oid, RandomOnesRoundTripAndAgreeWithOpenssl) {
     const OidResult oid = FromText(text);
     ASSERT_EQ(0U, oid.status);
     EXPECT_EQ(text, ToText(oid.oid).text);
-    all += Fetch([&](auto... out) { return EncodeAsn1Oid(oid.oid.data(), out...); });
+    all += FetchChecked(EncodeAsn1Oid, oid.oid.data());
     expected.push_back(text);
   }
   const Openssl openssl;
@@ -177,10 +172,8 @@ TEST(Oid, TablesGoBothWays) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     const Bytes oid = FromText(c.text).oid;
-    uint32_t id = 0;
-    EXPECT_EQ(0U, c.find(oid.data(), &id));
-    EXPECT_EQ(c.id, id);
-    EXPECT_EQ(oid, Fetch([&](auto... out) { return c.get(c.id, out...); }));
+    EXPECT_EQ(c.id, Get(c.find, oid.data()));
+    EXPECT_EQ(oid, FetchChecked(c.get, c.id));
   }
   uint32_t id = 0;
   uint32_t length = 0;

@@ -25,9 +25,8 @@ struct Sets {
 
 Sets DecodeSets(const Bytes& parameters) {
   Sets sets{};
-  const Guarded input(parameters);
-  sets.status = DecodeAlgorithmGostR34102001Parameters(input.Data(), input.Size(), &sets.mode, &sets.publicKey,
-                                                       &sets.digest, &sets.encryption);
+  sets.status = Try(DecodeAlgorithmGostR34102001Parameters, Guarded(parameters), &sets.mode, &sets.publicKey,
+                    &sets.digest, &sets.encryption);
   return sets;
 }
 
@@ -39,9 +38,8 @@ TEST(GostParameters, ByNumbers) {
   } cases[] = {{0, {}, kNull}, {1, {0, 1, 1, 1, 1}, kSets2001}, {1, {0, 1, 10, 4, 9}, kSets2012}, {0xFF, {}, ""}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.encoding);
-    const Bytes encoding = Fetch([&](auto... out) {
-      return EncodeAlgorithmGostR34102001Parameters(c.mode, c.sets.publicKey, c.sets.digest, c.sets.encryption, out...);
-    });
+    const Bytes encoding = FetchChecked(EncodeAlgorithmGostR34102001Parameters, c.mode, c.sets.publicKey, c.sets.digest,
+                                        c.sets.encryption);
     EXPECT_EQ(c.encoding, ToHex(encoding));
     const Sets decoded = DecodeSets(encoding);
     EXPECT_EQ(0U, decoded.status);
@@ -67,10 +65,8 @@ TEST(GostParameters, ByIdentifiers) {
   const Bytes digest = Counted("1.2.643.7.1.1.2.3");
   const Bytes encryption = Counted("1.2.643.7.1.2.5.1.1");
   const auto encode = [&](uint32_t algorithm, uint8_t mode, const uint8_t* encryptionSet) {
-    return ToHex(Fetch([&](auto... out) {
-      return EncodeAlgorithmGostR3410ParametersOid(algorithm, mode, publicKey.data(), digest.data(), encryptionSet,
-                                                   out...);
-    }));
+    return ToHex(FetchChecked(EncodeAlgorithmGostR3410ParametersOid, algorithm, mode, publicKey.data(), digest.data(),
+                              encryptionSet));
   };
   const std::string withoutEncryption = "30 15 06 09 2A 85 03 07 01 02 01 02 01 06 08 2A 85 03 07 01 01 02 03";
   EXPECT_EQ(kSets2012, encode(102, 1, encryption.data()));
@@ -84,9 +80,8 @@ TEST(GostParameters, ByIdentifiers) {
   Bytes oids[3] = {Bytes(16), Bytes(16), Bytes(16)};
   const auto decode = [&](uint32_t algorithm, const Bytes& encoding, uint32_t capacity) {
     uint32_t lengths[3] = {16, capacity, 16};
-    const uint32_t status =
-        DecodeAlgorithmGostR3410ParameterOids(algorithm, encoding.data(), SizeOf(encoding), &mode, oids[0].data(),
-                                              &lengths[0], oids[1].data(), &lengths[1], oids[2].data(), &lengths[2]);
+    const uint32_t status = Try(DecodeAlgorithmGostR3410ParameterOids, algorithm, encoding, &mode, oids[0].data(),
+                                &lengths[0], oids[1].data(), &lengths[1], oids[2].data(), &lengths[2]);
     for (int i = 0; i < 3; ++i) oids[i].resize(lengths[i]);
     return status;
   };
@@ -105,8 +100,7 @@ TEST(GostParameters, ByIdentifiers) {
 }
 
 TEST(Algorithms, AreReadAndSetInHalves) {
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, CreateCertificate(certificate.Out()));
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   const Bytes oid = Counted("1.2.840.10045.2.1");
   const Bytes curve = FromHex("06 08 2A 86 48 CE 3D 03 01 07");
   uint8_t buffer[32];
@@ -118,7 +112,7 @@ TEST(Algorithms, AreReadAndSetInHalves) {
     EXPECT_EQ(SizeOf(curve), capacity);
     return status;
   };
-  ASSERT_EQ(0U, SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, oid.data(), curve.data(), SizeOf(curve)));
+  Call(SetCertificatePublicKeyAlgorithmOidAndParameters, certificate, oid.data(), curve);
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(7, 10));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(8, 9));
   EXPECT_EQ(0U, get(8, 10));
@@ -156,21 +150,27 @@ TEST(Algorithms, StandAloneKeys) {
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(0, 1, 4));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(4, 0, 4));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(4, 1, 0));
+  // Each alone.
+  uint32_t other = 0;
+  const auto part = [&](auto... out) { return DecodeSubjectPublicKeyInfo(info.data(), SizeOf(info), out...); };
+  EXPECT_EQ("03 2A 03 04",
+            ToHex(FetchChecked([&](auto... to) { return part(to..., nullptr, &other, nullptr, nullptr); })));
+  EXPECT_EQ("55", ToHex(FetchChecked([&](auto... to) { return part(nullptr, nullptr, to..., nullptr, nullptr); })));
+  EXPECT_EQ("04 02 AA BB",
+            ToHex(FetchChecked([&](auto... to) { return part(nullptr, nullptr, nullptr, &other, to...); })));
 
   const DecodeResult decoded = Decode(SubjectPublicKeyInfoItem, info);
-  EXPECT_EQ("55", ToHex(FetchFrom(static_cast<const SubjectPublicKeyInfo*>(decoded.tree.Root()),
-                                  GetSubjectPublicKeyInfoPublicKey)));
+  EXPECT_EQ("55", ToHex(FetchChecked(GetSubjectPublicKeyInfoPublicKey, &decoded.tree.As<SubjectPublicKeyInfo>())));
 }
 
 TEST(Algorithms, OfGostKeysBelongToTheirSets) {
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, CreateCertificate(certificate.Out()));
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   const Bytes key(128, 0x5A);
-  ASSERT_EQ(0U, SetCertificateGostR34102001PublicKey(certificate, key.data(), SizeOf(key)));
+  Call(SetCertificateGostR34102001PublicKey, certificate, key);
   uint32_t sets[3] = {};
   const auto check = [&](uint32_t algorithm, uint8_t mode, uint32_t publicKey, uint32_t digest) {
-    EXPECT_EQ(0U, SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters(certificate, algorithm, mode, publicKey,
-                                                                               digest, 1));
+    Call(SetCertificateGostR34102001PublicKeyAlgorithmIdAndParameters, certificate, algorithm, mode, publicKey, digest,
+         1);
     uint32_t length = 0;
     return GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0], &sets[1], &sets[2]);
   };
@@ -193,12 +193,12 @@ TEST(Algorithms, OfGostKeysBelongToTheirSets) {
   EXPECT_EQ(TESSEL_INVALID_KEY, check(3000, 0, 7, 3));
   EXPECT_EQ(TESSEL_INVALID_KEY, check(3000, 0xFF, 7, 3));
   EXPECT_EQ(TESSEL_INVALID_KEY, check(1, 1, 7, 3)) << "RSA";
-  const Bytes unknown = Counted("1.2.840.10045.2.1");
-  ASSERT_EQ(0U, SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, unknown.data(), nullptr, 0));
+  Call(SetCertificatePublicKeyAlgorithmOidAndParameters, certificate, ObjectIdentifier("1.2.840.10045.2.1"), nullptr,
+       0);
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_UNKNOWN_OID,
             GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0], &sets[1], &sets[2]));
-  EXPECT_EQ(key, FetchFrom<Certificate>(certificate, GetCertificatePublicKeyGostR3410));
+  EXPECT_EQ(key, FetchChecked(GetCertificatePublicKeyGostR3410, certificate));
   const Bytes wide(254, 1);
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 254));
   EXPECT_EQ(0U, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 253));

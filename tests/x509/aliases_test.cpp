@@ -7,21 +7,15 @@
 #include "support/octets.h"
 #include "support/samples.h"
 #include "tessel/tessel.h"
-#include "tessel/tessel.hpp"
 #include "x509/certificate.h"
 
 namespace test {
 namespace {
 
-using tessel::Call;
-using tessel::Make;
-using tessel::ObjectIdentifier;
-using tessel::Try;
-
 Bytes ContentOf(const Asn1Value& value) { return {value.data, value.data + value.length}; }
 
 // A decoded certificate whose members have been set since, so that they are allocations of their own.
-tessel::Owned<Certificate> ChangedCertificate() {
+Owned<Certificate> ChangedCertificate() {
   auto certificate = Make(DecodeCertificate, ReadSample("gost.pem"));
   Call(SetCertificateSignatureAlgorithmOidAndParameters, certificate, ObjectIdentifier("1.2.840.113549.1.1.10"),
        FromHex("30 0D 06 09 60 86 48 01 65 03 04 02 01"));
@@ -74,11 +68,11 @@ TEST(Aliases, ExtensionsAreRemovedByAnIdentifierInOneOfThem) {
     Call(AddX509ExtensionsExtension, &slot, purpose, 0, FromHex(value));
     Call(AddX509ExtensionsExtension, &slot, ObjectIdentifier("1.2.3"), 0, FromHex(value));
   }
-  const tessel::Owned<X509Extensions> list(slot.list);
+  const Owned<X509Extensions> list(slot.list);
   // Members that are allocations of their own.
   Call(SetX509Extension, slot.list->At(0), purpose, 0, FromHex("03 55 1D 25"));
   Call(RemoveX509ExtensionsExtension2, &slot, slot.list->At(0)->extnValue->data);
-  EXPECT_EQ(3U, tessel::Get(GetX509ExtensionsExtensionsCount, &slot));
+  EXPECT_EQ(3U, Get(GetX509ExtensionsExtensionsCount, &slot));
   uint32_t index = 0;
   EXPECT_EQ(TESSEL_NOT_FOUND, Try(FindX509Extension, &slot, purpose, &index));
 }
@@ -87,9 +81,9 @@ TEST(Aliases, ExtensionsAreRemovedByAnIdentifierInOneOfThem) {
 TEST(Aliases, APartOfAnotherObjectIsNotTaken) {
   const auto certificate = Make(DecodeCertificate, ReadSample("gost.pem"));
   const auto names = Make(DecodeX509GeneralNames, FromHex("30 06 82 01 61 82 01 62"));
-  X509Name* const subject = tessel::Get(GetCertificateSubject, certificate);
+  X509Name* const subject = Get(GetCertificateSubject, certificate);
   X509GeneralName* const inner = names->At(0);
-  const Bytes before = tessel::Fetch(EncodeCertificate, certificate);
+  const Bytes before = Fetch(EncodeCertificate, certificate);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(SetCertificateIssuer_i, certificate, subject, 0));
   const auto access = Make(CreateExtensionAuthorityInformationAccess);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
@@ -99,7 +93,7 @@ TEST(Aliases, APartOfAnotherObjectIsNotTaken) {
   const auto certificates =
       Make(DecodeCertificates, FromHex("30 82") + Bytes{uint8_t(before.size() >> 8), uint8_t(before.size())} + before);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, certificates, certificates->At(0)));
-  EXPECT_EQ(before, tessel::Fetch(EncodeCertificate, certificate));
+  EXPECT_EQ(before, Fetch(EncodeCertificate, certificate));
   // The name that a member holds is no other object's: it stays.
   EXPECT_EQ(TESSEL_OK, Try(SetCertificateSubject_i, certificate, subject, 0));
 }

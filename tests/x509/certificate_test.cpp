@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "support/damage.h"
 #include "support/objects.h"
 #include "support/octets.h"
@@ -38,17 +40,13 @@ TEST(Certificate, RealOnesSurviveTheRoundTrip) {
   for (const Sample& sample : ::test::Certificates()) {
     SCOPED_TRACE(sample.file);
     const NotDer expectation = ExpectationOf(sample);
-    OwnedCertificate copy;
-    Bytes octets;
-    {
-      const Guarded input(sample.octets);
-      OwnedCertificate certificate;
-      ASSERT_EQ(expectation.status, DecodeCertificate(input.Data(), input.Size(), certificate.Out()));
-      if (expectation.status != TESSEL_OK) continue;
-      octets = FetchFrom<Certificate>(certificate, EncodeCertificate);
-      ASSERT_EQ(0U, CreateCertificateCopy(certificate, copy.Out()));
-    }
-    EXPECT_EQ(octets, FetchFrom<Certificate>(copy, EncodeCertificate));
+    Owned<Certificate> certificate;
+    ASSERT_EQ(expectation.status, Try(DecodeCertificate, Guarded(sample.octets), certificate.Out()));
+    if (expectation.status != TESSEL_OK) continue;
+    const Bytes octets = FetchChecked(EncodeCertificate, certificate);
+    const Owned<Certificate> copy = Make(CreateCertificateCopy, certificate);
+    certificate.Reset();
+    EXPECT_EQ(octets, FetchChecked(EncodeCertificate, copy));
     EXPECT_EQ(sample.octets.size(), octets.size() + expectation.octetsLeftOut);
     if (expectation.octetsLeftOut == 0) {
       EXPECT_EQ(ToHex(sample.octets), ToHex(octets));
@@ -63,9 +61,7 @@ TEST(Certificate, LengthsInsideNeedNotBeMinimal) {
   const size_t size = original.size() - 4 + 1;
   const Bytes headers{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size), 0x30, 0x83, 0x00};
   const Bytes octets = headers + Bytes(original.begin() + 6, original.end());
-  OwnedCertificate certificate;
-  ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out()));
-  EXPECT_EQ(original, FetchFrom<Certificate>(certificate, EncodeCertificate));
+  EXPECT_EQ(original, FetchChecked(EncodeCertificate, Make(DecodeCertificate, octets)));
 }
 
 // The same of a version, which may be a DEFAULT that is not written.
@@ -93,93 +89,74 @@ TEST(Certificate, VersionsNeedNotBeWrittenAsTheyWereRead) {
       {"A0 03 02 01 00", Bytes()},
   };
   for (const auto& c : cases) {
-    const Bytes octets = with(FromHex(c.read));
-    OwnedCertificate certificate;
-    ASSERT_EQ(0U, DecodeCertificate(octets.data(), SizeOf(octets), certificate.Out())) << c.read;
-    EXPECT_EQ(with(c.written), FetchFrom<Certificate>(certificate, EncodeCertificate)) << c.read;
+    SCOPED_TRACE(c.read);
+    EXPECT_EQ(with(c.written), FetchChecked(EncodeCertificate, Make(DecodeCertificate, with(FromHex(c.read)))));
   }
 }
 
 TEST(Certificate, DamageIsSurvived) {
-  ExpectDamageIsSurvived<OwnedCertificate>(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate,
-                                           EncodeCertificate);
-}
-
-OwnedCertificate NewCertificate() {
-  OwnedCertificate certificate;
-  EXPECT_EQ(0U, CreateCertificate(certificate.Out()));
-  return certificate;
+  ExpectDamageIsSurvived(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate, EncodeCertificate);
 }
 
 TEST(Certificate, NewOnesAreIncomplete) {
-  const OwnedCertificate certificate = NewCertificate();
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_ABSENT, EncodeCertificate(certificate, nullptr, &length));
-  OwnedCertificate copy;
+  Owned<Certificate> copy;
   EXPECT_EQ(0U, CreateCertificateCopy(certificate, copy.Out()));
 }
 
 TEST(Certificate, VersionAndSerialNumber) {
-  const OwnedCertificate certificate = NewCertificate();
-  int32_t version = 77;
-  EXPECT_EQ(0U, GetCertificateVersion(certificate, &version));
-  EXPECT_EQ(0, version);
+  const Owned<Certificate> certificate = Make(CreateCertificate);
+  EXPECT_EQ(0, Get(GetCertificateVersion, certificate));
   certificate->tbsCertificate->version = nullptr;  // as a tree that was built by hand may have it
+  int32_t version = 77;
   EXPECT_EQ(TESSEL_ABSENT, GetCertificateVersion(certificate, &version));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateVersion(certificate, 3));
   EXPECT_EQ(0U, SetCertificateVersion(certificate, 2));
-  EXPECT_EQ(0U, GetCertificateVersion(certificate, &version));
-  EXPECT_EQ(2, version);
+  EXPECT_EQ(2, Get(GetCertificateVersion, certificate));
 
   const Bytes serial = FromHex("00 00 05");
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateSerialNumber(certificate, serial.data(), 0));
   EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, serial.data(), 3));
-  EXPECT_EQ(serial, FetchFrom<Certificate>(certificate, GetCertificateSerialNumber)) << "as it was given";
+  EXPECT_EQ(serial, FetchChecked(GetCertificateSerialNumber, certificate)) << "as it was given";
   uint32_t length = 0;
   const uint8_t* lent = ptr_GetCertificateSerialNumber(certificate, &length);
   EXPECT_EQ(serial, Bytes(lent, lent + length));
   EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, lent + 1, 2)) << "out of what it replaces";
-  EXPECT_EQ("00 05", ToHex(FetchFrom<Certificate>(certificate, GetCertificateSerialNumber)));
+  EXPECT_EQ("00 05", ToHex(FetchChecked(GetCertificateSerialNumber, certificate)));
   EXPECT_EQ(nullptr, ptr_GetCertificateSerialNumber(nullptr, &length));
 }
 
 TEST(Certificate, NamesAreLentCopiedAndTaken) {
-  const OwnedCertificate certificate = NewCertificate();
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   X509Name* issuer = nullptr;
   ASSERT_EQ(0U, GetCertificateIssuer(certificate, &issuer)) << "an empty name is made";
-  uint32_t count = 77;
-  EXPECT_EQ(0U, GetX509NameRdnCount(issuer, &count));
-  EXPECT_EQ(0U, count);
-  const Bytes oid = Counted("2.5.4.3");
-  EXPECT_EQ(0U, AddX509NameEntry(issuer, oid.data(), 4, 12, oid.data(), 1));
+  EXPECT_EQ(0U, Get(GetX509NameRdnCount, issuer));
+  Call(AddX509NameEntry, issuer, "name", 12, ObjectIdentifier("2.5.4.3"), 1);
   EXPECT_EQ(0U, SetCertificateSubject(certificate, issuer));
-  X509Name* subject = nullptr;
-  ASSERT_EQ(0U, GetCertificateSubject(certificate, &subject));
+  X509Name* subject = Get(GetCertificateSubject, certificate);
   EXPECT_NE(issuer, subject);
   EXPECT_EQ(0U, CompareX509Names(issuer, subject));
   EXPECT_EQ(0U, SetCertificateSubject(certificate, subject)) << "its own copy";
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
-  X509Name* const given = name.Release();
+  X509Name* const given = Make(CreateX509Name).Release();
   EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0));
   EXPECT_EQ(0U, SetCertificateSubject_i(certificate, given, 0)) << "which it has already";
-  EXPECT_EQ(0U, GetCertificateSubject(certificate, &subject));
-  EXPECT_EQ(given, subject);
-  EXPECT_EQ(0U, SetCertificateIssuer_i(certificate, subject, 1));
-  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &issuer));
-  EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(issuer, subject)) << "both have no RDN";
+  EXPECT_EQ(given, Get(GetCertificateSubject, certificate));
+  EXPECT_EQ(0U, SetCertificateIssuer_i(certificate, given, 1));
+  EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(Get(GetCertificateIssuer, certificate), given)) << "both have no RDN";
 }
 
 TEST(Certificate, TimesAreWrittenByTheirYear) {
-  const OwnedCertificate certificate = NewCertificate();
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   for (const auto& [year, index] : {std::pair{2049U, 0U}, {2050U, 1U}}) {
-    EXPECT_EQ(0U, SetCertificateValidNotAfter(certificate, TimeOf(year, 2, 3)));
+    Call(SetCertificateValidNotAfter, certificate, TimeOf(year, 2, 3));
     EXPECT_EQ(index, certificate->tbsCertificate->validity->notAfter->index);
   }
 }
 
 TEST(Certificate, UniqueIdsAreRemovedByNull) {
-  const OwnedCertificate certificate = NewCertificate();
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   const Bytes octets = FromHex("FF FF");
   uint32_t length = 0;
   uint8_t unused = 77;
@@ -188,7 +165,7 @@ TEST(Certificate, UniqueIdsAreRemovedByNull) {
   };
   EXPECT_EQ(0U, SetCertificateIssuerUniqueId(certificate, octets.data(), 2, 3));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateIssuerUniqueId(certificate, octets.data(), 2, 8));
-  EXPECT_EQ("FF F8", ToHex(Fetch(read)));
+  EXPECT_EQ("FF F8", ToHex(FetchChecked(read)));
   EXPECT_EQ(3, unused);
   EXPECT_EQ(0U, SetCertificateIssuerUniqueId(certificate, nullptr, 2, 0));
   EXPECT_EQ(TESSEL_ABSENT, read(nullptr, &length));
@@ -198,9 +175,9 @@ TEST(Certificate, UniqueIdsAreRemovedByNull) {
 }
 
 TEST(Certificate, WithoutAToBeSignedPart) {
-  const OwnedCertificate whole = NewCertificate();
+  const Owned<Certificate> whole = Make(CreateCertificate);
   const Bytes octets = FromHex("01 02");
-  ASSERT_EQ(0U, SetCertificateSignature(whole, octets.data(), 2));
+  Call(SetCertificateSignature, whole, octets);
   Certificate part{nullptr, whole->signatureAlgorithm, whole->signatureValue};
   uint32_t length = 0;
   X509ExtensionsSlot* slot = nullptr;
@@ -216,7 +193,7 @@ TEST(Certificate, WithoutAToBeSignedPart) {
 }
 
 TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
-  const OwnedCertificate certificate = NewCertificate();
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   const auto expectBoth = [&](const char* oid, uint32_t parametersLength) {
     for (const AlgorithmIdentifier* each : {certificate->tbsCertificate->signature, certificate->signatureAlgorithm}) {
       EXPECT_EQ(1U, IsOidAndAsn1ObjectIdentifierEquals(Counted(oid).data(), each->algorithm));
@@ -234,53 +211,47 @@ TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
 }
 
 TEST(Certificate, ExtensionsInPlace) {
-  const OwnedCertificate certificate = NewCertificate();
-  X509ExtensionsSlot* slot = nullptr;
-  ASSERT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-  const Bytes usage = Counted("2.5.29.15");
-  EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, usage.data(), 1, usage.data(), 2));
+  const Owned<Certificate> certificate = Make(CreateCertificate);
+  X509ExtensionsSlot* slot = Get(GetCertificateExtensions, certificate);
+  const ObjectIdentifier usage("2.5.29.15");
+  Call(AddX509ExtensionsExtension, slot, usage, 1, "value");
   EXPECT_EQ(0U, SetCertificateExtensions(certificate, slot)) << "a copy of its own";
-  const OwnedCertificate other = NewCertificate();
-  uint32_t length = 0;
+  const Owned<Certificate> other = Make(CreateCertificate);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificateExtensions(other, nullptr));
   EXPECT_EQ(0U, SetCertificateExtensions(other, slot));
-  EXPECT_EQ(0U, GetCertificateExtensionValue(other, usage.data(), nullptr, &length));
+  EXPECT_EQ(ToBytes("value"), FetchChecked(GetCertificateExtensionValue, other, usage));
 
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "http://a/, b"));
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "c"));
-  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63", ToHex(Fetch([&](auto... out) {
-              return GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), out...);
-            })));
-  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &length));
-  EXPECT_EQ(2U, length);
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63",
+            ToHex(Fetch(GetCertificateExtensionValue, certificate, ObjectIdentifier("2.5.29.31"))));
+  EXPECT_EQ(2U, Get(GetX509ExtensionsExtensionsCount, slot));
   const std::string longest(2048 - 20, 'u');
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, longest.c_str()));
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL,
             SetCertificateExtensionCrlDistributionPoints(certificate, (longest + "u").c_str()));
 }
 
-// The display string of a subject whose common names have these values.
+// The display string of a subject whose common names have these values, or the status when there is none.
 std::string DisplayText(const Bytes& serial, std::initializer_list<std::pair<uint32_t, Bytes>> commonNames) {
-  const OwnedCertificate certificate = NewCertificate();
-  EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, serial.data(), SizeOf(serial)));
-  X509Name* subject = nullptr;
-  EXPECT_EQ(0U, GetCertificateSubject(certificate, &subject));
+  const Owned<Certificate> certificate = Make(CreateCertificate);
+  Call(SetCertificateSerialNumber, certificate, serial);
+  X509Name* subject = Get(GetCertificateSubject, certificate);
   for (const auto& [type, value] : commonNames) {
-    EXPECT_EQ(0U, AddX509NameEntry(subject, value.data(), SizeOf(value), type, Counted("2.5.4.10").data(), 1));
-    EXPECT_EQ(0U, AddX509NameEntry(subject, value.data(), SizeOf(value), type, Counted("2.5.4.3").data(), 0));
-    EXPECT_EQ(0U, AddX509NameEntry(subject, value.data(), SizeOf(value), type, Counted("2.5.4.3").data(), 0));
+    Call(AddX509NameEntry, subject, value, type, ObjectIdentifier("2.5.4.10"), 1);
+    Call(AddX509NameEntry, subject, value, type, ObjectIdentifier("2.5.4.3"), 0);
+    Call(AddX509NameEntry, subject, value, type, ObjectIdentifier("2.5.4.3"), 0);
   }
-  char buffer[1024];
   uint32_t length = 0;
   const uint32_t status = GetCertificateCN(certificate, nullptr, &length);
   if (status != TESSEL_OK) return std::to_string(status);
-  uint32_t capacity = length - 1;
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, GetCertificateCN(certificate, buffer, &capacity));
-  EXPECT_EQ(length, capacity);
-  EXPECT_EQ(0U, GetCertificateCN(certificate, buffer, &capacity));
-  EXPECT_EQ(length - 1, capacity);
-  EXPECT_EQ('\0', buffer[capacity]);
-  return {buffer, capacity};
+  std::string text(length, 'x');
+  EXPECT_EQ(0U, GetCertificateCN(certificate, text.data(), &length));
+  EXPECT_EQ(text.size() - 1, length) << "the NUL does not count any more";
+  EXPECT_EQ('\0', text.back());
+  text.pop_back();
+  EXPECT_EQ(ToBytes(text), FetchChecked(GetCertificateCN, certificate));
+  return text;
 }
 
 TEST(Certificate, DisplayText) {
@@ -299,32 +270,28 @@ TEST(Certificate, DisplayText) {
 }
 
 TEST(Certificates, AreAListThatOwnsItsElements) {
-  ::Certificates* list = nullptr;
-  ASSERT_EQ(0U, CreateCertificates(&list));
+  Owned<::Certificates> list = Make(CreateCertificates);
   Bytes all;
-  Certificate* lent = nullptr;
   for (uint32_t i = 0; i < 30; ++i) {
     const Sample& sample = ::test::Certificates()[i];
-    Certificate* certificate = nullptr;
-    ASSERT_EQ(0U, DecodeCertificate(sample.octets.data(), SizeOf(sample.octets), &certificate));
-    ASSERT_EQ(0U, AddCertificateToCertificates(list, certificate));
-    ASSERT_EQ(0U, GetCertificatesCertificate(list, i, &lent));
-    EXPECT_EQ(certificate, lent);
+    Owned<Certificate> certificate = Make(DecodeCertificate, sample.octets);
+    const Certificate* const given = certificate;
+    Call(AddCertificateToCertificates, list, std::move(certificate));
+    EXPECT_EQ(given, Get(GetCertificatesCertificate, list, i));
     all += sample.octets;
   }
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddCertificateToCertificates(list, nullptr));
-  ::Certificates* copy = nullptr;
-  ASSERT_EQ(0U, CreateCertificatesCopy(list, &copy));
-  FreeCertificates(list);
-  const Bytes octets = FetchFrom<::Certificates>(copy, EncodeCertificates);
+  const Owned<::Certificates> copy = Make(CreateCertificatesCopy, list);
+  list.Reset();
+  const Bytes octets = FetchChecked(EncodeCertificates, copy);
   ASSERT_GE(octets.size(), all.size());
   EXPECT_TRUE(std::equal(all.rbegin(), all.rend(), octets.rbegin()));
 
   // An empty slot is told, and does not stand in the way of freeing.
   FreeCertificate(static_cast<Certificate*>(copy->items[3]));
   copy->items[3] = nullptr;
+  Certificate* lent = nullptr;
   EXPECT_EQ(TESSEL_ABSENT, GetCertificatesCertificate(copy, 3, &lent));
-  FreeCertificates(copy);
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string_view>
+#include <utility>
+
 #include "support/objects.h"
 #include "support/octets.h"
 #include "support/tree.h"
@@ -8,66 +11,52 @@
 namespace test {
 namespace {
 
-template <class List>
-uint32_t CountOf(uint32_t(TESSEL_CALL* count)(const List*, uint32_t*), const List* list) {
-  uint32_t number = 77;
-  EXPECT_EQ(0U, count(list, &number));
-  return number;
-}
-
-OwnedGeneralNames NamesOf(const char* uri) {
-  OwnedGeneralNames names;
-  EXPECT_EQ(0U, CreateX509GeneralNames(names.Out()));
-  EXPECT_EQ(0U, AddX509GeneralName(names, 6, reinterpret_cast<const uint8_t*>(uri), 1));
+Owned<X509GeneralNames> NamesOf(std::string_view uri) {
+  Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
+  Call(AddX509GeneralName, names, 6, uri);
   return names;
 }
 
 TEST(ExtendedKeyUsage, IsAListOfIdentifiers) {
-  OwnedPurposes list;
-  ASSERT_EQ(0U, CreateExtensionExtendedKeyUsage(list.Out()));
+  const Owned<ExtensionExtendedKeyUsage> list = Make(CreateExtensionExtendedKeyUsage);
   const Bytes any = Counted("2.5.29.37.0");
-  EXPECT_EQ(0U, AddExtensionExtendedKeyUsage(list, Counted("1.3.6.1.5.5.7.3.1").data()));
-  EXPECT_EQ(0U, AddExtensionExtendedKeyUsage(list, any.data()));
-  const Bytes octets = FetchFrom<ExtensionExtendedKeyUsage>(list, EncodeExtensionExtendedKeyUsage);
+  Call(AddExtensionExtendedKeyUsage, list, ObjectIdentifier("1.3.6.1.5.5.7.3.1"));
+  Call(AddExtensionExtendedKeyUsage, list, any.data());
+  const Bytes octets = FetchChecked(EncodeExtensionExtendedKeyUsage, list);
   EXPECT_EQ("30 10 06 08 2B 06 01 05 05 07 03 01 06 04 55 1D 25 00", ToHex(octets));
-  OwnedPurposes decoded;
-  ASSERT_EQ(0U, DecodeExtensionExtendedKeyUsage(octets.data(), SizeOf(octets), decoded.Out()));
-  EXPECT_EQ(any, Fetch([&](auto... out) { return GetExtensionExtendedKeyUsage(decoded, 1, out...); }));
+  const Owned<ExtensionExtendedKeyUsage> decoded = Make(DecodeExtensionExtendedKeyUsage, octets);
+  EXPECT_EQ(any, FetchChecked(GetExtensionExtendedKeyUsage, decoded, 1));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveExtensionExtendedKeyUsage(decoded, 2));
   EXPECT_EQ(0U, RemoveExtensionExtendedKeyUsage(decoded, 0));
-  EXPECT_EQ(1U, CountOf<ExtensionExtendedKeyUsage>(GetExtensionExtendedKeyUsageCount, decoded));
+  EXPECT_EQ(1U, Get(GetExtensionExtendedKeyUsageCount, decoded));
 }
 
 TEST(AuthorityInformationAccess, TakesItsNames) {
-  OwnedAccess list;
-  ASSERT_EQ(0U, CreateExtensionAuthorityInformationAccess(list.Out()));
+  const Owned<ExtensionAuthorityInformationAccess> list = Make(CreateExtensionAuthorityInformationAccess);
   const Bytes method = Counted("1.3.6.1.5.5.7.48.1");
-  OwnedGeneralName location;
-  ASSERT_EQ(0U, AllocX509GeneralNameValue(location.Out(), 6, reinterpret_cast<const uint8_t*>("u"), 1));
+  Owned<X509GeneralName> location = Make(AllocX509GeneralNameValue, 6, "u");
   X509GeneralName* const given = location;
-  ExpectNullsRefused(AddExtensionAuthorityInformationAccess, static_cast<ExtensionAuthorityInformationAccess*>(list),
-                     method.data(), given);
-  EXPECT_EQ(0U, AddExtensionAuthorityInformationAccess(list, method.data(), location.Release()));
+  ExpectNullsRefused(AddExtensionAuthorityInformationAccess, list.Get(), method.data(), given);
+  Call(AddExtensionAuthorityInformationAccess, list, method.data(), std::move(location));
   X509GeneralName* lent = nullptr;
-  EXPECT_EQ(method, Fetch([&](auto... out) { return GetExtensionAuthorityInformationAccess(list, 0, out..., &lent); }));
+  EXPECT_EQ(method,
+            FetchChecked([&](auto... out) { return GetExtensionAuthorityInformationAccess(list, 0, out..., &lent); }));
   EXPECT_EQ(given, lent);
   EXPECT_EQ("30 0F 30 0D 06 08 2B 06 01 05 05 07 30 01 86 01 75",
-            ToHex(FetchFrom<ExtensionAuthorityInformationAccess>(list, EncodeExtensionAuthorityInformationAccess)));
+            ToHex(FetchChecked(EncodeExtensionAuthorityInformationAccess, list)));
   EXPECT_EQ(0U, RemoveExtensionAuthorityInformationAccess(list, 0));
-  EXPECT_EQ(0U, CountOf<ExtensionAuthorityInformationAccess>(GetExtensionAuthorityInformationAccessCount, list));
+  EXPECT_EQ(0U, Get(GetExtensionAuthorityInformationAccessCount, list));
 }
 
 TEST(CrlDistributionPoints, HoldWhatTheyAreGiven) {
-  OwnedPoints list;
-  ASSERT_EQ(0U, CreateExtensionCrlDistributionPoints(list.Out()));
+  const Owned<ExtensionCrlDistributionPoints> list = Make(CreateExtensionCrlDistributionPoints);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionCrlDistributionPoint(list, nullptr, nullptr, 0, nullptr));
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionCrlDistributionPoint(list, NamesOf("x"), name, 0, nullptr));
-  EXPECT_EQ(0U, AddExtensionCrlDistributionPoint(list, NamesOf("a").Release(), nullptr, 0x60, NamesOf("b").Release()));
-  EXPECT_EQ(0U, AddExtensionCrlDistributionPoint(list, nullptr, name.Release(), 0, nullptr));
-  EXPECT_EQ(0U, AddExtensionCrlDistributionPoint(list, nullptr, nullptr, 0x8000, nullptr));
-  const Bytes octets = FetchFrom<ExtensionCrlDistributionPoints>(list, EncodeExtensionCrlDistributionPoints);
+  Owned<X509Name> name = Make(CreateX509Name);
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, list, NamesOf("x"), name, 0, nullptr));
+  Call(AddExtensionCrlDistributionPoint, list, NamesOf("a"), nullptr, 0x60, NamesOf("b"));
+  Call(AddExtensionCrlDistributionPoint, list, nullptr, std::move(name), 0, nullptr);
+  Call(AddExtensionCrlDistributionPoint, list, nullptr, nullptr, 0x8000, nullptr);
+  const Bytes octets = FetchChecked(EncodeExtensionCrlDistributionPoints, list);
   EXPECT_EQ("30 1F 30 10 A0 05 A0 03 86 01 61 81 02 05 60 A2 03 86 01 62 30 04 A0 02 A1 00 30 05 81 03 07 00 80",
             ToHex(octets));
   X509GeneralNames* full = nullptr;
@@ -86,9 +75,8 @@ TEST(CrlDistributionPoints, HoldWhatTheyAreGiven) {
 TEST(CertificatePolicies, WithQualifiers) {
   const Bytes octets = FromHex(
       "30 22 30 04 06 02 2A 03 30 1A 06 02 2A 04 30 14 30 08 06 03 2A 05 01 16 01 61 30 08 06 03 2A 05 02 16 01 62");
-  OwnedPolicies list;
-  ASSERT_EQ(0U, DecodeExtensionCertificatePolicies(octets.data(), SizeOf(octets), list.Out()));
-  EXPECT_EQ("02 2A 04", ToHex(Fetch([&](auto... out) { return GetExtensionPolicyInformation(list, 1, out...); })));
+  const Owned<ExtensionCertificatePolicies> list = Make(DecodeExtensionCertificatePolicies, octets);
+  EXPECT_EQ("02 2A 04", ToHex(FetchChecked(GetExtensionPolicyInformation, list, 1)));
   uint8_t id[4];
   uint8_t qualifier[3];
   const auto get = [&](uint32_t policy, uint32_t index, uint32_t idCapacity, uint32_t capacity) {
@@ -105,27 +93,21 @@ TEST(CertificatePolicies, WithQualifiers) {
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveExtensionPolicyQualifier(list, policy, index));
   }
   EXPECT_EQ(0U, RemoveExtensionPolicyQualifier(list, 1, 0));
-  uint32_t count = 77;
-  EXPECT_EQ(0U, GetExtensionPolicyQualifiersCount(list, 1, &count));
-  EXPECT_EQ(1U, count);
-  EXPECT_EQ(0U, GetExtensionPolicyQualifiersCount(list, 0, &count));
-  EXPECT_EQ(0U, count);
+  EXPECT_EQ(1U, Get(GetExtensionPolicyQualifiersCount, list, 1));
+  EXPECT_EQ(0U, Get(GetExtensionPolicyQualifiersCount, list, 0));
   EXPECT_EQ(0U, RemoveExtensionPolicyInformation(list, 1));
-  EXPECT_EQ(1U, CountOf<ExtensionCertificatePolicies>(GetExtensionPolicyInformationCount, list));
+  EXPECT_EQ(1U, Get(GetExtensionPolicyInformationCount, list));
 }
 
 TEST(CertificatePolicies, AnAddedQualifierReadsAsThePolicy) {
-  OwnedPolicies list;
-  ASSERT_EQ(0U, CreateExtensionCertificatePolicies(list.Out()));
-  uint32_t index = 77;
-  EXPECT_EQ(0U, AddExtensionPolicyInformation(list, Counted("1.2.3").data(), nullptr));
-  EXPECT_EQ(0U, AddExtensionPolicyInformation(list, Counted("1.2.4").data(), &index));
-  EXPECT_EQ(1U, index);
+  const Owned<ExtensionCertificatePolicies> list = Make(CreateExtensionCertificatePolicies);
+  Call(AddExtensionPolicyInformation, list, ObjectIdentifier("1.2.3"), nullptr);
+  EXPECT_EQ(1U, Get(AddExtensionPolicyInformation, list, ObjectIdentifier("1.2.4")));
   const Bytes qualifier = FromHex("16 01 61");
   const Bytes id = Counted("1.3.6.1.5.5.7.2.1");
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionPolicyQualifier(list, 2, id.data(), qualifier.data(), 3));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionPolicyQualifier(list, 1, nullptr, qualifier.data(), 3));
-  for (int i = 0; i < 12; ++i) EXPECT_EQ(0U, AddExtensionPolicyQualifier(list, 1, id.data(), qualifier.data(), 3));
+  for (int i = 0; i < 12; ++i) Call(AddExtensionPolicyQualifier, list, 1, id.data(), qualifier);
   uint8_t buffer[16];
   uint32_t idLength = 16;
   uint32_t length = 16;
@@ -133,13 +115,11 @@ TEST(CertificatePolicies, AnAddedQualifierReadsAsThePolicy) {
   EXPECT_EQ("02 2A 04", ToHex(Bytes(buffer, buffer + idLength)));
   EXPECT_EQ(0U, length);
   EXPECT_EQ(TESSEL_ABSENT, EncodeExtensionCertificatePolicies(list, nullptr, &length));
-  void* copy = nullptr;
-  EXPECT_EQ(0U, Copy(ExtensionCertificatePoliciesItem, list, &copy));
+  Tree copy(ExtensionCertificatePoliciesItem);
+  EXPECT_EQ(0U, Copy(copy.Item(), list, copy.Out()));
   EXPECT_EQ(0U, RemoveExtensionPolicyQualifier(list, 1, 0));
   EXPECT_EQ(0U, RemoveExtensionPolicyInformation(list, 1));
-  EXPECT_EQ("30 06 30 04 06 02 2A 03",
-            ToHex(FetchFrom<ExtensionCertificatePolicies>(list, EncodeExtensionCertificatePolicies)));
-  FreeExtensionCertificatePolicies(static_cast<ExtensionCertificatePolicies*>(copy));
+  EXPECT_EQ("30 06 30 04 06 02 2A 03", ToHex(FetchChecked(EncodeExtensionCertificatePolicies, list)));
 }
 
 }  // namespace

@@ -17,17 +17,16 @@ TEST(ExtensionValues, NamedBits) {
   } cases[] = {
       {0x06, "03 02 01 06"}, {0x80FE, "03 03 07 FE 80"}, {0, "03 01 00"}, {0x01000000, "03 05 00 00 00 00 01"}};
   for (const auto& c : cases) {
-    const Bytes octets = Fetch([&](auto... out) { return EncodeExtensionKeyUsage(c.bits, out...); });
+    const Bytes octets = FetchChecked(EncodeExtensionKeyUsage, c.bits);
     EXPECT_EQ(c.encoding, ToHex(octets));
-    EXPECT_EQ(octets, Fetch([&](auto... out) { return EncodeExtensionNetscapeCertificateType(c.bits, out...); }));
+    EXPECT_EQ(octets, FetchChecked(EncodeExtensionNetscapeCertificateType, c.bits));
     uint32_t bits = 0xEEEEEEEE;
-    EXPECT_EQ(0U, DecodeExtensionNetscapeCertificateType(octets.data(), SizeOf(octets), &bits));
+    EXPECT_EQ(0U, Try(DecodeExtensionNetscapeCertificateType, octets, &bits));
     EXPECT_EQ(c.bits, bits);
   }
   uint32_t bits = 0;
   const Bytes wide = FromHex("03 06 00 01 02 03 04 05");
-  EXPECT_EQ(0U, DecodeExtensionKeyUsage(wide.data(), SizeOf(wide), &bits));
-  EXPECT_EQ(0x04030201U, bits) << "32 bits, and no more";
+  EXPECT_EQ(0x04030201U, Get(DecodeExtensionKeyUsage, wide)) << "32 bits, and no more";
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionNetscapeCertificateType(wide.data(), 0, &bits));
 }
 
@@ -43,25 +42,22 @@ TEST(ExtensionValues, OfOneNode) {
       {EncodeExtensionDeltaCrlIndicator, DecodeExtensionDeltaCrlIndicator, "02 02 00 80"},
   };
   for (const auto& c : cases) {
-    const Bytes octets = Fetch([&](auto... out) { return c.encode(number.data(), 2, out...); });
+    const Bytes octets = FetchChecked(c.encode, number);
     EXPECT_EQ(c.encoding, ToHex(octets));
-    EXPECT_EQ(number, Fetch([&](auto... out) { return c.decode(octets.data(), SizeOf(octets), out...); }));
+    EXPECT_EQ(number, FetchChecked(c.decode, octets));
   }
 
   for (const auto& [given, encoding] : {std::pair{1, "0A 01 01"}, {-1, "0A 01 FF"}, {128, "0A 02 00 80"}}) {
-    const Bytes octets = Fetch([code = given](auto... out) { return EncodeExtensionReasonCode(code, out...); });
+    const Bytes octets = FetchChecked(EncodeExtensionReasonCode, given);
     EXPECT_EQ(encoding, ToHex(octets));
-    int32_t decoded = 77;
-    EXPECT_EQ(0U, DecodeExtensionReasonCode(octets.data(), SizeOf(octets), &decoded));
-    EXPECT_EQ(given, decoded);
+    EXPECT_EQ(given, Get(DecodeExtensionReasonCode, octets));
   }
   int32_t reason = 0;
   const Bytes empty = FromHex("0A 00");
   EXPECT_EQ(TESSEL_MALFORMED, DecodeExtensionReasonCode(empty.data(), 2, &reason));
 
-  const OwnedTime time = TimeOf(2026, 11, 21);
-  const Bytes date = Fetch([&](auto... out) { return EncodeExtensionInvalidityDate(time, out...); });
-  EXPECT_EQ(FromHex("18 0F") + ToBytes("20261121123059Z"), date);
+  EXPECT_EQ(FromHex("18 0F") + ToBytes("20261121123059Z"),
+            FetchChecked(EncodeExtensionInvalidityDate, TimeOf(2026, 11, 21)));
 }
 
 TEST(ExtensionValues, BasicConstraints) {
@@ -72,40 +68,33 @@ TEST(ExtensionValues, BasicConstraints) {
     const char* encoding;
   } cases[] = {{1, kNone, "30 03 01 01 FF"}, {7, 0, "30 06 01 01 FF 02 01 00"}, {0, 300, "30 04 02 02 01 2C"}};
   for (const auto& c : cases) {
-    const Bytes octets =
-        Fetch([&](auto... out) { return EncodeExtensionBasicConstraints(c.cA, c.pathLength, out...); });
+    const Bytes octets = FetchChecked(EncodeExtensionBasicConstraints, c.cA, c.pathLength);
     EXPECT_EQ(c.encoding, ToHex(octets));
     uint8_t cA = 77;
     uint32_t pathLength = 77;
-    EXPECT_EQ(0U, DecodeExtensionBasicConstraints(octets.data(), SizeOf(octets), &cA, &pathLength));
+    EXPECT_EQ(0U, Try(DecodeExtensionBasicConstraints, octets, &cA, &pathLength));
     EXPECT_EQ(c.cA != 0 ? 0xFF : 0x00, cA);
     EXPECT_EQ(c.pathLength, pathLength);
   }
 }
 
 TEST(ExtensionValues, AuthorityKeyIdentifier) {
-  OwnedGeneralNames names;
-  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
-  const Bytes name = FromHex("30 00");
-  ASSERT_EQ(0U, AddX509GeneralName(names, 4, name.data(), 2));
+  const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
+  Call(AddX509GeneralName, names, 4, FromHex("30 00"));
   const Bytes key = FromHex("01 02 03");
   const Bytes serial = FromHex("00 FF");
   // Null with a length, and a pointer without one, both leave a field out.
-  EXPECT_EQ("30 00", ToHex(Fetch([&](auto... out) {
-              return EncodeExtensionAuthorityKeyIdentifier(nullptr, 3, nullptr, serial.data(), 0, out...);
-            })));
-  const Bytes octets = Fetch([&](auto... out) {
-    return EncodeExtensionAuthorityKeyIdentifier(key.data(), 3, names, serial.data(), 2, out...);
-  });
+  EXPECT_EQ("30 00", ToHex(FetchChecked(EncodeExtensionAuthorityKeyIdentifier, nullptr, 3, nullptr, serial.data(), 0)));
+  const Bytes octets = FetchChecked(EncodeExtensionAuthorityKeyIdentifier, key, names, serial);
   EXPECT_EQ("30 0F 80 03 01 02 03 A1 04 A4 02 30 00 82 02 00 FF", ToHex(octets));
   uint8_t buffer[8];
   const auto decode = [&](uint32_t keyCapacity, uint32_t serialCapacity, bool found) {
-    OwnedGeneralNames decoded;
-    const uint32_t status = DecodeExtensionAuthorityKeyIdentifier(octets.data(), SizeOf(octets), buffer, &keyCapacity,
-                                                                  decoded.Out(), buffer + 4, &serialCapacity);
+    Owned<X509GeneralNames> decoded;
+    const uint32_t status = Try(DecodeExtensionAuthorityKeyIdentifier, octets, buffer, &keyCapacity, decoded.Out(),
+                                buffer + 4, &serialCapacity);
     EXPECT_EQ(3U, keyCapacity);
     EXPECT_EQ(2U, serialCapacity);
-    EXPECT_EQ(found, decoded != nullptr);
+    EXPECT_EQ(found, static_cast<bool>(decoded));
     return status;
   };
   EXPECT_EQ(0U, decode(4, 4, true));
@@ -114,22 +103,21 @@ TEST(ExtensionValues, AuthorityKeyIdentifier) {
 }
 
 TEST(ExtensionValues, PrivateKeyUsagePeriod) {
-  const OwnedTime start = TimeOf(2020, 1, 2);
-  const OwnedTime end = TimeOf(2026, 11, 21);
-  const OwnedTime first = TimeOf(1999, 1, 1);
-  const OwnedTime second = TimeOf(1999, 1, 1);
-  const OwnedTime untouched = TimeOf(1999, 1, 1);
-  const Bytes octets = Fetch([&](auto... out) { return EncodeExtensionPrivateKeyUsagePeriod(nullptr, end, out...); });
+  const Owned<LibraryTime> start = TimeOf(2020, 1, 2);
+  const Owned<LibraryTime> end = TimeOf(2026, 11, 21);
+  const Owned<LibraryTime> first = TimeOf(1999, 1, 1);
+  const Owned<LibraryTime> second = TimeOf(1999, 1, 1);
+  const Owned<LibraryTime> untouched = TimeOf(1999, 1, 1);
+  const Bytes octets = FetchChecked(EncodeExtensionPrivateKeyUsagePeriod, nullptr, end);
   EXPECT_EQ(FromHex("30 11 81 0F") + ToBytes("20261121123059Z"), octets);
-  EXPECT_EQ(0U, DecodeExtensionPrivateKeyUsagePeriod(octets.data(), SizeOf(octets), first, second));
+  Call(DecodeExtensionPrivateKeyUsagePeriod, octets, first, second);
   EXPECT_EQ(0, CompareTime(first, untouched)) << "an absent field leaves its record";
   EXPECT_EQ(0, CompareTime(second, end));
-  const Bytes both = Fetch([&](auto... out) { return EncodeExtensionPrivateKeyUsagePeriod(start, end, out...); });
-  EXPECT_EQ(0U, DecodeExtensionPrivateKeyUsagePeriod(both.data(), SizeOf(both), first, second));
+  const Bytes both = FetchChecked(EncodeExtensionPrivateKeyUsagePeriod, start, end);
+  Call(DecodeExtensionPrivateKeyUsagePeriod, both, first, second);
   EXPECT_EQ(0, CompareTime(first, start));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionPrivateKeyUsagePeriod(both.data(), 0, first, second));
-  OwnedTime null;
-  ASSERT_EQ(0U, CreateLibraryTime(null.Out()));
+  const Owned<LibraryTime> null = Make(CreateLibraryTime);
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_INVALID_TIME, EncodeExtensionPrivateKeyUsagePeriod(null, end, nullptr, &length));
 }
@@ -158,21 +146,15 @@ Point DecodePoint(const Bytes& octets) {
 }
 
 TEST(ExtensionValues, IssuingDistributionPoint) {
-  OwnedGeneralNames names;
-  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
-  const Bytes uri = ToBytes("u");
-  ASSERT_EQ(0U, AddX509GeneralName(names, 6, uri.data(), 1));
-  OwnedName relative;
-  ASSERT_EQ(0U, CreateX509Name(relative.Out()));
-  const auto encode = [&](bool full, bool other, uint8_t userCerts, uint32_t reasons, uint8_t indirect) {
-    return Fetch([&](auto... out) {
-      return EncodeExtensionIssuingDistributionPoint(full ? names.Get() : nullptr, other ? relative.Get() : nullptr,
-                                                     userCerts, 1, 0xFF, 0, reasons, reasons != 0 ? 1 : 0, indirect,
-                                                     indirect, 0xFF, 1, out...);
-    });
+  const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
+  Call(AddX509GeneralName, names, 6, "u");
+  const Owned<X509Name> relative = Make(CreateX509Name);
+  const auto encode = [&](bool full, uint8_t userCerts, uint32_t reasons, uint8_t indirect) {
+    return FetchChecked(EncodeExtensionIssuingDistributionPoint, full ? names.Get() : nullptr, relative, userCerts, 1,
+                        0xFF, 0, reasons, reasons != 0 ? 1 : 0, indirect, indirect, 0xFF, 1);
   };
   // The full name goes first; the reasons are under [1], and read back with a TRUE [1] before them or without.
-  const Bytes all = encode(true, true, 0xFF, 0x60, 1);
+  const Bytes all = encode(true, 0xFF, 0x60, 1);
   EXPECT_EQ("30 14 A0 05 A0 03 86 01 75 81 01 FF 81 02 05 60 84 01 FF 85 01 FF", ToHex(all));
   Point point = DecodePoint(all);
   EXPECT_EQ(0U, point.status);
@@ -181,7 +163,7 @@ TEST(ExtensionValues, IssuingDistributionPoint) {
   EXPECT_EQ("FF 00 FF FF 96:1 4", point.flags);
   FreeX509GeneralNames(const_cast<X509GeneralNames*>(point.fullName));  // against the rules, and harmless
 
-  const Bytes reasonsAlone = encode(false, true, 0, 0x60, 0);
+  const Bytes reasonsAlone = encode(false, 0, 0x60, 0);
   EXPECT_EQ("30 0B A0 02 A1 00 81 02 05 60 85 01 FF", ToHex(reasonsAlone));
   point = DecodePoint(reasonsAlone);
   EXPECT_EQ(0U, point.status);

@@ -10,33 +10,35 @@
 namespace test {
 namespace {
 
+constexpr ObjectIdentifier kSubjectKeyIdentifier("2.5.29.14");
+constexpr ObjectIdentifier kKeyUsage("2.5.29.15");
+constexpr ObjectIdentifier kBasicConstraints("2.5.29.19");
+
 // A slot of the caller's own.
-class OwnedSlot {
+class Slot {
  public:
-  OwnedSlot() = default;
-  ~OwnedSlot() { FreeX509Extensions(slot_.list); }
-  OwnedSlot(const OwnedSlot&) = delete;
-  OwnedSlot& operator=(const OwnedSlot&) = delete;
+  Slot() = default;
+  ~Slot() { FreeX509Extensions(slot_.list); }
+  Slot(const Slot&) = delete;
+  Slot& operator=(const Slot&) = delete;
 
+  X509ExtensionsSlot* Get() { return &slot_; }
   operator X509ExtensionsSlot*() { return &slot_; }
+  X509ExtensionsSlot* operator->() { return &slot_; }
 
-  uint32_t Add(const char* oid, const Bytes& value, uint32_t critical = 0) {
-    return AddX509ExtensionsExtension(&slot_, Counted(oid).data(), critical, value.data(), SizeOf(value));
+  uint32_t Add(const ObjectIdentifier& oid, const Bytes& value, uint32_t critical = 0) {
+    return Try(AddX509ExtensionsExtension, &slot_, oid, critical, value);
   }
-  uint32_t Remove(const char* oid) { return RemoveX509ExtensionsExtension2(&slot_, Counted(oid).data()); }
+  uint32_t Remove(const ObjectIdentifier& oid) { return Try(RemoveX509ExtensionsExtension2, &slot_, oid); }
   // The values, in their order.
   std::string Values() {
     std::string values;
-    uint32_t count = 0;
-    EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(&slot_, &count));
+    const uint32_t count = tessel::Get(GetX509ExtensionsExtensionsCount, &slot_);
     for (uint32_t i = 0; i < count; ++i) {
-      Bytes oid(16);
-      Bytes value(16);
-      uint32_t oidLength = 16;
-      uint32_t length = 16;
+      ObjectIdentifier oid;
+      Bytes value;
       uint32_t critical = 0;
-      EXPECT_EQ(0U, GetX509ExtensionsExtension(&slot_, i, oid.data(), &oidLength, &critical, value.data(), &length));
-      value.resize(length);
+      Call(GetX509ExtensionsExtension, &slot_, i, Into(oid), &critical, Into(value));
       values += (values.empty() ? "" : " ") + ToHex(value) + (critical != 0 ? "!" : "");
     }
     return values;
@@ -47,21 +49,19 @@ class OwnedSlot {
 };
 
 TEST(Extensions, AreAddedFoundAndRemoved) {
-  OwnedSlot slot;
+  Slot slot;
   uint32_t index = 77;
   EXPECT_EQ("", slot.Values()) << "no list is no extensions";
-  EXPECT_EQ(TESSEL_NOT_FOUND, FindX509Extension(slot, Counted("2.5.29.15").data(), &index));
+  EXPECT_EQ(TESSEL_NOT_FOUND, Try(FindX509Extension, slot.Get(), kKeyUsage, &index));
   EXPECT_EQ(TESSEL_ABSENT, RemoveX509ExtensionsExtension(slot, 0));
-  EXPECT_EQ(0U, slot.Remove("2.5.29.15"));
-  EXPECT_EQ(0U, slot.Add("2.5.29.14", {1}));
-  EXPECT_EQ(0U, slot.Add("2.5.29.15", {2}, 5));
-  EXPECT_EQ(0U, slot.Add("2.5.29.15", {3}));
+  EXPECT_EQ(0U, slot.Remove(kKeyUsage));
+  EXPECT_EQ(0U, slot.Add(kSubjectKeyIdentifier, {1}));
+  EXPECT_EQ(0U, slot.Add(kKeyUsage, {2}, 5));
+  EXPECT_EQ(0U, slot.Add(kKeyUsage, {3}));
   EXPECT_EQ("01 02! 03", slot.Values());
-  EXPECT_EQ(0U, FindX509Extension(slot, Counted("2.5.29.15").data(), &index));
+  EXPECT_EQ(0U, Try(FindX509Extension, slot.Get(), kKeyUsage, &index));
   EXPECT_EQ(1U, index);
-  EXPECT_EQ(Bytes{2}, Fetch([&](auto... out) {
-              return GetX509ExtensionsExtensionValue(slot, Counted("2.5.29.15").data(), out...);
-            }));
+  EXPECT_EQ(Bytes{2}, FetchChecked(GetX509ExtensionsExtensionValue, slot.Get(), kKeyUsage));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, RemoveX509ExtensionsExtension(slot, 3));
   EXPECT_EQ(0U, RemoveX509ExtensionsExtension(slot, 0));
   EXPECT_EQ("02! 03", slot.Values());
@@ -78,16 +78,16 @@ TEST(Extensions, AreAddedFoundAndRemoved) {
 // ahead.
 TEST(Extensions, RemovalPassesOverWhatFollows) {
   for (const std::string runs : {"x", "xx", "xxx", "xxxx", "xaxx", "axxxxxa", "xxaxxxaxaax"}) {
-    OwnedSlot slot;
+    Slot slot;
     std::string left = runs;
     for (size_t i = 0; i < runs.size(); ++i) {
-      EXPECT_EQ(0U, slot.Add(runs[i] == 'x' ? "2.5.29.15" : "2.5.29.14", {static_cast<uint8_t>(i)}));
+      EXPECT_EQ(0U, slot.Add(runs[i] == 'x' ? kKeyUsage : kSubjectKeyIdentifier, {static_cast<uint8_t>(i)}));
       left[i] = static_cast<char>(i);
     }
     for (size_t i = 0; i < left.size(); ++i) {
       if (runs[static_cast<size_t>(left[i])] == 'x') left.erase(i, 1);
     }
-    EXPECT_EQ(0U, slot.Remove("2.5.29.15"));
+    EXPECT_EQ(0U, slot.Remove(kKeyUsage));
     std::string values = slot.Values();
     std::erase(values, ' ');
     EXPECT_EQ(FromHex(values), ToBytes(left)) << runs;
@@ -102,48 +102,41 @@ TEST(Extensions, HundredsOfThousandsAreRemovedAtOnce) {
   Bytes octets = FromHex("30 84 00 00 00 00");
   for (uint32_t octet = 0; octet < 4; ++octet) octets[5 - octet] = static_cast<uint8_t>(size >> 8 * octet);
   octets += Repeat(extension, kCount);
-  X509ExtensionsSlot slot{};
+  Slot slot;
   const std::clock_t start = std::clock();
-  ASSERT_EQ(0U, DecodeX509Extensions(octets.data(), SizeOf(octets), &slot.list));
+  Call(DecodeX509Extensions, octets, &slot->list);
   const std::clock_t decoded = std::clock();
-  EXPECT_EQ(0U, RemoveX509ExtensionsExtension2(&slot, Counted("2.5.29.14").data()));
+  EXPECT_EQ(0U, slot.Remove(kSubjectKeyIdentifier));
   EXPECT_LE(std::clock() - decoded, 20 * (decoded - start + 1));
-  uint32_t count = 0;
-  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(&slot, &count));
-  EXPECT_EQ(kCount / 2, count);
-  EXPECT_EQ(0U, RemoveX509Extensions(&slot));
+  EXPECT_EQ(kCount / 2, Get(GetX509ExtensionsExtensionsCount, slot.Get()));
 }
 
 TEST(Extensions, KeepTheirOrderAndLeaveFalseOut) {
-  OwnedSlot slot;
-  EXPECT_EQ(0U, slot.Add("2.5.29.15", {2}, 1));
-  EXPECT_EQ(0U, slot.Add("2.5.29.14", {1, 1}));
+  Slot slot;
+  EXPECT_EQ(0U, slot.Add(kKeyUsage, {2}, 1));
+  EXPECT_EQ(0U, slot.Add(kSubjectKeyIdentifier, {1, 1}));
   EXPECT_EQ(0U, SetX509ExtensionsSorted(slot, 1));
-  X509ExtensionsSlot* const lent = slot;
-  const Bytes octets = FetchFrom(static_cast<const X509Extensions*>(lent->list), EncodeX509Extensions);
+  const Bytes octets = FetchChecked(EncodeX509Extensions, slot->list);
   EXPECT_EQ("30 18 30 0B 06 03 55 1D 0F 01 01 FF 04 01 02 30 09 06 03 55 1D 0E 04 02 01 01", ToHex(octets));
-  X509ExtensionsSlot decoded{};
-  ASSERT_EQ(0U, DecodeX509Extensions(octets.data(), SizeOf(octets), &decoded.list));
+  Slot decoded;
+  Call(DecodeX509Extensions, octets, &decoded->list);
   // An extension put into a decoded list, beside those that live in its block.
-  EXPECT_EQ(0U, AddX509ExtensionsExtension(&decoded, Counted("2.5.29.19").data(), 1, octets.data(), 0));
-  EXPECT_EQ(0U, RemoveX509ExtensionsExtension(&decoded, 0));
+  EXPECT_EQ(0U, decoded.Add(kBasicConstraints, {}, 1));
+  EXPECT_EQ(0U, RemoveX509ExtensionsExtension(decoded, 0));
   EXPECT_EQ("30 17 30 09 06 03 55 1D 0E 04 02 01 01 30 0A 06 03 55 1D 13 01 01 FF 04 00",
-            ToHex(FetchFrom(static_cast<const X509Extensions*>(decoded.list), EncodeX509Extensions)));
-  EXPECT_EQ(0U, RemoveX509Extensions(&decoded));
+            ToHex(FetchChecked(EncodeX509Extensions, decoded->list)));
 }
 
 TEST(Extensions, Alone) {
   const Bytes oid = Counted("2.5.29.15");
   const Bytes value = FromHex("03 02 07 80");
-  OwnedExtension extension;
-  ASSERT_EQ(0U, CreateX509Extension(extension.Out(), oid.data(), 0, value.data(), SizeOf(value)));
-  EXPECT_EQ("30 0B 06 03 55 1D 0F 04 04 03 02 07 80", ToHex(FetchFrom<X509Extension>(extension, EncodeX509Extension)));
-  EXPECT_EQ(0U, SetX509Extension(extension, Counted("2.5.29.19").data(), 1, value.data(), 0));
-  const Bytes octets = FetchFrom<X509Extension>(extension, EncodeX509Extension);
+  const Owned<X509Extension> extension = Make(CreateX509Extension, kKeyUsage, 0, value);
+  EXPECT_EQ("30 0B 06 03 55 1D 0F 04 04 03 02 07 80", ToHex(FetchChecked(EncodeX509Extension, extension)));
+  EXPECT_EQ(0U, Try(SetX509Extension, extension, kBasicConstraints, 1, Bytes()));
+  const Bytes octets = FetchChecked(EncodeX509Extension, extension);
   EXPECT_EQ("30 0A 06 03 55 1D 13 01 01 FF 04 00", ToHex(octets));
-  OwnedExtension decoded;
-  ASSERT_EQ(0U, DecodeX509Extension(octets.data(), SizeOf(octets), decoded.Out()));
-  EXPECT_EQ(0U, SetX509Extension(decoded, oid.data(), 0, value.data(), SizeOf(value)));
+  const Owned<X509Extension> decoded = Make(DecodeX509Extension, octets);
+  EXPECT_EQ(0U, Try(SetX509Extension, decoded, kKeyUsage, 0, value));
 
   uint32_t critical = 7;
   uint8_t oidBuffer[4];
@@ -159,8 +152,8 @@ TEST(Extensions, Alone) {
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(3, 4));
 
   uint32_t number = 4;
-  ExpectNullsRefused(GetX509Extension, static_cast<const X509Extension*>(decoded), Maybe<uint8_t*>{buffer}, &number,
-                     &number, Maybe<uint8_t*>{buffer}, &number);
+  ExpectNullsRefused(GetX509Extension, decoded.Get(), Maybe<uint8_t*>{buffer}, &number, &number,
+                     Maybe<uint8_t*>{buffer}, &number);
   X509ExtensionsSlot slot{};
   ExpectNullsRefused(AddX509ExtensionsExtension, &slot, oid.data(), 0U, value.data(), 4U);
   EXPECT_EQ(nullptr, slot.list) << "no list is made in vain";

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
 #include "support/objects.h"
 #include "support/octets.h"
@@ -13,35 +14,27 @@ const Bytes kKey = FromHex("00 01 02 03");
 // Of these octets.
 constexpr const char* kSha1 = "A0 2A 05 B0 25 B9 28 C0 39 CF 1A E7 E8 EE 04 E7 C1 90 C0 DB";
 
-OwnedCertificate WithKey(const char* issuerName) {
-  OwnedCertificate certificate;
-  EXPECT_EQ(0U, CreateCertificate(certificate.Out()));
-  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, kKey.data(), SizeOf(kKey)));
-  EXPECT_EQ(0U, SetCertificateSerialNumber(certificate, kKey.data() + 1, 3));
-  X509Name* issuer = nullptr;
-  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &issuer));
-  const Bytes value = ToBytes(issuerName);
-  EXPECT_EQ(0U, AddX509NameEntry(issuer, value.data(), SizeOf(value), 12, Counted("2.5.4.3").data(), 1));
+constexpr ObjectIdentifier kSubjectKeyIdentifier("2.5.29.14");
+constexpr ObjectIdentifier kAuthorityKeyIdentifier("2.5.29.35");
+
+Owned<Certificate> WithKey(std::string_view issuerName) {
+  Owned<Certificate> certificate = Make(CreateCertificate);
+  Call(SetCertificatePublicKey, certificate, kKey);
+  Call(SetCertificateSerialNumber, certificate, kKey.data() + 1, 3);
+  Call(AddX509NameEntry, Get(GetCertificateIssuer, certificate), issuerName, 12, ObjectIdentifier("2.5.4.3"), 1);
   return certificate;
 }
 
-Bytes ExtensionOf(const Certificate* certificate, const char* oid) {
-  return Fetch([&](auto... out) { return GetCertificateExtensionValue(certificate, Counted(oid).data(), out...); });
+std::string ExtensionOf(const Certificate* certificate, const ObjectIdentifier& oid) {
+  return ToHex(Fetch(GetCertificateExtensionValue, certificate, oid));
 }
 
 uint32_t ExtensionCount(Certificate* certificate) {
-  X509ExtensionsSlot* slot = nullptr;
-  EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-  uint32_t count = 0;
-  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &count));
-  return count;
+  return Get(GetX509ExtensionsExtensionsCount, Get(GetCertificateExtensions, certificate));
 }
 
-void AddExtension(Certificate* certificate, const char* oid, const Bytes& value) {
-  X509ExtensionsSlot* slot = nullptr;
-  EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-  EXPECT_EQ(0U, AddX509ExtensionsExtension(slot, Counted(oid).data(), 1, value.empty() ? kKey.data() : value.data(),
-                                           SizeOf(value)));
+void AddExtension(Certificate* certificate, const ObjectIdentifier& oid, const Bytes& value) {
+  Call(AddX509ExtensionsExtension, Get(GetCertificateExtensions, certificate), oid, 1, value);
 }
 
 // An OCTET STRING of this many octets in all.
@@ -51,9 +44,10 @@ Bytes OctetString(uint32_t size) {
 
 // A hostile certificate may have several, side by side, of which the getter reads the first.
 TEST(KeyIdentifiers, SettersReplaceAllThatAreThere) {
-  const OwnedCertificate certificate = WithKey("A");
-  const char* const oids[] = {"2.5.29.14", "2.5.29.35", "1.2.643.3.123.3.1", "2.5.29.31"};
-  for (const char* oid : oids) {
+  const Owned<Certificate> certificate = WithKey("A");
+  const ObjectIdentifier oids[] = {kSubjectKeyIdentifier, kAuthorityKeyIdentifier,
+                                   ObjectIdentifier("1.2.643.3.123.3.1"), ObjectIdentifier("2.5.29.31")};
+  for (const ObjectIdentifier& oid : oids) {
     for (int i = 0; i < 3; ++i) AddExtension(certificate, oid, FromHex("04 01 66"));
   }
   EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
@@ -61,111 +55,103 @@ TEST(KeyIdentifiers, SettersReplaceAllThatAreThere) {
   EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, "x"));
   EXPECT_EQ(0U, SetCertificateExtensionCrlDistributionPoints(certificate, "u"));
   EXPECT_EQ(4U, ExtensionCount(certificate));
-  EXPECT_EQ("04 14 " + std::string(kSha1), ToHex(ExtensionOf(certificate, oids[0])));
-  EXPECT_EQ("30 04 80 02 00 01", ToHex(ExtensionOf(certificate, oids[1])));
-  EXPECT_EQ("0C 01 78", ToHex(ExtensionOf(certificate, oids[2])));
-  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 75", ToHex(ExtensionOf(certificate, oids[3])));
+  EXPECT_EQ("04 14 " + std::string(kSha1), ExtensionOf(certificate, oids[0]));
+  EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, oids[1]));
+  EXPECT_EQ("0C 01 78", ExtensionOf(certificate, oids[2]));
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 75", ExtensionOf(certificate, oids[3]));
 }
 
 TEST(SubjectKeyIdentifier, IsTheHashOfTheKey) {
-  const OwnedCertificate certificate = WithKey("A");
+  const Owned<Certificate> certificate = WithKey("A");
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
   EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
   EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
   EXPECT_EQ(1U, ExtensionCount(certificate));
-  EXPECT_EQ(kSha1, ToHex(FetchFrom<Certificate>(certificate, GetCertificateSubjectKeyIdentifier)));
-  const Bytes largest(512, 7);
-  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, largest.data(), 512));
+  EXPECT_EQ(kSha1, ToHex(FetchChecked(GetCertificateSubjectKeyIdentifier, certificate)));
+  Call(SetCertificatePublicKey, certificate, Bytes(512, 7));
   EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(certificate));
-  const Bytes wide(513, 7);
-  EXPECT_EQ(0U, SetCertificatePublicKey(certificate, wide.data(), 513));
+  Call(SetCertificatePublicKey, certificate, Bytes(513, 7));
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateSubjectKeyIdentifier(certificate));
   EXPECT_EQ(1U, ExtensionCount(certificate)) << "the old one stays";
 }
 
 TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
-  const OwnedCertificate certificate = WithKey("A");
-  AddExtension(certificate, "2.5.29.14", OctetString(1024));
+  const Owned<Certificate> certificate = WithKey("A");
+  AddExtension(certificate, kSubjectKeyIdentifier, OctetString(1024));
   uint32_t length = 0;
   EXPECT_EQ(0U, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
             IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
-  const OwnedCertificate large = WithKey("A");
-  AddExtension(large, "2.5.29.14", OctetString(1025));
-  AddExtension(large, "2.5.29.35", OctetString(1025));
+  const Owned<Certificate> large = WithKey("A");
+  AddExtension(large, kSubjectKeyIdentifier, OctetString(1025));
+  AddExtension(large, kAuthorityKeyIdentifier, OctetString(1025));
   EXPECT_EQ(TESSEL_OUT_OF_MEMORY, GetCertificateSubjectKeyIdentifier(large, nullptr, &length));
-  OwnedGeneralNames names;
+  Owned<X509GeneralNames> names;
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
             GetCertificateAuthorityKeyIdentifier(large, nullptr, &length, names.Out(), nullptr, &length));
-  const OwnedCertificate hollow = WithKey("A");
-  AddExtension(hollow, "2.5.29.14", {});
+  const Owned<Certificate> hollow = WithKey("A");
+  AddExtension(hollow, kSubjectKeyIdentifier, {});
   EXPECT_EQ(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
 }
 
 TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
-  const OwnedCertificate issuer = WithKey("Root");
-  const OwnedCertificate certificate = WithKey("CA");
-  AddExtension(certificate, "2.5.29.35", {0});
+  const Owned<Certificate> issuer = WithKey("Root");
+  const Owned<Certificate> certificate = WithKey("CA");
+  AddExtension(certificate, kAuthorityKeyIdentifier, {0});
   const std::string names =
       "A1 13 A4 11 30 0F 31 0D 30 0B 06 03 55 04 03 0C 04 52 6F 6F 74 "
       "82 03 01 02 03";
   EXPECT_EQ(0U, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
-  EXPECT_EQ("30 1A " + names, ToHex(ExtensionOf(certificate, "2.5.29.35")));
+  EXPECT_EQ("30 1A " + names, ExtensionOf(certificate, kAuthorityKeyIdentifier));
   EXPECT_EQ(1U, ExtensionCount(certificate));
-  EXPECT_EQ(0U, SetCertificateSubjectKeyIdentifier(issuer));
+  Call(SetCertificateSubjectKeyIdentifier, issuer);
   EXPECT_EQ(0U, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
-  EXPECT_EQ("30 30 80 14 " + std::string(kSha1) + " " + names, ToHex(ExtensionOf(certificate, "2.5.29.35")));
+  EXPECT_EQ("30 30 80 14 " + std::string(kSha1) + " " + names, ExtensionOf(certificate, kAuthorityKeyIdentifier));
 
-  Bytes key(20);
-  Bytes serial(3);
-  uint32_t keyLength = 20;
-  uint32_t serialLength = 3;
-  OwnedName name;
-  ASSERT_EQ(0U, GetCertificateAuthorityKeyIdentifier2(certificate, key.data(), &keyLength, name.Out(), serial.data(),
-                                                      &serialLength));
+  Bytes key;
+  Bytes serial;
+  Owned<X509Name> name;
+  Call(GetCertificateAuthorityKeyIdentifier2, certificate, Into(key), name.Out(), Into(serial));
   const auto matches = [&](const Certificate* candidate, const Bytes& keyIdentifier, const X509Name* issuerName,
                            const Bytes& number) {
-    return IsCertificateCorrespondToAuthKeyIdent(candidate, keyIdentifier.data(), SizeOf(keyIdentifier), issuerName,
-                                                 number.data(), SizeOf(number));
+    return Try(IsCertificateCorrespondToAuthKeyIdent, candidate, keyIdentifier, issuerName, number);
   };
   EXPECT_EQ(0U, matches(issuer, key, nullptr, {}));
   EXPECT_EQ(0U, matches(issuer, {}, name, serial));
   EXPECT_EQ(TESSEL_DIFFERENT, matches(issuer, Bytes(key.begin(), key.end() - 1), name, serial));
   EXPECT_EQ(TESSEL_DIFFERENT, matches(issuer, {}, name, {1, 2}));
-  EXPECT_EQ(TESSEL_DIFFERENT, matches(WithKey("Else"), {}, name, serial));
+  EXPECT_EQ(TESSEL_DIFFERENT, matches(WithKey("Else").Get(), {}, name, serial));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, matches(issuer, {}, nullptr, {}));
   EXPECT_EQ(TESSEL_NOT_FOUND, matches(certificate, key, nullptr, {}));
-  OwnedCertificate empty;
-  ASSERT_EQ(0U, CreateCertificate(empty.Out()));
+  const Owned<Certificate> empty = Make(CreateCertificate);
   EXPECT_EQ(TESSEL_INVALID_CONTENT, matches(empty, {}, name, serial));
 
-  const Bytes wide(65, 1);
-  EXPECT_EQ(0U, SetCertificateSerialNumber(issuer, wide.data(), 65));
+  Call(SetCertificateSerialNumber, issuer, Bytes(65, 1));
   EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
 }
 
 TEST(AuthorityKeyIdentifier, OfValues) {
-  const OwnedCertificate certificate = WithKey("CA");
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  const Owned<Certificate> certificate = WithKey("CA");
+  const Owned<X509Name> name = Make(CreateX509Name);
   const auto set = [&](uint32_t keySize, const X509Name* issuer, uint32_t serialSize) {
     return SetCertificateAuthorityKeyIdentifier2(certificate, kKey.data(), keySize, issuer, kKey.data(), serialSize);
   };
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, name, 0));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, set(0, nullptr, 2));
   EXPECT_EQ(0U, set(0, name, 1));
-  EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ToHex(ExtensionOf(certificate, "2.5.29.35")));
+  EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ExtensionOf(certificate, kAuthorityKeyIdentifier));
   EXPECT_EQ(0U, set(2, nullptr, 0));
-  EXPECT_EQ("30 04 80 02 00 01", ToHex(ExtensionOf(certificate, "2.5.29.35")));
+  EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, kAuthorityKeyIdentifier));
 }
 
 TEST(ArdekKeyIdentifier, IsATextInWindows1251) {
-  const OwnedCertificate certificate = WithKey("CA");
+  const Owned<Certificate> certificate = WithKey("CA");
   const std::string text = "\xCA\xEB\xFE\xF7 \xB9 1 \xAA";
   EXPECT_EQ(0U, SetCertificateArdekKeyIdentifier(certificate, text.c_str()));
   EXPECT_EQ(1U, ExtensionCount(certificate));
-  EXPECT_EQ(FromHex("0C 11") + ToBytes("Ключ № 1 Є"), ExtensionOf(certificate, "1.2.643.3.123.3.1"));
+  EXPECT_EQ(FromHex("0C 11") + ToBytes("Ключ № 1 Є"),
+            Fetch(GetCertificateExtensionValue, certificate, ObjectIdentifier("1.2.643.3.123.3.1")));
   char buffer[32];
   uint32_t length = 16;
   EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, GetArdekIdentifierFromCertificate(certificate, buffer, &length));

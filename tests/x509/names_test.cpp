@@ -15,48 +15,38 @@ constexpr uint32_t kUtf8 = TESSEL_KIND_UTF8_STRING;
 constexpr uint32_t kPrintable = TESSEL_KIND_PRINTABLE_STRING;
 
 uint32_t Add(X509Name* name, const char* type, uint32_t stringType, std::string_view value, uint32_t newRdn = 1) {
-  return AddX509NameEntry(name, reinterpret_cast<const uint8_t*>(value.data()), static_cast<uint32_t>(value.size()),
-                          stringType, Counted(type).data(), newRdn);
+  return Try(AddX509NameEntry, name, value, stringType, Counted(type).data(), newRdn);
 }
 
-OwnedName NameOf(const char* type, uint32_t stringType, std::string_view value) {
-  OwnedName name;
-  EXPECT_EQ(0U, CreateX509Name(name.Out()));
+Owned<X509Name> NameOf(const char* type, uint32_t stringType, std::string_view value) {
+  Owned<X509Name> name = Make(CreateX509Name);
   EXPECT_EQ(0U, Add(name, type, stringType, value));
   return name;
 }
 
-// An attribute as "rdn.entry oid tag content".
+// An attribute as "oid tag content".
 std::string Entry(const X509Name* name, uint32_t rdn, uint32_t entry) {
-  Bytes value(64);
-  Bytes oid(32);
-  uint32_t length = SizeOf(value);
-  uint32_t oidLength = SizeOf(oid);
+  std::string value;
+  ObjectIdentifier oid;
   uint32_t type = 0;
-  EXPECT_EQ(0U, GetX509NameEntry(name, rdn, entry, value.data(), &length, &type, oid.data(), &oidLength));
-  std::string dotted(100, '\0');
-  uint32_t dottedLength = 100;
-  EXPECT_EQ(0U, ConvertOidToString(oid.data(), dotted.data(), &dottedLength));
-  dotted.resize(dottedLength - 1);
-  return dotted + " " + std::to_string(type) + " " + std::string(value.begin(), value.begin() + length);
+  Call(GetX509NameEntry, name, rdn, entry, Into(value), &type, Into(oid));
+  return oid.Text() + " " + std::to_string(type) + " " + value;
 }
 
 TEST(Names, AreBuiltReadAndChanged) {
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  const Owned<X509Name> name = Make(CreateX509Name);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Add(name, "2.5.4.3", kUtf8, "early", 0)) << "no RDN to join";
   EXPECT_EQ(0U, Add(name, "2.5.4.6", kPrintable, "RU"));
   EXPECT_EQ(0U, Add(name, "2.5.4.3", kUtf8, "Имя"));
   EXPECT_EQ(0U, Add(name, "2.5.4.10", kUtf8, "", 0));
   // An RDN is sorted when it is encoded, and only then.
   EXPECT_EQ("2.5.4.3 12 Имя", Entry(name, 1, 0));
-  const Bytes octets = FetchFrom<X509Name>(name, EncodeX509Name);
+  const Bytes octets = FetchChecked(EncodeX509Name, name);
   EXPECT_EQ(
       "30 27 31 0B 30 09 06 03 55 04 06 13 02 52 55 "
       "31 18 30 07 06 03 55 04 0A 0C 00 30 0D 06 03 55 04 03 0C 06 D0 98 D0 BC D1 8F",
       ToHex(octets));
-  OwnedName decoded;
-  ASSERT_EQ(0U, DecodeX509Name(octets.data(), SizeOf(octets), decoded.Out()));
+  const Owned<X509Name> decoded = Make(DecodeX509Name, octets);
   EXPECT_EQ("2.5.4.10 12 ", Entry(decoded, 1, 0));
 
   for (X509Name* each : {name.Get(), decoded.Get()}) {
@@ -66,16 +56,14 @@ TEST(Names, AreBuiltReadAndChanged) {
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(each, 0, 1));
     EXPECT_EQ(0U, DeleteX509NameEntry(each, 0, 0)) << "the RDN goes with its only attribute";
     EXPECT_EQ(0U, DeleteX509NameEntry(each, 0, 0));
-    EXPECT_EQ(0U, GetX509NameEntryCount(each, 0, &count));
-    EXPECT_EQ(1U, count);
+    EXPECT_EQ(1U, Get(GetX509NameEntryCount, each, 0));
     EXPECT_EQ(0U, ClearX509Name(each));
-    EXPECT_EQ("30 00", ToHex(FetchFrom<X509Name>(each, EncodeX509Name)));
+    EXPECT_EQ("30 00", ToHex(FetchChecked(EncodeX509Name, each)));
   }
 }
 
 TEST(Names, ValuesUnderAnyTag) {
-  OwnedName name;
-  ASSERT_EQ(0U, CreateX509Name(name.Out()));
+  const Owned<X509Name> name = Make(CreateX509Name);
   const Bytes value = FromHex("02 01 05");
   const Bytes oid = Counted("2.5.4.45");
   EXPECT_EQ(0U, AddX509NameEntryExt(name, value.data(), 3, 0x80, 0x20, 1000, oid.data(), 1));
@@ -83,7 +71,7 @@ TEST(Names, ValuesUnderAnyTag) {
     EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
               AddX509NameEntryExt(name, value.data(), 3, tagClass, constructed, 1, oid.data(), 1));
   }
-  EXPECT_EQ("30 10 31 0E 30 0C 06 03 55 04 2D BF 87 68 03 02 01 05", ToHex(FetchFrom<X509Name>(name, EncodeX509Name)));
+  EXPECT_EQ("30 10 31 0E 30 0C 06 03 55 04 2D BF 87 68 03 02 01 05", ToHex(FetchChecked(EncodeX509Name, name)));
   uint8_t tagClass = 0;
   uint8_t constructed = 0;
   uint32_t tag = 0;
@@ -101,12 +89,11 @@ TEST(Names, ValuesUnderAnyTag) {
 }
 
 TEST(Names, AreComparedByTheirValuesAlone) {
-  const OwnedName name = NameOf("2.5.4.3", kPrintable, "Same");
-  EXPECT_EQ(0U, CompareX509Names(name, NameOf("2.5.4.10", kPrintable, "Same")));
-  EXPECT_EQ(0U, CompareX509Names(name, NameOf("2.5.4.3", kUtf8, "Same")));
-  EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, NameOf("2.5.4.3", kPrintable, "same")));
-  OwnedName longer;
-  ASSERT_EQ(0U, CopyX509Name(name, longer.Out()));
+  const Owned<X509Name> name = NameOf("2.5.4.3", kPrintable, "Same");
+  EXPECT_EQ(0U, Try(CompareX509Names, name, NameOf("2.5.4.10", kPrintable, "Same")));
+  EXPECT_EQ(0U, Try(CompareX509Names, name, NameOf("2.5.4.3", kUtf8, "Same")));
+  EXPECT_EQ(TESSEL_DIFFERENT, Try(CompareX509Names, name, NameOf("2.5.4.3", kPrintable, "same")));
+  const Owned<X509Name> longer = Make(CopyX509Name, name);
   EXPECT_EQ(0U, Add(longer, "2.5.4.3", kUtf8, "More", 0));
   EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
   EXPECT_EQ(0U, DeleteX509NameEntry(longer, 0, 1));
@@ -114,14 +101,10 @@ TEST(Names, AreComparedByTheirValuesAlone) {
   EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
 
   // A name that never had an RDN is absent; one that lost them is empty.
-  OwnedName never;
-  ASSERT_EQ(0U, CreateX509Name(never.Out()));
+  const Owned<X509Name> never = Make(CreateX509Name);
   EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(never, never));
   EXPECT_EQ(0U, ClearX509Name(longer));
-  OwnedName decoded;
-  const Bytes empty = FromHex("30 80 00 00");
-  ASSERT_EQ(0U, DecodeX509Name(empty.data(), SizeOf(empty), decoded.Out()));
-  EXPECT_EQ(TESSEL_ABSENT, CompareX509Names(longer, decoded));
+  EXPECT_EQ(TESSEL_ABSENT, Try(CompareX509Names, longer, Make(DecodeX509Name, FromHex("30 80 00 00"))));
   EXPECT_EQ(TESSEL_DIFFERENT, CompareX509Names(name, longer));
   EXPECT_EQ(0U, CompareX509Names(longer, longer));
 }
@@ -132,12 +115,7 @@ TEST(Names, NarrowestStringType) {
     uint32_t type;
   } cases[] = {{"", 18},      {"12 34", 18}, {"Ivanov", 19}, {"a(b)+,-./:=?'", 19}, {"a@b", 22},
                {"1\x7F", 22}, {"a\n", 12},   {"12\n", 12},   {"12*\xFF", 12},       {"ключ", 12}};
-  for (const auto& c : cases) {
-    uint32_t type = 0;
-    const Bytes text = ToBytes(c.text);
-    EXPECT_EQ(0U, DetermineSuitableStringType(reinterpret_cast<const uint8_t*>(c.text.data()), SizeOf(text), &type));
-    EXPECT_EQ(c.type, type) << c.text;
-  }
+  for (const auto& c : cases) EXPECT_EQ(c.type, Get(DetermineSuitableStringType, c.text)) << c.text;
 }
 
 TEST(GeneralNames, OfEveryAlternative) {
@@ -158,26 +136,24 @@ TEST(GeneralNames, OfEveryAlternative) {
       {7, "7F 00 00 01", "87 04 7F 00 00 01"},
       {8, "03 55 04 03", "88 03 55 04 03"},
   };
-  OwnedGeneralNames names;
-  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
   Bytes content;
   for (const auto& c : cases) {
     const Bytes value = FromHex(c.value);
-    const uint8_t empty = 0;
     // The length of an identifier is its own.
-    const uint32_t size = c.alternative == 8 ? 77 : SizeOf(value);
-    EXPECT_EQ(0U, AddX509GeneralName(names, c.alternative, value.empty() ? &empty : value.data(), size));
+    const uint32_t status = c.alternative == 8 ? AddX509GeneralName(names, c.alternative, value.data(), 77)
+                                               : Try(AddX509GeneralName, names, c.alternative, value);
+    EXPECT_EQ(0U, status);
     content += FromHex(c.encoding);
   }
-  const Bytes octets = FetchFrom<X509GeneralNames>(names, EncodeX509GeneralNames);
+  const Bytes octets = FetchChecked(EncodeX509GeneralNames, names);
   EXPECT_EQ(ToHex(FromHex("30 2C") + content), ToHex(octets));
-  OwnedGeneralNames decoded;
-  ASSERT_EQ(0U, DecodeX509GeneralNames(octets.data(), SizeOf(octets), decoded.Out()));
+  const Owned<X509GeneralNames> decoded = Make(DecodeX509GeneralNames, octets);
   uint32_t alternative = 0;
   uint32_t length = 0;
   for (uint32_t i = 0; i < std::size(cases); ++i) {
-    const auto read = [&](X509GeneralNames* from) {
-      const Bytes value = Fetch([&](auto... out) { return GetX509GeneralName(from, i, &alternative, out...); });
+    const auto read = [&](const Owned<X509GeneralNames>& from) {
+      const Bytes value = FetchChecked(GetX509GeneralName, from, i, &alternative);
       EXPECT_EQ(cases[i].alternative, alternative);
       return ToHex(value);
     };
@@ -189,49 +165,40 @@ TEST(GeneralNames, OfEveryAlternative) {
   EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, AddX509GeneralName(names, 9, &octet, 1));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddX509GeneralName(names, 4, &octet, 0));
 
-  OwnedGeneralName alone;
-  ASSERT_EQ(0U, CreateX509GeneralName(alone.Out()));
+  const Owned<X509GeneralName> alone = Make(CreateX509GeneralName);
   EXPECT_EQ(TESSEL_ABSENT, GetX509GeneralNameValue(alone, &alternative, nullptr, &length));
 }
 
 TEST(GeneralNames, TheFirstThatHoldsADistinguishedName) {
-  OwnedGeneralNames names;
-  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
-  OwnedName found;
+  const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
+  Owned<X509Name> found;
   EXPECT_EQ(TESSEL_NOT_FOUND, GetX509NameFromGeneralNames(names, found.Out()));
-  const Bytes encoding = FetchFrom<X509Name>(NameOf("2.5.4.3", kUtf8, "One"), EncodeX509Name);
-  const Bytes noName = FromHex("04 01 00");
-  EXPECT_EQ(0U, AddX509GeneralName(names, 6, encoding.data(), SizeOf(encoding)));
-  EXPECT_EQ(0U, AddX509GeneralName(names, 4, noName.data(), SizeOf(noName)));
+  const Bytes encoding = Fetch(EncodeX509Name, NameOf("2.5.4.3", kUtf8, "One"));
+  Call(AddX509GeneralName, names, 6, encoding);
+  Call(AddX509GeneralName, names, 4, FromHex("04 01 00"));
   EXPECT_EQ(TESSEL_NOT_FOUND, GetX509NameFromGeneralNames(names, found.Out()));
-  EXPECT_EQ(0U, AddX509GeneralName(names, 4, encoding.data(), SizeOf(encoding)));
+  Call(AddX509GeneralName, names, 4, encoding);
   ASSERT_EQ(0U, GetX509NameFromGeneralNames(names, found.Out()));
   EXPECT_EQ("2.5.4.3 12 One", Entry(found, 0, 0));
 }
 
 TEST(Names, AnEmptyRdnCanBeTakenOut) {
-  const OwnedName name = NameOf("2.5.4.3", kUtf8, "One");
+  const Owned<X509Name> name = NameOf("2.5.4.3", kUtf8, "One");
   const Bytes oid = Counted("2.5.4.3");
   // The element would be too long; that is found when its RDN is there.
   EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, AddX509NameEntry(name, oid.data(), UINT32_MAX, kUtf8, oid.data(), 1));
-  uint32_t count = 0;
-  EXPECT_EQ(0U, GetX509NameRdnCount(name, &count));
-  EXPECT_EQ(2U, count);
+  EXPECT_EQ(2U, Get(GetX509NameRdnCount, name));
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(name, 1, 1));
   EXPECT_EQ(0U, DeleteX509NameEntry(name, 1, 0));
-  EXPECT_EQ(0U, GetX509NameRdnCount(name, &count));
-  EXPECT_EQ(1U, count);
+  EXPECT_EQ(1U, Get(GetX509NameRdnCount, name));
 }
 
 TEST(Names, AValueIsNotReadBeyondItsNode) {
-  const OwnedName name = NameOf("2.5.4.3", kUtf8, "One");
+  const Owned<X509Name> name = NameOf("2.5.4.3", kUtf8, "One");
   // The value's node, which holds a whole element, gets a content that claims more than it has: 13 7F 61.
-  void* rdn = nullptr;
-  ASSERT_EQ(0U, GetAsn1ListItem(reinterpret_cast<const Asn1List*>(name.Get()), 0, &rdn));
-  void* attribute = nullptr;
-  ASSERT_EQ(0U, GetAsn1ListItem(static_cast<const Asn1List*>(rdn), 0, &attribute));
-  const Bytes element = FromHex("61 7F 13");
-  ASSERT_EQ(0U, SetAsn1Integer(static_cast<Asn1Value**>(attribute)[1], element.data(), 3));
+  const void* rdn = Get(GetAsn1ListItem, reinterpret_cast<const Asn1List*>(name.Get()), 0);
+  void* attribute = Get(GetAsn1ListItem, static_cast<const Asn1List*>(rdn), 0);
+  Call(SetAsn1Integer, static_cast<Asn1Value**>(attribute)[1], FromHex("61 7F 13"));
   uint8_t buffer[256];
   uint8_t type[256];
   uint32_t length = sizeof buffer;
@@ -242,32 +209,28 @@ TEST(Names, AValueIsNotReadBeyondItsNode) {
 }
 
 TEST(FreeText, HoldsTextsAsTheyAre) {
-  Owned<PKIFreeText, FreePKIFreeText> text;
-  ASSERT_EQ(0U, CreatePKIFreeText(text.Out()));
+  const Owned<PKIFreeText> text = Make(CreatePKIFreeText);
   const Bytes notUtf8 = FromHex("D0 FF");
-  EXPECT_EQ(0U, AddPKIFreeTextString(text, notUtf8.data(), 2));
-  EXPECT_EQ(0U, AddPKIFreeTextString(text, notUtf8.data(), 0));
-  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(FetchFrom<PKIFreeText>(text, EncodePKIFreeText)));
-  EXPECT_EQ(notUtf8, Fetch([&](auto... out) { return GetPKIFreeTextString(text, 0, out...); }));
+  Call(AddPKIFreeTextString, text, notUtf8);
+  Call(AddPKIFreeTextString, text, Bytes());
+  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(FetchChecked(EncodePKIFreeText, text)));
+  EXPECT_EQ(notUtf8, FetchChecked(GetPKIFreeTextString, text, 0));
   uint32_t length = 0;
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetPKIFreeTextString(text, 2, nullptr, &length));
 }
 
 TEST(Names, NullsAreRefused) {
-  const OwnedName name = NameOf("2.5.4.3", kUtf8, "One");
-  OwnedGeneralNames names;
-  ASSERT_EQ(0U, CreateX509GeneralNames(names.Out()));
+  const Owned<X509Name> name = NameOf("2.5.4.3", kUtf8, "One");
+  const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
   const Bytes oid = Counted("2.5.4.3");
   uint8_t buffer[16];
   uint8_t octet = 0;
   uint32_t number = 16;
-  X509Name* const held = name;
-  X509GeneralNames* const list = names;
-  ExpectNullsRefused(AddX509NameEntry, held, oid.data(), 1U, 12U, oid.data(), 1U);
-  ExpectNullsRefused(GetX509NameEntryExt, held, 0U, 0U, Maybe<uint8_t*>{buffer}, &number, &octet, &octet, &number,
+  ExpectNullsRefused(AddX509NameEntry, name.Get(), oid.data(), 1U, 12U, oid.data(), 1U);
+  ExpectNullsRefused(GetX509NameEntryExt, name.Get(), 0U, 0U, Maybe<uint8_t*>{buffer}, &number, &octet, &octet, &number,
                      Maybe<uint8_t*>{buffer}, &number);
-  ExpectNullsRefused(AddX509GeneralName, list, 2U, oid.data(), 1U);
-  ExpectNullsRefused(GetX509GeneralName, list, 0U, &number, Maybe<uint8_t*>{buffer}, &number);
+  ExpectNullsRefused(AddX509GeneralName, names.Get(), 2U, oid.data(), 1U);
+  ExpectNullsRefused(GetX509GeneralName, names.Get(), 0U, &number, Maybe<uint8_t*>{buffer}, &number);
 }
 
 }  // namespace

@@ -9,14 +9,14 @@
 namespace tessel {
 
 template <class Node>
-class OwnedTree {
+class TreeOwner {
  public:
-  explicit OwnedTree(const tessel::Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
-  ~OwnedTree() { FreeTree(*item_, root_); }
-  OwnedTree(OwnedTree&& other) noexcept : item_(other.item_), root_(other.Release()) {}
-  OwnedTree(const OwnedTree&) = delete;
-  OwnedTree& operator=(const OwnedTree&) = delete;
-  OwnedTree& operator=(OwnedTree&&) = delete;
+  explicit TreeOwner(const tessel::Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
+  ~TreeOwner() { FreeTree(*item_, root_); }
+  TreeOwner(TreeOwner&& other) noexcept : item_(other.item_), root_(other.Release()) {}
+  TreeOwner(const TreeOwner&) = delete;
+  TreeOwner& operator=(const TreeOwner&) = delete;
+  TreeOwner& operator=(TreeOwner&&) = delete;
 
   [[nodiscard]] const tessel::Item<Node>& Item() const { return *item_; }
   [[nodiscard]] Node* Get() const { return root_; }
