@@ -48,7 +48,7 @@ TEST(PemReader, ABrokenBlockDoesNotHideTheNext) {
 
 TEST(Base64, WhiteSpaceIsPassedOverAndNothingElse) {
   const std::string long_ = std::string(30000, 'A') + "\n" + std::string(2768, 'A') + "AAAA";
-  EXPECT_EQ(Bytes(32772 / 4 * 3), tessel::DecodeBase64(long_));
+  EXPECT_EQ(Bytes(size_t{32772} / 4 * 3), tessel::DecodeBase64(long_));
   EXPECT_EQ((Bytes{0x30, 0x00}), tessel::DecodeBase64(" M A\tA\n=\r\n"));
   for (const std::string& text : {std::string(), std::string(" \n"), std::string("MA"), std::string("MAA=MAA="),
                                   std::string("MA-="), std::string("AAAA-----END"), std::string("\xCD\xC1\xC1\xBD"),

@@ -39,6 +39,7 @@ TEST(Strings, NamesAreWrittenByRfc4514) {
   add("RU", TESSEL_KIND_PRINTABLE_STRING, ObjectIdentifier("2.5.4.6"), true);
   add("#1, \"2\" <3>; ", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.10"), true);
   add("Ж", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), true);
+  // NOLINTNEXTLINE(misc-misleading-bidirectional)
   add("a+b\\\x1B[2J\xE2\x80\xAE\xFF", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.11"), false);
   add("x", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("1.2.3.4"), true);
   add("\x80", TESSEL_KIND_BIT_STRING, ObjectIdentifier("2.5.4.45"), true);
