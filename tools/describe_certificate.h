@@ -2,11 +2,10 @@
 #pragma once
 
 #include "fact.h"
-#include "tessel/tessel.h"
 
 namespace tool {
 
-// The getters of a certificate's names take one that can be changed: they make a name that is missing.
-Fact CertificateFact(Certificate* certificate);
+// The root of its tree, which lends what the fact tells.
+Fact CertificateFact(const void* root);
 
 }  // namespace tool

@@ -1,6 +1,8 @@
 // The command line.
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,7 +12,7 @@
 #include "input.h"
 #include "report.h"
 #include "show.h"
-#include "tessel/tessel.h"
+#include "tessel/calls.hpp"
 #include "tree.h"
 
 namespace tool {
@@ -82,13 +84,9 @@ int PrintOnly(std::string_view text) {
 }
 
 std::string Version() {
-  uint32_t length = 0;
-  char none = 0;
-  GetVersionInfo(&none, &length);  // tells the capacity that it needs
-  std::string text(length, '\0');
-  if (GetVersionInfo(text.data(), &length) != TESSEL_OK) return "unknown version\n";
-  text.resize(length);
-  return Concat(text, '\n');
+  std::string banner;
+  tessel::Call(GetVersionInfo, tessel::Into(banner, 100));
+  return Concat(banner, '\n');
 }
 
 int Main(Arguments arguments) {
@@ -107,6 +105,13 @@ int Main(Arguments arguments) {
 }  // namespace tool
 
 int main(int argc, char** argv) {
-  const tool::Arguments all(argv, static_cast<size_t>(argc));
-  return tool::Main(all.empty() ? all : all.subspan(1));
+  try {
+    const tool::Arguments all(argv, static_cast<size_t>(argc));
+    return tool::Main(all.empty() ? all : all.subspan(1));
+  } catch (const std::bad_alloc&) {  // before the first input, or beside the inputs
+    std::fputs("tessel: there is not enough memory\n", stderr);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tessel: %s\n", error.what());
+  }
+  return EXIT_FAILURE;
 }

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "pem.h"
+#include "tessel/pem.hpp"
 
 namespace test {
 namespace {
@@ -19,9 +19,8 @@ std::string ReadFile(const fs::path& path) {
 // The octets of a file, which are its first PEM block when it has one.
 Bytes ReadObject(const fs::path& path) {
   const std::string content = ReadFile(path);
-  tool::PemReader reader(content);
-  tool::PemBlock block;
-  return reader.Next(block) ? block.octets : Bytes(content.begin(), content.end());
+  const std::optional<tessel::PemBlock> block = tessel::PemReader(content).Next();
+  return block ? block->octets : Bytes(content.begin(), content.end());
 }
 
 void AddFolder(std::vector<Sample>& samples, const fs::path& folder) {
