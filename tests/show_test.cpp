@@ -207,6 +207,25 @@ TEST_F(ShowTest, GostKeysAreToldWithTheirParameterSets) {
   EXPECT_EQ(made.out, sets);
 }
 
+TEST_F(ShowTest, ParametersOfRsaPssAreTold) {
+  const Result made = Shell(
+      "openssl req -x509 -newkey rsa-pss -pkeyopt rsa_pss_keygen_md:sha256 -pkeyopt rsa_pss_keygen_mgf1_md:sha256 "
+      "-pkeyopt rsa_pss_keygen_saltlen:32 -sha256 -sigopt rsa_pss_saltlen:33 -nodes -keyout /dev/null -subj / "
+      "-out written.pem && openssl req -x509 -newkey rsa:2048 -sha1 -sigopt rsa_padding_mode:pss "
+      "-sigopt rsa_pss_saltlen:20 -nodes -keyout /dev/null -subj / -out default.pem");
+  ASSERT_EQ(made.status, 0) << made.err;
+  EXPECT_EQ(Shell("$tessel show written.pem default.pem | grep -e 'Public key:' -e 'Signature algorithm:'").out,
+            "  Public key:          RSASSA-PSS, SHA-256, mgf1 with SHA-256, salt of 32 octets, 2048 bits\n"
+            "  Signature algorithm: RSASSA-PSS, SHA-256, mgf1 with SHA-256, salt of 33 octets\n"
+            "  Public key:          rsaEncryption, 2048 bits\n"
+            "  Signature algorithm: RSASSA-PSS, SHA-1, mgf1 with SHA-1, salt of 20 octets\n");
+  EXPECT_EQ(Shown("default.pem").at(0).at("signatureAlgorithm").at("pss"), Json::parse(R"(
+    {"hashAlgorithm": {"oid": "1.3.14.3.2.26", "name": "SHA-1"},
+     "maskGenAlgorithm": {"oid": "1.2.840.113549.1.1.8", "name": "mgf1",
+                          "hashAlgorithm": {"oid": "1.3.14.3.2.26", "name": "SHA-1"}},
+     "saltLength": 20, "trailerField": 1})"));
+}
+
 constexpr const char* kEveryExtension = R"([req]
 prompt = no
 distinguished_name = name

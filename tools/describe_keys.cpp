@@ -9,6 +9,7 @@
 #include "concat.h"
 #include "decoding.h"
 #include "describe_values.h"
+#include "descriptors.h"
 #include "nodes.h"
 #include "values.h"
 
@@ -17,6 +18,63 @@ namespace {
 
 enum AlgorithmSlot : unsigned { kAlgorithm, kParameters };
 enum PublicKeyInfoSlot : unsigned { kKeyAlgorithm, kKeyOctets };
+
+// RSASSA-PSS-params ::= SEQUENCE {
+//   hashAlgorithm    [0] EXPLICIT AlgorithmIdentifier DEFAULT SHA-1,
+//   maskGenAlgorithm [1] EXPLICIT AlgorithmIdentifier DEFAULT mgf1 with SHA-1,
+//   saltLength       [2] EXPLICIT INTEGER DEFAULT 20,
+//   trailerField     [3] EXPLICIT INTEGER DEFAULT 1 } (RFC 4055, 3.1)
+const Asn1Item kHashAlgorithm = Optional(Explicit(0, AlgorithmIdentifierItem));
+const Asn1Item kMaskGenAlgorithm = Optional(Explicit(1, AlgorithmIdentifierItem));
+constexpr Asn1Item kSaltLength = Optional(Explicit(2, Primitive(TESSEL_KIND_INTEGER)));
+constexpr Asn1Item kTrailerField = Optional(Explicit(3, Primitive(TESSEL_KIND_INTEGER)));
+const Members<4> kPssMembers = {&kHashAlgorithm, &kMaskGenAlgorithm, &kSaltLength, &kTrailerField};
+const Asn1Item kPssParameters = Sequence(kPssMembers);
+enum PssSlot : unsigned { kHash, kMaskGen, kSalt, kTrailer };
+constexpr tessel::ObjectIdentifier kSha1("1.3.14.3.2.26");
+constexpr tessel::ObjectIdentifier kMgf1("1.2.840.113549.1.1.8");
+
+// Mask generation functions have the hash algorithm as parameter.
+Fact MaskGenFact(const void* identifier) {
+  Fact fact = OidFact(identifier == nullptr ? kMgf1.Content() : Content(Slot(identifier, kAlgorithm)));
+  const std::optional<Octets> hash = ContentOfType(Content(Slot(identifier, kParameters)), TESSEL_KIND_SEQUENCE);
+  const std::optional<Octets> oid = hash ? ContentOfType(*hash, TESSEL_KIND_OBJECT_IDENTIFIER) : std::nullopt;
+  if (identifier != nullptr && !oid) return fact;
+  Fact hashFact = OidFact(oid ? *oid : kSha1.Content());
+  fact.text += Concat(" with ", hashFact.text);
+  fact.Hide("hashAlgorithm", std::move(hashFact));
+  return fact;
+}
+
+Fact NumberOrDefault(const void* number, int64_t byDefault) {
+  return number == nullptr ? Fact::Of(std::to_string(byDefault), byDefault) : IntegerFact(Content(number));
+}
+
+Fact PssFact(const void* parameters) {
+  const void* hashIdentifier = Slot(parameters, kHash);
+  Fact hash = OidFact(hashIdentifier == nullptr ? kSha1.Content() : Content(Slot(hashIdentifier, kAlgorithm)));
+  Fact maskGen = MaskGenFact(Slot(parameters, kMaskGen));
+  Fact salt = NumberOrDefault(Slot(parameters, kSalt), 20);
+  Fact trailer = NumberOrDefault(Slot(parameters, kTrailer), 1);
+  Fact fact = Fact::Object(
+      Concat(hash.text, ", ", maskGen.text, ", salt of ", salt.text, salt.text == "1" ? " octet" : " octets"));
+  if (trailer.text != "1") fact.text += Concat(", trailer field ", trailer.text);
+  fact.Hide("hashAlgorithm", std::move(hash));
+  fact.Hide("maskGenAlgorithm", std::move(maskGen));
+  fact.Hide("saltLength", std::move(salt));
+  fact.Hide("trailerField", std::move(trailer));
+  return fact;
+}
+
+void TellPss(Fact& fact, Octets parameters) {
+  try {
+    Fact pss = DecodedFact(kPssParameters, parameters, PssFact);
+    fact.text += Concat(", ", pss.text);
+    fact.Hide("pss", std::move(pss));
+  } catch (const DecodingError& error) {
+    fact.text += Concat(", parameters not readable (", error.Problem(), ')');
+  }
+}
 
 struct Key {
   std::string name;  // of its algorithm
@@ -116,6 +174,7 @@ Fact AlgorithmFact(const void* identifier) {
   Fact fact = OidFact(Content(Slot(identifier, kAlgorithm)));
   if (parameters.empty()) return fact;
   fact.Hide("parameters", HexText(parameters));
+  if (fact.text == "RSASSA-PSS") TellPss(fact, parameters);
   return fact;
 }
 
