@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 // What is compared, in one text for each certificate.
 std::string Facts(std::map<std::string, std::string>& fields, size_t extensions) {
   std::string facts;
-  for (const char* name : {"serial", "issuer", "subject", "notBefore", "notAfter", "key"}) {
+  for (const char* name : {"serial", "issuer", "subject", "notBefore", "notAfter", "key", "sha256 Fingerprint"}) {
     facts += std::string(name) + "=" + fields[name] + "\n";
   }
   return facts + "extensions=" + std::to_string(extensions);
@@ -46,6 +46,7 @@ std::vector<std::string> FactsFromOpenssl(const std::string& out) {
     } else if (!line.starts_with(' ') && equals != std::string::npos) {
       std::string& value = fields[line.substr(0, equals)] = line.substr(equals + 1);
       if (line.starts_with("not")) ReplaceAll(value, "Z", " UTC");
+      if (line.starts_with("sha256")) ReplaceAll(value, ":", "");
       ReplaceAll(value, "   0-", "0000-");
       ReplaceAll(value, " + ", "+");
       if (value.empty()) value = "(empty)";
@@ -61,11 +62,10 @@ std::vector<std::string> FactsFromJson(const std::string& out) {
   std::vector<std::string> all;
   for (const Json& it : list) {
     const Json& key = it["publicKey"];
-    std::map<std::string, std::string> fields = {{"serial", it["serialNumber"]},
-                                                 {"issuer", it["issuer"]["text"]},
-                                                 {"subject", it["subject"]["text"]},
-                                                 {"notBefore", it["notBefore"]},
-                                                 {"notAfter", it["notAfter"]}};
+    std::map<std::string, std::string> fields = {
+        {"serial", it["serialNumber"]},     {"issuer", it["issuer"]["text"]},
+        {"subject", it["subject"]["text"]}, {"notBefore", it["notBefore"]},
+        {"notAfter", it["notAfter"]},       {"sha256 Fingerprint", it["fingerprints"]["sha256"]}};
     if (key["algorithm"].value("name", "") == "rsaEncryption") {
       fields["key"] =
           "rsaEncryption, " + (key.contains("bits") ? key["bits"].dump() + " bits" : key["octets"].dump() + " octets");
@@ -102,7 +102,7 @@ class CertificateTest : public ToolTest {
     const std::string list = "cd '" + folder + "' && files=$(ls " + pattern + ") && ";
     const Result expected = Shell("OPENSSL_CONF=$PWD/openssl.cnf; export OPENSSL_CONF; " + list +
                                   "for file in $files; do openssl x509 -inform " + form +
-                                  " -in $file -noout -serial -issuer -subject -dates -dateopt "
+                                  " -in $file -noout -fingerprint -sha256 -serial -issuer -subject -dates -dateopt "
                                   "iso_8601 -text -nameopt esc_2253,esc_ctrl,utf8,"
                                   "dump_unknown,dump_nostr,dump_der,sep_comma_plus_space,sname -certopt "
                                   "no_header,no_version,no_serial,no_signame,"
@@ -152,7 +152,7 @@ TEST_F(ToolTest, OddCertificatesAreShownOrRefusedAlikeInBothForms) {
 
 TEST_F(ShowTest, ACertificateIsLaidOutForPeople) {
   const std::string text = Shell("cd " TESSEL_SOURCE_DIR " && $tessel show samples/certificate.pem").out;
-  EXPECT_EQ(text.substr(0, text.find("  Extensions")),
+  EXPECT_EQ(text.substr(0, text.find("  Fingerprints")),
             R"(samples/certificate.pem: certificate 1 (line 1)
   Version:             3
   Serial number:       5AEE6C6421AD3C019E18E15A34669338
@@ -224,6 +224,35 @@ TEST_F(ShowTest, ParametersOfRsaPssAreTold) {
      "maskGenAlgorithm": {"oid": "1.2.840.113549.1.1.8", "name": "mgf1",
                           "hashAlgorithm": {"oid": "1.3.14.3.2.26", "name": "SHA-1"}},
      "saltLength": 20, "trailerField": 1})"));
+}
+
+std::string Indefinite(const std::string& element, size_t headerLength) {
+  return "\x30\x80" + element.substr(headerLength) + std::string(2, '\0');
+}
+
+TEST_F(ShowTest, FingerprintsAreOfTheOctetsThatWereRead) {
+  const Result made = Shell("in='-in " TESSEL_SOURCE_DIR
+                            "/samples/certificate.pem'; openssl x509 $in -outform DER -out it.der && "
+                            "openssl x509 $in -pubkey -noout | openssl pkey -pubin -outform DER -out key");
+  ASSERT_EQ(made.status, 0) << made.err;
+  const auto expectFingerprints = [this] {
+    for (const std::string digest : {"sha1", "sha256"}) {
+      const Json told = Shown("it.der").at(0).at("fingerprints");
+      const Result expected =
+          Shell("openssl dgst -r -" + digest + " it.der key | cut -d' ' -f1 | tr -d '\\n' | tr a-f A-F");
+      const char* ofKey = digest == "sha1" ? "publicKeySha1" : "publicKeySha256";
+      EXPECT_EQ(told.value(digest, "") + told.value(ofKey, ""), expected.out);
+    }
+  };
+  expectFingerprints();
+  const std::string key = ReadAll(folder_ / "key");
+  std::string certificate = ReadAll(folder_ / "it.der");
+  const size_t tbsEnd = 8 + (static_cast<uint8_t>(certificate[6]) << 8) + static_cast<uint8_t>(certificate[7]);
+  certificate = Indefinite(Indefinite(certificate.substr(4, tbsEnd - 4), 4) + certificate.substr(tbsEnd), 0);
+  ReplaceAll(certificate, key, Indefinite(key, 2));
+  Write("it.der", certificate);
+  Write("key", Indefinite(key, 2));
+  expectFingerprints();
 }
 
 constexpr const char* kEveryExtension = R"([req]

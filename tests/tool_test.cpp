@@ -4,11 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
+
+#include "sha256.h"
+#include "support/octets.h"
 
 namespace test {
 namespace {
@@ -134,6 +138,32 @@ TEST_F(ToolTest, TenMillionOpenLevelsAreNoProblem) {
     EXPECT_TRUE(result.err.starts_with("tessel: deep.ber: offset 20000000: ")) << result.err;
     EXPECT_TRUE(result.err.ends_with("octets of the element at offset 19999998 are missing\n")) << result.err;
   }
+}
+
+// ---- SHA-256 ----
+
+template <size_t size>
+constexpr tool::Sha256Digest Sha256Of(const char (&text)[size]) {
+  std::array<uint8_t, size - 1> octets{};
+  std::copy_n(text, size - 1, octets.begin());
+  return tool::Sha256(octets);
+}
+static_assert(Sha256Of("abc") == tool::Sha256Digest{0xBA, 0x78, 0x16, 0xBF, 0x8F, 0x01, 0xCF, 0xEA, 0x41, 0x41, 0x40,
+                                                    0xDE, 0x5D, 0xAE, 0x22, 0x23, 0xB0, 0x03, 0x61, 0xA3, 0x96, 0x17,
+                                                    0x7A, 0x9C, 0xB4, 0x10, 0xFF, 0x61, 0xF2, 0x00, 0x15, 0xAD});
+
+TEST_F(ToolTest, Sha256IsThatOfTheStandardAndOfOpenssl) {
+  const auto hex = [](const tool::Sha256Digest& digest) { return ToHex({digest.begin(), digest.end()}); };
+  EXPECT_EQ(hex(Sha256Of("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq")),
+            "24 8D 6A 61 D2 06 38 B8 E5 C0 26 93 0C 3E 60 39 A3 3C E4 59 64 FF 21 67 F6 EC ED D4 19 DB 06 C1");
+  std::string expected;
+  for (size_t size = 0; size < 200; ++size) {
+    const std::string text(size, static_cast<char>(size));
+    Write(std::to_string(1000 + size), text);
+    expected += hex(tool::Sha256(Bytes(text.begin(), text.end()))) + '\n';
+  }
+  ReplaceAll(expected, " ", "");
+  EXPECT_EQ(Shell("openssl dgst -sha256 -r 1* | cut -c1-64 | tr a-f A-F").out, expected);
 }
 
 // ---- Memory ----

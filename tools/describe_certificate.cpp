@@ -1,6 +1,7 @@
 #include "describe_certificate.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,6 +12,8 @@
 #include "describe_names.h"
 #include "describe_values.h"
 #include "nodes.h"
+#include "sha256.h"
+#include "tessel/calls.hpp"
 #include "values.h"
 
 namespace tool {
@@ -72,9 +75,45 @@ void TellUniqueId(Fact& fact, std::string_view key, std::string_view label, cons
   fact.Add(key, label, std::move(id));
 }
 
+// The SubjectPublicKeyInfo as it was read: the sixth member of the to-be-signed part besides the version. It ends where
+// the next element begins that does not lie within it.
+Octets PublicKeyInfoIn(Octets certificate) {
+  constexpr unsigned kPlace = 6;
+  constexpr uint32_t kDepth = 2;
+  Walk walk(certificate);
+  unsigned place = 0;
+  uint32_t start = 0;
+  for (Element element; walk.Next(element);) {
+    if (place == kPlace && element.depth <= kDepth) return certificate.subspan(start, element.offset - start);
+    if (place == kPlace || element.depth != kDepth || element.tagClass != TESSEL_CLASS_UNIVERSAL) continue;
+    if (++place == kPlace) start = element.offset;
+  }
+  return {};
+}
+
+Fact FingerprintFact(Octets digest) {
+  const std::string text = tessel::Hex(digest);
+  return Fact::Of(text, text);
+}
+
+void TellFingerprints(Fact& fact, Octets certificate) {
+  const auto sha1Of = [](Octets octets) {
+    std::array<uint8_t, 20> digest{};
+    tessel::Call(sha1, octets, digest.data());
+    return FingerprintFact(digest);
+  };
+  const Octets publicKeyInfo = PublicKeyInfoIn(certificate);
+  Fact fingerprints = Fact::Object();
+  fingerprints.Add("sha1", "SHA-1", sha1Of(certificate));
+  fingerprints.Add("sha256", "SHA-256", FingerprintFact(Sha256(certificate)));
+  fingerprints.Add("publicKeySha1", "Public key SHA-1", sha1Of(publicKeyInfo));
+  fingerprints.Add("publicKeySha256", "Public key SHA-256", FingerprintFact(Sha256(publicKeyInfo)));
+  fact.Add("fingerprints", "Fingerprints", std::move(fingerprints));
+}
+
 }  // namespace
 
-Fact CertificateFact(const void* root) {
+Fact CertificateFact(const void* root, Octets element) {
   const void* tbs = Slot(root, kTbsCertificate);
   const void* validity = Slot(tbs, kValidity);
   Fact fact = Fact::Object();
@@ -87,6 +126,7 @@ Fact CertificateFact(const void* root) {
   fact.Add("publicKey", "Public key", PublicKeyFact(Slot(tbs, kPublicKeyInfo), static_cast<const Certificate*>(root)));
   TellSignatureAlgorithm(fact, Slot(root, kSignatureAlgorithm), Slot(tbs, kSignature));
   fact.Hide("signature", HexText(BitStringContent(Slot(root, kSignatureValue))));
+  TellFingerprints(fact, element);
   TellUniqueId(fact, "issuerUniqueId", "Issuer unique ID", Slot(tbs, kIssuerUniqueId));
   TellUniqueId(fact, "subjectUniqueId", "Subject unique ID", Slot(tbs, kSubjectUniqueId));
   if (const void* extensions = Slot(tbs, kExtensions); extensions != nullptr) {

@@ -1,11 +1,12 @@
 // Facts about a certificate.
 #pragma once
 
+#include "ber.h"
 #include "fact.h"
 
 namespace tool {
 
-// The root of its tree, which lends what the fact tells.
-Fact CertificateFact(const void* root);
+// The root of its tree, and its octets as they were read. The fact lends both.
+Fact CertificateFact(const void* root, Octets element);
 
 }  // namespace tool

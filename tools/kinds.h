@@ -16,8 +16,8 @@ struct Kind {
   std::string_view name;
   std::array<std::string_view, 2> labels;  // those of its PEM blocks
   const Asn1Item* item;
-  // Describes an object by the root of its tree, which lends what is told.
-  Fact (*describe)(const void* root);
+  // Describes an object by the root of its tree and by its octets as they were read, which both lend what is told.
+  Fact (*describe)(const void* root, Octets element);
 
   [[nodiscard]] bool HasLabel(std::string_view label) const;
 };
