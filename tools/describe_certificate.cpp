@@ -38,12 +38,10 @@ enum TimeAlternative : uint32_t { kUtcTime, kGeneralizedTime };
 // The stored number is one less than the version that people speak of.
 Fact VersionFact(const void* number) {
   const std::optional<int64_t> stored = SmallInteger(Content(number));
-  const bool isKnown = stored && *stored >= 0 && *stored <= 2;
-  if (isKnown) return Fact::Of(std::to_string(*stored + 1), *stored + 1);
-  Fact fact = IntegerFact(Content(number));
-  fact.text = Concat("unknown (stored as ", fact.text, ')');
-  if (stored && *stored < INT32_MAX) fact.value = *stored + 1;
-  return fact;
+  const std::string unknown = Concat("unknown (stored as ", IntegerText(Content(number)), ')');
+  if (!stored || *stored >= INT32_MAX) return Fact::Of(unknown, nullptr);
+  const bool isKnown = *stored >= 0 && *stored <= 2;
+  return Fact::Of(isKnown ? std::to_string(*stored + 1) : unknown, *stored + 1);
 }
 
 Fact TimeOf(const void* choice) {
@@ -59,9 +57,9 @@ bool HaveSame(const void* one, const void* other, unsigned slot) {
 void TellSignatureAlgorithm(Fact& fact, const void* outside, const void* inside) {
   Fact algorithm = AlgorithmFact(outside);
   Fact signedAlgorithm = AlgorithmFact(inside);
-  if (!HaveSame(outside, inside, 0)) {
+  if (!HaveSame(outside, inside, kAlgorithm)) {
     algorithm.text += Concat(", but ", signedAlgorithm.text, " in the signed part");
-  } else if (!HaveSame(outside, inside, 1)) {
+  } else if (!HaveSame(outside, inside, kParameters)) {
     algorithm.text += ", with other parameters in the signed part";
   }
   fact.Add("signatureAlgorithm", "Signature algorithm", std::move(algorithm));
@@ -76,7 +74,8 @@ void TellUniqueId(Fact& fact, std::string_view key, std::string_view label, cons
 }
 
 // The SubjectPublicKeyInfo as it was read: the sixth member of the to-be-signed part besides the version. It ends where
-// the next element begins that does not lie within it.
+// the next element begins that does not lie within it. Nothing where octets that decoders pass over, such as those
+// behind the members of a SEQUENCE, are no BER.
 Octets PublicKeyInfoIn(Octets certificate) {
   constexpr unsigned kPlace = 6;
   constexpr uint32_t kDepth = 2;
@@ -96,18 +95,23 @@ Fact FingerprintFact(Octets digest) {
   return Fact::Of(text, text);
 }
 
-void TellFingerprints(Fact& fact, Octets certificate) {
+void TellFingerprints(Fact& fact, Octets certificate, const void* publicKeyInfo) {
   const auto sha1Of = [](Octets octets) {
     std::array<uint8_t, 20> digest{};
     tessel::Call(sha1, octets, digest.data());
     return FingerprintFact(digest);
   };
-  const Octets publicKeyInfo = PublicKeyInfoIn(certificate);
+  const Octets written = PublicKeyInfoIn(certificate);
+  tessel::Bytes encoded;
+  if (written.empty()) {
+    tessel::Call(GetAsn1EncodedValue, publicKeyInfo, &SubjectPublicKeyInfoItem, tessel::Into(encoded));
+  }
+  const Octets key = written.empty() ? Octets(encoded) : written;
   Fact fingerprints = Fact::Object();
   fingerprints.Add("sha1", "SHA-1", sha1Of(certificate));
   fingerprints.Add("sha256", "SHA-256", FingerprintFact(Sha256(certificate)));
-  fingerprints.Add("publicKeySha1", "Public key SHA-1", sha1Of(publicKeyInfo));
-  fingerprints.Add("publicKeySha256", "Public key SHA-256", FingerprintFact(Sha256(publicKeyInfo)));
+  fingerprints.Add("publicKeySha1", "Public key SHA-1", sha1Of(key));
+  fingerprints.Add("publicKeySha256", "Public key SHA-256", FingerprintFact(Sha256(key)));
   fact.Add("fingerprints", "Fingerprints", std::move(fingerprints));
 }
 
@@ -126,7 +130,7 @@ Fact CertificateFact(const void* root, Octets element) {
   fact.Add("publicKey", "Public key", PublicKeyFact(Slot(tbs, kPublicKeyInfo), static_cast<const Certificate*>(root)));
   TellSignatureAlgorithm(fact, Slot(root, kSignatureAlgorithm), Slot(tbs, kSignature));
   fact.Hide("signature", HexText(BitStringContent(Slot(root, kSignatureValue))));
-  TellFingerprints(fact, element);
+  TellFingerprints(fact, element, Slot(tbs, kPublicKeyInfo));
   TellUniqueId(fact, "issuerUniqueId", "Issuer unique ID", Slot(tbs, kIssuerUniqueId));
   TellUniqueId(fact, "subjectUniqueId", "Subject unique ID", Slot(tbs, kSubjectUniqueId));
   if (const void* extensions = Slot(tbs, kExtensions); extensions != nullptr) {

@@ -16,7 +16,6 @@
 namespace tool {
 namespace {
 
-enum AlgorithmSlot : unsigned { kAlgorithm, kParameters };
 enum PublicKeyInfoSlot : unsigned { kKeyAlgorithm, kKeyOctets };
 
 // RSASSA-PSS-params ::= SEQUENCE {

@@ -7,6 +7,9 @@
 
 namespace tool {
 
+// The members of an AlgorithmIdentifier.
+enum AlgorithmSlot : unsigned { kAlgorithm, kParameters };
+
 // An AlgorithmIdentifier by the name of its algorithm; programs get its parameters too.
 Fact AlgorithmFact(const void* identifier);
 

@@ -130,15 +130,14 @@ bool HandleOctets(Input input, Octets octets, InputHandler handle) {
 bool HandleFile(const char* name, InputHandler handle) {
   bool good = true;
   const std::string where = tessel::Printable(name);
-  return Attempt(where,
-                 [&] {
-                   const FileOctets octets(name);
-                   Input input;
-                   input.where = where;
-                   input.file = tessel::Utf8(TESSEL_KIND_UTF8_STRING, OctetsOf(name)).value_or(where);
-                   good = HandleOctets(std::move(input), octets.Get(), handle);
-                 }) &&
-         good;
+  const bool isRead = Attempt(where, [&] {
+    const FileOctets octets(name);
+    Input input;
+    input.where = where;
+    input.file = tessel::Utf8(TESSEL_KIND_UTF8_STRING, OctetsOf(name)).value_or(where);
+    good = HandleOctets(std::move(input), octets.Get(), handle);
+  });
+  return isRead && good;
 }
 
 }  // namespace tool
