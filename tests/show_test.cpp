@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 // What is compared, in one text for each certificate.
 std::string Facts(std::map<std::string, std::string>& fields, size_t extensions) {
   std::string facts;
-  for (const char* name : {"serial", "issuer", "subject", "notBefore", "notAfter", "key"}) {
+  for (const char* name : {"serial", "issuer", "subject", "notBefore", "notAfter", "key", "sha256 Fingerprint"}) {
     facts += std::string(name) + "=" + fields[name] + "\n";
   }
   return facts + "extensions=" + std::to_string(extensions);
@@ -46,6 +46,7 @@ std::vector<std::string> FactsFromOpenssl(const std::string& out) {
     } else if (!line.starts_with(' ') && equals != std::string::npos) {
       std::string& value = fields[line.substr(0, equals)] = line.substr(equals + 1);
       if (line.starts_with("not")) ReplaceAll(value, "Z", " UTC");
+      if (line.starts_with("sha256")) ReplaceAll(value, ":", "");
       ReplaceAll(value, "   0-", "0000-");
       ReplaceAll(value, " + ", "+");
       if (value.empty()) value = "(empty)";
@@ -61,11 +62,10 @@ std::vector<std::string> FactsFromJson(const std::string& out) {
   std::vector<std::string> all;
   for (const Json& it : list) {
     const Json& key = it["publicKey"];
-    std::map<std::string, std::string> fields = {{"serial", it["serialNumber"]},
-                                                 {"issuer", it["issuer"]["text"]},
-                                                 {"subject", it["subject"]["text"]},
-                                                 {"notBefore", it["notBefore"]},
-                                                 {"notAfter", it["notAfter"]}};
+    std::map<std::string, std::string> fields = {
+        {"serial", it["serialNumber"]},     {"issuer", it["issuer"]["text"]},
+        {"subject", it["subject"]["text"]}, {"notBefore", it["notBefore"]},
+        {"notAfter", it["notAfter"]},       {"sha256 Fingerprint", it["fingerprints"]["sha256"]}};
     if (key["algorithm"].value("name", "") == "rsaEncryption") {
       fields["key"] =
           "rsaEncryption, " + (key.contains("bits") ? key["bits"].dump() + " bits" : key["octets"].dump() + " octets");
@@ -85,6 +85,14 @@ std::vector<std::string> FactsFromJson(const std::string& out) {
   return all;
 }
 
+class ShowTest : public ToolTest {
+ protected:
+  // The JSON about files.
+  [[nodiscard]] Json Shown(const std::string& files) const {
+    return Json::parse(Shell("$tessel show --json " + files).out, nullptr, false);
+  }
+};
+
 class CertificateTest : public ToolTest {
  protected:
   // Compares the files of a folder that this pattern of ls and the filter leave, shown in one call.
@@ -92,13 +100,13 @@ class CertificateTest : public ToolTest {
     // The openssl of today does not know the taxpayer number of an organisation yet.
     Write("openssl.cnf", "openssl_conf=init\n[init]\noid_section=oids\n[oids]\nINNLE=1.2.643.100.4\n");
     const std::string list = "cd '" + folder + "' && files=$(ls " + pattern + ") && ";
-    const Result expected = Shell(
-        "OPENSSL_CONF=$PWD/openssl.cnf; export OPENSSL_CONF; " + list + "for file in $files; do openssl x509 -inform " +
-        form +
-        " -in $file -noout -serial -issuer -subject -dates -dateopt iso_8601 -text -nameopt esc_2253,esc_ctrl,utf8,"
-        "dump_unknown,dump_nostr,dump_der,sep_comma_plus_space,sname -certopt "
-        "no_header,no_version,no_serial,no_signame,"
-        "no_validity,no_subject,no_issuer,no_sigdump,no_aux || exit 1; echo --; done");
+    const Result expected = Shell("OPENSSL_CONF=$PWD/openssl.cnf; export OPENSSL_CONF; " + list +
+                                  "for file in $files; do openssl x509 -inform " + form +
+                                  " -in $file -noout -fingerprint -sha256 -serial -issuer -subject -dates -dateopt "
+                                  "iso_8601 -text -nameopt esc_2253,esc_ctrl,utf8,"
+                                  "dump_unknown,dump_nostr,dump_der,sep_comma_plus_space,sname -certopt "
+                                  "no_header,no_version,no_serial,no_signame,"
+                                  "no_validity,no_subject,no_issuer,no_sigdump,no_aux || exit 1; echo --; done");
     ASSERT_EQ(expected.status, 0) << expected.err;
     const Result shown = Shell(list + "$tessel show --json $files");
     EXPECT_EQ(shown.status, 0) << shown.err;
@@ -142,9 +150,9 @@ TEST_F(ToolTest, OddCertificatesAreShownOrRefusedAlikeInBothForms) {
   EXPECT_EQ(FactsFromJson(json.out).size(), static_cast<size_t>(shown));
 }
 
-TEST_F(ToolTest, ACertificateIsLaidOutForPeople) {
+TEST_F(ShowTest, ACertificateIsLaidOutForPeople) {
   const std::string text = Shell("cd " TESSEL_SOURCE_DIR " && $tessel show samples/certificate.pem").out;
-  EXPECT_EQ(text.substr(0, text.find("    basicConstraints")),
+  EXPECT_EQ(text.substr(0, text.find("  Fingerprints")),
             R"(samples/certificate.pem: certificate 1 (line 1)
   Version:             3
   Serial number:       5AEE6C6421AD3C019E18E15A34669338
@@ -154,18 +162,16 @@ TEST_F(ToolTest, ACertificateIsLaidOutForPeople) {
   Valid until:         2056-01-01 00:00:00 UTC
   Public key:          EC, secp256r1
   Signature algorithm: sha256WithRSAEncryption
-  Extensions:
 )");
 }
 
-TEST_F(ToolTest, GostKeysAreToldWithTheirParameterSets) {
+TEST_F(ShowTest, GostKeysAreToldWithTheirParameterSets) {
   const std::string sample = TESSEL_SOURCE_DIR "/samples/gost.pem";
   const std::string expected = R"(  Public key:          GOST R 34.10-2012 256, 64 octets
-    publicKeyParamSet:  id-GostR3410-2001-CryptoPro-A-ParamSet
-    digestParamSet:     GOST R 34.11-2012 256
-    encryptionParamSet: id-tc26-gost-28147-param-Z (by default)
-    Consistency check:  accepted
-)";
+    publicKeyParamSet: id-GostR3410-2001-CryptoPro-A-ParamSet
+    digestParamSet:    GOST R 34.11-2012 256
+    Consistency check: accepted
+  Signature)";
   const Result shown = Shell("$tessel show " + sample);
   EXPECT_NE(shown.out.find(expected), std::string::npos) << shown.out;
 
@@ -174,10 +180,85 @@ TEST_F(ToolTest, GostKeysAreToldWithTheirParameterSets) {
   std::string certificate = ReadAll(folder_ / "it.der");
   ReplaceAll(certificate, "\x2A\x85\x03\x07\x01\x01\x02\x02", "\x2A\x85\x03\x07\x01\x01\x02\x03");
   Write("it.der", certificate);
-  const Json key = Json::parse(Shell("$tessel show --json it.der").out, nullptr, false).at(0).at("publicKey");
+  const Json key = Shown("it.der").at(0).at("publicKey");
   EXPECT_EQ(key["octets"], 64);
   EXPECT_EQ(key["digestParamSet"], Json({{"oid", "1.2.643.7.1.1.2.3"}, {"name", "GOST R 34.11-2012 512"}}));
   EXPECT_EQ(key["consistent"], false);
+
+  // Keys with most sets of RFC 9215 have no digest set, so that there is nothing to check.
+  const Result made = Shell(
+      "for it in 256:TCA 256:TCB 256:TCC 256:TCD 512:A 512:B 512:C; do openssl req -x509 -engine gost "
+      "-newkey gost2012_${it%:*} -pkeyopt paramset:${it#*:} -nodes -keyout /dev/null -subj / -out it.pem && "
+      "$tessel show it.pem | sed -n '/^  Public/,/^  Sig/p' || exit 1; done");
+  ASSERT_EQ(made.status, 0) << made.err;
+  std::string sets;
+  const std::string checked = "\n    digestParamSet:    GOST R 34.11-2012 512\n    Consistency check: accepted";
+  for (const std::string set : {"256:A", "256:B", "256:C", "256:D", "512:A", "512:B", "512:C"}) {
+    const std::string bits = set.substr(0, 3);
+    std::string told = R"(  Public key:          GOST R 34.10-2012 BITS, SIZE octets
+    publicKeyParamSet: id-tc26-gost-3410-2012-BITS-paramSet)";
+    told += set.back();
+    if (set == "512:A" || set == "512:B") told += checked;
+    told += "\n  Signature algorithm: GOST R 34.10-2012 with GOST R 34.11-2012 BITS\n";
+    ReplaceAll(told, "BITS", bits);
+    ReplaceAll(told, "SIZE", bits == "256" ? "64" : "128");
+    sets += told;
+  }
+  EXPECT_EQ(made.out, sets);
+}
+
+TEST_F(ShowTest, ParametersOfRsaPssAreTold) {
+  const Result made = Shell(
+      "openssl req -x509 -newkey rsa-pss -pkeyopt rsa_pss_keygen_md:sha256 -pkeyopt rsa_pss_keygen_mgf1_md:sha256 "
+      "-pkeyopt rsa_pss_keygen_saltlen:32 -sha256 -sigopt rsa_pss_saltlen:33 -nodes -keyout /dev/null -subj / "
+      "-out written.pem && openssl req -x509 -newkey rsa:2048 -sha1 -sigopt rsa_padding_mode:pss "
+      "-sigopt rsa_pss_saltlen:20 -nodes -keyout /dev/null -subj / -out default.pem");
+  ASSERT_EQ(made.status, 0) << made.err;
+  EXPECT_EQ(Shell("$tessel show written.pem default.pem | grep -e 'Public key:' -e 'Signature algorithm:'").out,
+            "  Public key:          RSASSA-PSS, SHA-256, mgf1 with SHA-256, salt of 32 octets, 2048 bits\n"
+            "  Signature algorithm: RSASSA-PSS, SHA-256, mgf1 with SHA-256, salt of 33 octets\n"
+            "  Public key:          rsaEncryption, 2048 bits\n"
+            "  Signature algorithm: RSASSA-PSS, SHA-1, mgf1 with SHA-1, salt of 20 octets\n");
+  EXPECT_EQ(Shown("default.pem").at(0).at("signatureAlgorithm").at("pss"), Json::parse(R"(
+    {"hashAlgorithm": {"oid": "1.3.14.3.2.26", "name": "SHA-1"},
+     "maskGenAlgorithm": {"oid": "1.2.840.113549.1.1.8", "name": "mgf1",
+                          "hashAlgorithm": {"oid": "1.3.14.3.2.26", "name": "SHA-1"}},
+     "saltLength": 20, "trailerField": 1})"));
+}
+
+std::string Indefinite(const std::string& element, size_t headerLength) {
+  return "\x30\x80" + element.substr(headerLength) + std::string(2, '\0');
+}
+
+TEST_F(ShowTest, FingerprintsAreOfTheOctetsThatWereRead) {
+  const Result made = Shell("in='-in " TESSEL_SOURCE_DIR
+                            "/samples/certificate.pem'; openssl x509 $in -outform DER -out it.der && "
+                            "openssl x509 $in -pubkey -noout | openssl pkey -pubin -outform DER -out key");
+  ASSERT_EQ(made.status, 0) << made.err;
+  const auto expectFingerprints = [this] {
+    for (const std::string digest : {"sha1", "sha256"}) {
+      const Json told = Shown("it.der").at(0).at("fingerprints");
+      const Result expected =
+          Shell("openssl dgst -r -" + digest + " it.der key | cut -d' ' -f1 | tr -d '\\n' | tr a-f A-F");
+      const char* ofKey = digest == "sha1" ? "publicKeySha1" : "publicKeySha256";
+      EXPECT_EQ(told.value(digest, "") + told.value(ofKey, ""), expected.out);
+    }
+  };
+  expectFingerprints();
+  const std::string key = ReadAll(folder_ / "key");
+  std::string certificate = ReadAll(folder_ / "it.der");
+  const size_t tbsEnd = 8 + (static_cast<uint8_t>(certificate[6]) << 8) + static_cast<uint8_t>(certificate[7]);
+  // Octets that are no BER behind a time, over which decoders pass.
+  std::string odd = certificate;
+  ReplaceAll(odd, Text("180F") + "20560101000000Z", Text("180D") + "2056010100000\xFF\xFF");
+  ASSERT_TRUE(odd != certificate);
+  Write("it.der", odd);
+  expectFingerprints();
+  certificate = Indefinite(Indefinite(certificate.substr(4, tbsEnd - 4), 4) + certificate.substr(tbsEnd), 0);
+  ReplaceAll(certificate, key, Indefinite(key, 2));
+  Write("it.der", certificate);
+  Write("key", Indefinite(key, 2));
+  expectFingerprints();
 }
 
 constexpr const char* kEveryExtension = R"([req]
@@ -240,7 +321,7 @@ values = SET:dates
 date = GENERALIZEDTIME:19711014120000Z
 )";
 
-TEST_F(ToolTest, EveryExtensionIsDecoded) {
+TEST_F(ShowTest, EveryExtensionIsDecoded) {
   Write("all.cnf", kEveryExtension);
   const Result made = Shell(
       "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -keyout /dev/null -utf8 -set_serial 10 "
@@ -325,7 +406,7 @@ TEST_F(ToolTest, EveryExtensionIsDecoded) {
       Octets behind the value: 0500
 )");
 
-  const Json json = Json::parse(Shell("$tessel show --json it.pem").out, nullptr, false);
+  const Json json = Shown("it.pem");
   std::map<std::string, Json> values;
   for (const Json& extension : json.at(0).at("extensions")) {
     values[extension.at("oid")] = extension.value("value", extension.value("hex", Json()));
@@ -345,7 +426,7 @@ TEST_F(ToolTest, EveryExtensionIsDecoded) {
   for (const auto& [oid, value] : expected) EXPECT_EQ(values[oid], Json::parse(value)) << oid;
 }
 
-TEST_F(ToolTest, NamesCannotDriveATerminal) {
+TEST_F(ShowTest, NamesCannotDriveATerminal) {
   const Result made = Shell(
       "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -keyout /dev/null -utf8 -out it.pem "
       "-multivalue-rdn -subj \"$(printf '/CN=\\033[2J\\302\\233\\342\\200\\256\\177x/O=#1, \"2\" <3>; "
@@ -357,12 +438,27 @@ TEST_F(ToolTest, NamesCannotDriveATerminal) {
             std::string::npos)
       << shown.out;
   const std::string json = Shell("$tessel show --json it.pem").out;
-  EXPECT_EQ(json.find_first_of("\x1B\x7F\x9B\xAE"), std::string::npos) << json;
-  const Json name = Json::parse(json, nullptr, false).at(0).at("subject").at("rdns").at(0).at(0).at("value");
-  EXPECT_EQ(name.dump(-1, ' ', true), R"("\u001b[2J\u009b\u202e\u007fx")");
+  EXPECT_NE(json.find(R"("value": "\u001B[2J\u009B\u202E\u007Fx")"), std::string::npos) << json;
+  EXPECT_NE(json.find(R"(CN=\\1B[2J\\C2\\9B\\E2\\80\\AE\\7Fx, O=\\#1\\, \\\"2\\\" \\<3\\>\\;\\ , OU=a+L=Ж")"),
+            std::string::npos)
+      << json;
 }
 
-TEST_F(ToolTest, TimesAreTold) {
+TEST_F(ShowTest, JsonTellsWhereAnObjectStands) {
+  const std::string pem = ReadAll(TESSEL_SOURCE_DIR "/samples/root.pem");
+  const std::string name = IsForWindows() ? "it.pem" : "Ж\"\x1B.pem";
+  Write(name, "\n" + pem + "-----BEGIN X-----\n" + pem + pem);
+  const Result shown = Shell("openssl x509 -in *.pem -outform DER | $tessel show --json *.pem -");
+  Json places;
+  for (const Json& it : Json::parse(shown.out, nullptr, false)) {
+    places.push_back({it.at("file"), it.at("index"), it.at("line")});
+  }
+  const size_t lines = SplitLines(pem).size();
+  EXPECT_EQ(places, Json({{name, 1, 2}, {name, 2, 3 + lines}, {name, 3, 3 + 2 * lines}, {"-", 1, nullptr}}));
+  EXPECT_TRUE(IsForWindows() || shown.out.find(R"("Ж\"\u001B.pem")") != std::string::npos) << shown.out;
+}
+
+TEST_F(ShowTest, TimesAreTold) {
   const std::pair<const char*, const char*> times[] = {
       {"500101000000Z", "1950-01-01 00:00:00 UTC"},
       {"491231235959Z", "2049-12-31 23:59:59 UTC"},

@@ -17,17 +17,22 @@ complete_words() {  # WORD...: the completions of the last word of a command lin
 }
 source "$source/tools/completion.bash"
 
-# A line of the usage is `tessel WORD`, with an option and files or without.
-usage=$("$tool" --help | grep -o 'tessel [a-z-].*')
-read -ra words <<<"$(cut -d' ' -f2 <<<"$usage" | uniq | xargs)"
-[[ ${#words[@]} -ge 4 ]]
+# A line of the usage is `tessel WORD`, with an option and files or without. Options are named there or below.
+usage=$("$tool" --help)
+read -ra words <<<"$(grep -oE 'tessel [a-z-]+' <<<"$usage" | cut -d' ' -f2 | uniq | xargs)"
+options=$(grep -oE -- '(^| )-(-[a-z]*|[a-z])' <<<"$usage" | sort -u)
+[[ ${#words[@]} -ge 4 && $(wc -l <<<"$options") -ge 5 ]]
 completed=$(complete_words "")
 [[ $completed == "${words[*]}" ]] || { echo "completed: $completed, but there is ${words[*]}"; exit 1; }
-for word in "${words[@]}" $(grep -oE -- '--[a-z]+' <<<"$usage"); do
-  grep -q -e "^ *tessel.* \[*$word" <<<"$shown" || { echo "the man page does not know $word"; exit 1; }
+completed=" $(complete_words -) $(complete_words show -) "
+for option in $options; do
+  [[ $completed == *" $option "* ]] || { echo "no completion knows $option"; exit 1; }
+done
+for word in "${words[@]}" $options; do
+  grep -qE -e "(^| )\[?$word([] ,.]|$)" <<<"$shown" || { echo "the man page does not know $word"; exit 1; }
 done
 
-[[ $(complete_words show -) == --json && -z $(complete_words tree -) && -z $(complete_words --help "") ]]
+[[ $(complete_words show --j) == --json && $(complete_words tree -) != *--json* && -z $(complete_words --help "") ]]
 cd "$source/samples"
 [[ $(complete_words tree certificate.p) == certificate.pem ]]
-[[ $(complete_words show --json ./root.p) == ./root.pem ]]
+[[ $(complete_words show --json ./root.p) == ./root.pem && $(complete_words show -- -) != *--json* ]]

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "concat.h"
-#include "tessel/tessel.h"
+#include "tessel/calls.hpp"
 
 namespace tool {
 namespace {
@@ -13,9 +13,8 @@ constexpr uint8_t kHighTagForm = 0x1F;
 uint32_t ReadHeaderFields(Octets octets, Element& element) {
   uint8_t constructed = 0;
   uint32_t indefinite = 0;
-  const uint32_t status =
-      GetAsn1ObjectInfo(octets.data(), static_cast<uint32_t>(octets.size()), &element.tagClass, &constructed,
-                        &element.tagNumber, &element.contentLength, &indefinite, &element.headerLength);
+  const uint32_t status = tessel::Try(GetAsn1ObjectInfo, octets, &element.tagClass, &constructed, &element.tagNumber,
+                                      &element.contentLength, &indefinite, &element.headerLength);
   if (status != TESSEL_OK) return status;
   element.constructed = constructed != 0;
   element.indefinite = indefinite != 0;
@@ -111,6 +110,12 @@ std::string Walk::HeaderProblem(uint32_t status) const {
     return Concat("the length takes ", rest.front() & 0x7F, " octets, at most 4 are supported");
   }
   return Concat("the length runs past the end of ", Enclosing());
+}
+
+std::optional<BerBreak> FindBreak(Octets octets) {
+  Walk walk(octets);
+  for (Element element; walk.Next(element);) continue;
+  return walk.Break();
 }
 
 std::optional<Element> ReadElement(Octets octets) {

@@ -4,12 +4,13 @@
 #include <cstdint>
 #include <deque>
 #include <optional>
-#include <span>
 #include <string>
+
+#include "tessel/octets.hpp"
 
 namespace tool {
 
-using Octets = std::span<const uint8_t>;
+using tessel::Octets;
 
 struct Element {
   uint32_t offset = 0;
@@ -74,6 +75,9 @@ class Walk {
   std::deque<Level> levels_;
   std::optional<BerBreak> break_;
 };
+
+// Where the elements break that the octets hold; nothing when all are sound.
+std::optional<BerBreak> FindBreak(Octets octets);
 
 // The element of definite length at the start of `octets`, when it lies within them.
 std::optional<Element> ReadElement(Octets octets);

@@ -1,5 +1,7 @@
 #include "describe_certificate.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,118 +11,131 @@
 #include "describe_keys.h"
 #include "describe_names.h"
 #include "describe_values.h"
-#include "library.h"
 #include "nodes.h"
-#include "status_text.h"
-#include "text.h"
+#include "sha256.h"
+#include "tessel/calls.hpp"
 #include "values.h"
 
 namespace tool {
 namespace {
 
-// What no getter tells is read from the nodes: the algorithm beside the signature, and times as they are written.
-enum CertificateSlot : unsigned { kTbsCertificate, kSignatureAlgorithm };
-enum TbsCertificateSlot : unsigned { kValidity = 4 };
+enum CertificateSlot : unsigned { kTbsCertificate, kSignatureAlgorithm, kSignatureValue };
+enum TbsCertificateSlot : unsigned {
+  kVersion,
+  kSerialNumber,
+  kSignature,
+  kIssuer,
+  kValidity,
+  kSubject,
+  kPublicKeyInfo,
+  kIssuerUniqueId,
+  kSubjectUniqueId,
+  kExtensions
+};
 enum ValiditySlot : unsigned { kNotBefore, kNotAfter };
-enum AlgorithmSlot : unsigned { kAlgorithm, kParameters };
 enum TimeAlternative : uint32_t { kUtcTime, kGeneralizedTime };
 
-Fact Absent() { return Fact::Of("(absent)", nullptr); }
-
 // The stored number is one less than the version that people speak of.
-Fact VersionFact(const Certificate* certificate) {
-  int32_t stored = 0;
-  const uint32_t status = GetCertificateVersion(certificate, &stored);
-  if (status == TESSEL_ABSENT) return Absent();
-  if (status != TESSEL_OK) return Fact::Of(Concat("unknown (", StatusText(status), ')'), nullptr);
-  const int64_t version = int64_t{stored} + 1;
-  const bool known = version >= 1 && version <= 3;
-  return Fact::Of(known ? std::to_string(version) : Concat("unknown (stored as ", stored, ')'), version);
+Fact VersionFact(const void* number) {
+  const std::optional<int64_t> stored = SmallInteger(Content(number));
+  const std::string unknown = Concat("unknown (stored as ", IntegerText(Content(number)), ')');
+  if (!stored || *stored >= INT32_MAX) return Fact::Of(unknown, nullptr);
+  const bool isKnown = *stored >= 0 && *stored <= 2;
+  return Fact::Of(isKnown ? std::to_string(*stored + 1) : unknown, *stored + 1);
 }
 
-Fact SerialNumberFact(const Certificate* certificate) {
-  uint32_t length = 0;
-  const uint8_t* octets = ptr_GetCertificateSerialNumber(certificate, &length);
-  if (octets == nullptr) return Absent();
-  const std::string text = SerialNumberText({octets, length});
-  return Fact::Of(text, text);
-}
-
-using NameGetter = uint32_t(TESSEL_CALL*)(Certificate*, X509Name**);
-
-Fact NameOf(Certificate* certificate, NameGetter get) {
-  X509Name* name = nullptr;
-  return get(certificate, &name) == TESSEL_OK ? NameFact(name) : Absent();
-}
-
-Fact ValidityTimeFact(const Certificate* certificate, ValiditySlot slot) {
-  const Alternative time = Chosen(Slot(Slot(Slot(certificate, kTbsCertificate), kValidity), slot));
-  if (time.value == nullptr) return Absent();
+Fact TimeOf(const void* choice) {
+  const Alternative time = Chosen(choice);
   return TimeFact(time.index == kUtcTime ? TESSEL_KIND_UTC_TIME : TESSEL_KIND_GENERALIZED_TIME, Content(time.value));
 }
 
-Bytes Copied(Octets octets) { return {octets.begin(), octets.end()}; }
-
-Algorithm AlgorithmBesideSignature(const Certificate* certificate) {
-  const void* identifier = Slot(certificate, kSignatureAlgorithm);
-  return {Copied(Content(Slot(identifier, kAlgorithm))), Copied(Content(Slot(identifier, kParameters)))};
+bool HaveSame(const void* one, const void* other, unsigned slot) {
+  return std::ranges::equal(Content(Slot(one, slot)), Content(Slot(other, slot)));
 }
 
 // Both places should say the same; people are told of the signed one when it says something else.
-void TellSignatureAlgorithm(Fact& fact, const Certificate* certificate) {
-  Algorithm inside;
-  const uint32_t status = FetchAlgorithm(inside, [certificate](auto... outputs) {
-    return GetCertificateSignatureAlgorithmOidAndParameters(certificate, outputs...);
-  });
-  const Algorithm outside = AlgorithmBesideSignature(certificate);
+void TellSignatureAlgorithm(Fact& fact, const void* outside, const void* inside) {
   Fact algorithm = AlgorithmFact(outside);
-  Fact signedAlgorithm = status == TESSEL_OK ? AlgorithmFact(inside) : Absent();
-  if (inside.oid != outside.oid) {
+  Fact signedAlgorithm = AlgorithmFact(inside);
+  if (!HaveSame(outside, inside, kAlgorithm)) {
     algorithm.text += Concat(", but ", signedAlgorithm.text, " in the signed part");
-  } else if (inside.parameters != outside.parameters) {
+  } else if (!HaveSame(outside, inside, kParameters)) {
     algorithm.text += ", with other parameters in the signed part";
   }
   fact.Add("signatureAlgorithm", "Signature algorithm", std::move(algorithm));
   fact.Hide("signedSignatureAlgorithm", std::move(signedAlgorithm));
 }
 
-void HideSignature(Fact& fact, const Certificate* certificate) {
-  Bytes signature;
-  const uint32_t status = Fetch(signature, [certificate](uint8_t* buffer, uint32_t* length) {
-    return GetCertificateSignature(certificate, buffer, length);
-  });
-  if (status == TESSEL_OK) fact.Hide("signature", Hex(signature));
+void TellUniqueId(Fact& fact, std::string_view key, std::string_view label, const void* bits) {
+  if (bits == nullptr) return;
+  Fact id = UnreadFact(BitStringContent(bits));
+  id.Hide("unusedBits", int64_t{static_cast<const Asn1BitString*>(bits)->unused});
+  fact.Add(key, label, std::move(id));
 }
 
-using UniqueIdGetter = uint32_t(TESSEL_CALL*)(const Certificate*, uint8_t*, uint32_t*, uint8_t*);
+// The SubjectPublicKeyInfo as it was read: the sixth member of the to-be-signed part besides the version. It ends where
+// the next element begins that does not lie within it. Nothing where octets that decoders pass over, such as those
+// behind the members of a SEQUENCE, are no BER.
+Octets PublicKeyInfoIn(Octets certificate) {
+  constexpr unsigned kPlace = 6;
+  constexpr uint32_t kDepth = 2;
+  Walk walk(certificate);
+  unsigned place = 0;
+  uint32_t start = 0;
+  for (Element element; walk.Next(element);) {
+    if (place == kPlace && element.depth <= kDepth) return certificate.subspan(start, element.offset - start);
+    if (place == kPlace || element.depth != kDepth || element.tagClass != TESSEL_CLASS_UNIVERSAL) continue;
+    if (++place == kPlace) start = element.offset;
+  }
+  return {};
+}
 
-void TellUniqueId(Fact& fact, std::string_view key, std::string_view label, const Certificate* certificate,
-                  UniqueIdGetter get) {
-  Bytes octets;
-  uint8_t unused = 0;
-  const auto fetch = [&](uint8_t* buffer, uint32_t* length) { return get(certificate, buffer, length, &unused); };
-  if (Fetch(octets, fetch) != TESSEL_OK) return;
-  Fact id = UnreadFact(octets);
-  id.Hide("unusedBits", int64_t{unused});
-  fact.Add(key, label, std::move(id));
+Fact FingerprintFact(Octets digest) {
+  const std::string text = tessel::Hex(digest);
+  return Fact::Of(text, text);
+}
+
+void TellFingerprints(Fact& fact, Octets certificate, const void* publicKeyInfo) {
+  const auto sha1Of = [](Octets octets) {
+    std::array<uint8_t, 20> digest{};
+    tessel::Call(sha1, octets, digest.data());
+    return FingerprintFact(digest);
+  };
+  const Octets written = PublicKeyInfoIn(certificate);
+  tessel::Bytes encoded;
+  if (written.empty()) {
+    tessel::Call(GetAsn1EncodedValue, publicKeyInfo, &SubjectPublicKeyInfoItem, tessel::Into(encoded));
+  }
+  const Octets key = written.empty() ? Octets(encoded) : written;
+  Fact fingerprints = Fact::Object();
+  fingerprints.Add("sha1", "SHA-1", sha1Of(certificate));
+  fingerprints.Add("sha256", "SHA-256", FingerprintFact(Sha256(certificate)));
+  fingerprints.Add("publicKeySha1", "Public key SHA-1", sha1Of(key));
+  fingerprints.Add("publicKeySha256", "Public key SHA-256", FingerprintFact(Sha256(key)));
+  fact.Add("fingerprints", "Fingerprints", std::move(fingerprints));
 }
 
 }  // namespace
 
-Fact CertificateFact(Certificate* certificate) {
+Fact CertificateFact(const void* root, Octets element) {
+  const void* tbs = Slot(root, kTbsCertificate);
+  const void* validity = Slot(tbs, kValidity);
   Fact fact = Fact::Object();
-  fact.Add("version", "Version", VersionFact(certificate));
-  fact.Add("serialNumber", "Serial number", SerialNumberFact(certificate));
-  fact.Add("issuer", "Issuer", NameOf(certificate, GetCertificateIssuer));
-  fact.Add("subject", "Subject", NameOf(certificate, GetCertificateSubject));
-  fact.Add("notBefore", "Valid from", ValidityTimeFact(certificate, kNotBefore));
-  fact.Add("notAfter", "Valid until", ValidityTimeFact(certificate, kNotAfter));
-  fact.Add("publicKey", "Public key", PublicKeyFact(certificate));
-  TellSignatureAlgorithm(fact, certificate);
-  HideSignature(fact, certificate);
-  TellUniqueId(fact, "issuerUniqueId", "Issuer unique ID", certificate, GetCertificateIssuerUniqueId);
-  TellUniqueId(fact, "subjectUniqueId", "Subject unique ID", certificate, GetCertificateSubjectUniqueId);
-  TellExtensions(fact, certificate);
+  fact.Add("version", "Version", VersionFact(Slot(tbs, kVersion)));
+  fact.Add("serialNumber", "Serial number", SerialNumberFact(Content(Slot(tbs, kSerialNumber))));
+  fact.Add("issuer", "Issuer", NameFact(Chosen(Slot(tbs, kIssuer)).value));
+  fact.Add("subject", "Subject", NameFact(Chosen(Slot(tbs, kSubject)).value));
+  fact.Add("notBefore", "Valid from", TimeOf(Slot(validity, kNotBefore)));
+  fact.Add("notAfter", "Valid until", TimeOf(Slot(validity, kNotAfter)));
+  fact.Add("publicKey", "Public key", PublicKeyFact(Slot(tbs, kPublicKeyInfo), static_cast<const Certificate*>(root)));
+  TellSignatureAlgorithm(fact, Slot(root, kSignatureAlgorithm), Slot(tbs, kSignature));
+  fact.Hide("signature", HexText(BitStringContent(Slot(root, kSignatureValue))));
+  TellFingerprints(fact, element, Slot(tbs, kPublicKeyInfo));
+  TellUniqueId(fact, "issuerUniqueId", "Issuer unique ID", Slot(tbs, kIssuerUniqueId));
+  TellUniqueId(fact, "subjectUniqueId", "Subject unique ID", Slot(tbs, kSubjectUniqueId));
+  if (const void* extensions = Slot(tbs, kExtensions); extensions != nullptr) {
+    fact.Add("extensions", "Extensions", ExtensionsFact(extensions));
+  }
   return fact;
 }
 

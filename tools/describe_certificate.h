@@ -1,12 +1,12 @@
 // Facts about a certificate.
 #pragma once
 
+#include "ber.h"
 #include "fact.h"
-#include "tessel/tessel.h"
 
 namespace tool {
 
-// The getters of a certificate's names take one that can be changed: they make a name that is missing.
-Fact CertificateFact(Certificate* certificate);
+// The root of its tree, and its octets as they were read. The fact lends both.
+Fact CertificateFact(const void* root, Octets element);
 
 }  // namespace tool

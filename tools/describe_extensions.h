@@ -2,11 +2,10 @@
 #pragma once
 
 #include "fact.h"
-#include "tessel/tessel.h"
 
 namespace tool {
 
-// Adds a certificate's extensions, if it has any.
-void TellExtensions(Fact& fact, Certificate* certificate);
+// The node of a list of extensions, which lends what the fact tells.
+Fact ExtensionsFact(const void* extensions);
 
 }  // namespace tool

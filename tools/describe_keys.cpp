@@ -1,56 +1,102 @@
 #include "describe_keys.h"
 
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "concat.h"
+#include "decoding.h"
 #include "describe_values.h"
-#include "status_text.h"
-#include "text.h"
+#include "descriptors.h"
+#include "nodes.h"
 #include "values.h"
 
 namespace tool {
 namespace {
 
-// The library's numbers of the algorithms whose keys have parameter sets (oid.h).
-enum GostKey : uint32_t { kGost2001 = 102, kGost2012Short = 3000, kGost2012Long = 3001 };
+enum PublicKeyInfoSlot : unsigned { kKeyAlgorithm, kKeyOctets };
+
+// RSASSA-PSS-params ::= SEQUENCE {
+//   hashAlgorithm    [0] EXPLICIT AlgorithmIdentifier DEFAULT SHA-1,
+//   maskGenAlgorithm [1] EXPLICIT AlgorithmIdentifier DEFAULT mgf1 with SHA-1,
+//   saltLength       [2] EXPLICIT INTEGER DEFAULT 20,
+//   trailerField     [3] EXPLICIT INTEGER DEFAULT 1 } (RFC 4055, 3.1)
+const Asn1Item kHashAlgorithm = Optional(Explicit(0, AlgorithmIdentifierItem));
+const Asn1Item kMaskGenAlgorithm = Optional(Explicit(1, AlgorithmIdentifierItem));
+constexpr Asn1Item kSaltLength = Optional(Explicit(2, Primitive(TESSEL_KIND_INTEGER)));
+constexpr Asn1Item kTrailerField = Optional(Explicit(3, Primitive(TESSEL_KIND_INTEGER)));
+const Members<4> kPssMembers = {&kHashAlgorithm, &kMaskGenAlgorithm, &kSaltLength, &kTrailerField};
+const Asn1Item kPssParameters = Sequence(kPssMembers);
+enum PssSlot : unsigned { kHash, kMaskGen, kSalt, kTrailer };
+constexpr tessel::ObjectIdentifier kSha1("1.3.14.3.2.26");
+constexpr tessel::ObjectIdentifier kMgf1("1.2.840.113549.1.1.8");
+
+// Mask generation functions have the hash algorithm as parameter.
+Fact MaskGenFact(const void* identifier) {
+  Fact fact = OidFact(identifier == nullptr ? kMgf1.Content() : Content(Slot(identifier, kAlgorithm)));
+  const std::optional<Octets> hash = ContentOfType(Content(Slot(identifier, kParameters)), TESSEL_KIND_SEQUENCE);
+  const std::optional<Octets> oid = hash ? ContentOfType(*hash, TESSEL_KIND_OBJECT_IDENTIFIER) : std::nullopt;
+  if (identifier != nullptr && !oid) return fact;
+  Fact hashFact = OidFact(oid ? *oid : kSha1.Content());
+  fact.text += Concat(" with ", hashFact.text);
+  fact.Hide("hashAlgorithm", std::move(hashFact));
+  return fact;
+}
+
+Fact NumberOrDefault(const void* number, int64_t byDefault) {
+  return number == nullptr ? Fact::Of(std::to_string(byDefault), byDefault) : IntegerFact(Content(number));
+}
+
+Fact PssFact(const void* parameters) {
+  const void* hashIdentifier = Slot(parameters, kHash);
+  Fact hash = OidFact(hashIdentifier == nullptr ? kSha1.Content() : Content(Slot(hashIdentifier, kAlgorithm)));
+  Fact maskGen = MaskGenFact(Slot(parameters, kMaskGen));
+  Fact salt = NumberOrDefault(Slot(parameters, kSalt), 20);
+  Fact trailer = NumberOrDefault(Slot(parameters, kTrailer), 1);
+  Fact fact = Fact::Object(
+      Concat(hash.text, ", ", maskGen.text, ", salt of ", salt.text, salt.text == "1" ? " octet" : " octets"));
+  if (trailer.text != "1") fact.text += Concat(", trailer field ", trailer.text);
+  fact.Hide("hashAlgorithm", std::move(hash));
+  fact.Hide("maskGenAlgorithm", std::move(maskGen));
+  fact.Hide("saltLength", std::move(salt));
+  fact.Hide("trailerField", std::move(trailer));
+  return fact;
+}
+
+void TellPss(Fact& fact, Octets parameters) {
+  try {
+    Fact pss = DecodedFact(kPssParameters, parameters, PssFact);
+    fact.text += Concat(", ", pss.text);
+    fact.Hide("pss", std::move(pss));
+  } catch (const DecodingError& error) {
+    fact.text += Concat(", parameters not readable (", error.Problem(), ')');
+  }
+}
 
 struct Key {
-  std::string_view algorithm;
+  std::string name;  // of its algorithm
   Octets parameters;
   Octets octets;
 };
-
-struct ParameterSet {
-  std::string_view key;
-  Bytes oid = {};  // content octets; empty when there is none
-  bool isDefault = false;
-};
-
-Fact Unreadable(uint32_t status) { return Fact::Of(Concat("(not readable: ", StatusText(status), ')'), nullptr); }
-
-bool IsRsa(std::string_view algorithm) {
-  return algorithm == "rsaEncryption" || algorithm == "RSASSA-PSS" || algorithm == "RSAES-OAEP";
-}
 
 // The INTEGERs that a SEQUENCE starts with: RSAPublicKey { modulus, publicExponent }, Dss-Parms { p, q, g }.
 std::vector<Octets> LeadingIntegers(Octets encoded) {
   std::vector<Octets> integers;
   Octets rest = ContentOfType(encoded, TESSEL_KIND_SEQUENCE).value_or(Octets());
-  while (const std::optional<Octets> integer = ContentOfType(rest, TESSEL_KIND_INTEGER)) {
+  while (integers.size() < 3) {
+    const std::optional<Octets> integer = TakeContentOfType(rest, TESSEL_KIND_INTEGER);
+    if (!integer) break;
     integers.push_back(*integer);
-    rest = Octets(integer->data() + integer->size(), rest.data() + rest.size());
   }
   return integers;
 }
 
 void TellBits(Fact& fact, Octets modulus) {
-  const uint32_t bits = BitCount(modulus);
+  const int64_t bits = BitCount(modulus);
   fact.text += Concat(", ", bits, " bits");
-  fact.Hide("bits", int64_t{bits});
+  fact.Hide("bits", bits);
 }
 
 void TellOctets(Fact& fact, Octets key) {
@@ -86,112 +132,60 @@ void TellCurve(Fact& fact, const Key& key) {
   fact.Hide("curve", std::move(curve));
 }
 
-// The three sets as they stand there, in their order.
-void ReadWrittenSets(Octets parameters, std::span<ParameterSet> sets) {
-  Octets rest = ContentOfType(parameters, TESSEL_KIND_SEQUENCE).value_or(Octets());
-  for (ParameterSet& set : sets) {
-    const std::optional<Octets> oid = ContentOfType(rest, TESSEL_KIND_OBJECT_IDENTIFIER);
-    if (!oid) return;
-    set.oid.assign(oid->begin(), oid->end());
-    rest = Octets(oid->data() + oid->size(), rest.data() + rest.size());
-  }
-}
-
-// The library knows the DEFAULT of a set that is not written. It does not read parameters that lack another set.
-void ReadSets(uint32_t algorithm, Octets parameters, std::span<ParameterSet> sets) {
-  ReadWrittenSets(parameters, sets);
-  CountedOid oids[3];
-  uint8_t mode = 0;
-  const uint32_t status = DecodeAlgorithmGostR3410ParameterOids(algorithm, parameters.data(), SizeOf(parameters), &mode,
-                                                                oids[0].octets, &oids[0].length, oids[1].octets,
-                                                                &oids[1].length, oids[2].octets, &oids[2].length);
-  for (size_t i = 0; status == TESSEL_OK && i < std::size(oids); ++i) {
-    if (oids[i].length == 0 || !sets[i].oid.empty()) continue;
-    const Octets content = oids[i].Content();
-    sets[i].oid.assign(content.begin(), content.end());
-    sets[i].isDefault = true;
-  }
-}
-
-void TellSet(Fact& fact, const ParameterSet& set) {
-  if (set.oid.empty()) return;
-  Fact oid = OidFact(set.oid);
-  if (set.isDefault) {
-    oid.text += " (by default)";
-    oid.Hide("default", true);
-  }
-  fact.Add(set.key, set.key, std::move(oid));
-}
-
 Fact ConsistencyFact(const Certificate* certificate) {
-  Bytes key;
+  tessel::Bytes key;
   uint32_t sets[3] = {};
-  const uint32_t status = Fetch(key, [&](uint8_t* buffer, uint32_t* length) {
-    return GetCertificateDecodedPublicKeyGostR34102012(certificate, buffer, length, &sets[0], &sets[1], &sets[2]);
-  });
-  return Fact::Of(status == TESSEL_OK ? "accepted" : Concat("refused: ", StatusText(status)), status == TESSEL_OK);
+  const uint32_t status = StatusOf(GetCertificateDecodedPublicKeyGostR34102012, certificate, tessel::Into(key),
+                                   &sets[0], &sets[1], &sets[2]);
+  return Fact::Of(status == TESSEL_OK ? "accepted" : Concat("refused: ", tessel::StatusText(status)),
+                  status == TESSEL_OK);
 }
 
-void TellGost(Fact& fact, const Certificate* certificate, uint32_t algorithm, const Key& key) {
-  Bytes unwrapped;
-  const uint32_t status = Fetch(unwrapped, [certificate](uint8_t* buffer, uint32_t* length) {
-    return GetCertificatePublicKeyGostR3410(certificate, buffer, length);
-  });
-  TellOctets(fact, status == TESSEL_OK ? Octets(unwrapped) : key.octets);
-  ParameterSet sets[] = {{"publicKeyParamSet"}, {"digestParamSet"}, {"encryptionParamSet"}};
-  ReadSets(algorithm, key.parameters, sets);
-  for (const ParameterSet& set : sets) TellSet(fact, set);
-  fact.Add("consistent", "Consistency check", ConsistencyFact(certificate));
+// Tells the sets that are written. Keys of RFC 9215 may have no digest set; the library checks those that have one.
+void TellGost(Fact& fact, const Key& key, const Certificate* certificate) {
+  TellOctets(fact, ContentOfType(key.octets, TESSEL_KIND_OCTET_STRING).value_or(key.octets));
+  bool isComplete = false;
+  Octets rest = ContentOfType(key.parameters, TESSEL_KIND_SEQUENCE).value_or(Octets());
+  for (const std::string_view set : {"publicKeyParamSet", "digestParamSet", "encryptionParamSet"}) {
+    const std::optional<Octets> oid = TakeContentOfType(rest, TESSEL_KIND_OBJECT_IDENTIFIER);
+    if (!oid) break;
+    fact.Add(set, set, OidFact(*oid));
+    isComplete = isComplete || set == "digestParamSet";
+  }
+  if (isComplete) fact.Add("consistent", "Consistency check", ConsistencyFact(certificate));
 }
 
-// The library's number of an algorithm of GOST keys.
-std::optional<uint32_t> GostNumber(Octets oid) {
-  Bytes counted{static_cast<uint8_t>(oid.size())};
-  counted.insert(counted.end(), oid.begin(), oid.end());
-  uint32_t number = 0;
-  if (oid.size() > UINT8_MAX || FindAlgIdByOid(counted.data(), &number) != TESSEL_OK) return std::nullopt;
-  const bool isKey = number == kGost2001 || number == kGost2012Short || number == kGost2012Long;
-  return isKey ? std::optional(number) : std::nullopt;
+// What is told of a key beyond its algorithm. Of others the number of octets is.
+void TellKey(Fact& fact, const Key& key, const Certificate* certificate) {
+  if (key.name == "rsaEncryption" || key.name == "RSASSA-PSS" || key.name == "RSAES-OAEP") return TellRsa(fact, key);
+  if (key.name == "DSA" || key.name == "DH") return TellModulus(fact, key);
+  if (key.name == "EC") return TellCurve(fact, key);
+  if (key.name == "GOST R 34.10-2001" || key.name == "GOST R 34.10-2012 256" || key.name == "GOST R 34.10-2012 512") {
+    return TellGost(fact, key, certificate);
+  }
+  TellOctets(fact, key.octets);
 }
 
 }  // namespace
 
-Fact AlgorithmFact(const Algorithm& algorithm) {
-  Fact fact = OidFact(algorithm.oid);
-  if (!algorithm.parameters.empty()) fact.Hide("parameters", Hex(algorithm.parameters));
+Fact AlgorithmFact(const void* identifier) {
+  const Octets parameters = Content(Slot(identifier, kParameters));
+  Fact fact = OidFact(Content(Slot(identifier, kAlgorithm)));
+  if (parameters.empty()) return fact;
+  fact.Hide("parameters", HexText(parameters));
+  if (fact.text == "RSASSA-PSS") TellPss(fact, parameters);
   return fact;
 }
 
-Fact PublicKeyFact(const Certificate* certificate) {
-  Algorithm algorithm;
-  uint32_t status = FetchAlgorithm(algorithm, [certificate](auto... outputs) {
-    return GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, outputs...);
-  });
-  if (status != TESSEL_OK) return Unreadable(status);
-  Bytes octets;
-  status = Fetch(octets, [certificate](uint8_t* buffer, uint32_t* length) {
-    return GetCertificatePublicKey(certificate, buffer, length);
-  });
-
-  Fact algorithmFact = AlgorithmFact(algorithm);
-  Fact fact = Fact::Object(algorithmFact.text);
-  const std::string name = algorithmFact.text;
-  const Key key{name, algorithm.parameters, octets};
-  fact.Hide("algorithm", std::move(algorithmFact));
-  if (status != TESSEL_OK) {
-    fact.text += Concat(", ", Unreadable(status).text);
-  } else if (const std::optional<uint32_t> gost = GostNumber(algorithm.oid)) {
-    TellGost(fact, certificate, *gost, key);
-  } else if (IsRsa(name)) {
-    TellRsa(fact, key);
-  } else if (name == "DSA" || name == "DH") {
-    TellModulus(fact, key);
-  } else if (name == "EC") {
-    TellCurve(fact, key);
-  } else {
-    TellOctets(fact, octets);
-  }
-  fact.Hide("key", Hex(octets));
+Fact PublicKeyFact(const void* info, const Certificate* certificate) {
+  const void* identifier = Slot(info, kKeyAlgorithm);
+  Fact algorithm = AlgorithmFact(identifier);
+  const Key key{OidName(Content(Slot(identifier, kAlgorithm))), Content(Slot(identifier, kParameters)),
+                BitStringContent(Slot(info, kKeyOctets))};
+  Fact fact = Fact::Object(algorithm.text);
+  fact.Hide("algorithm", std::move(algorithm));
+  TellKey(fact, key, certificate);
+  fact.Hide("key", HexText(key.octets));
   return fact;
 }
 

@@ -8,15 +8,16 @@
 
 #include "addresses.h"
 #include "concat.h"
+#include "decoding.h"
 #include "describe_values.h"
-#include "library.h"
 #include "nodes.h"
 #include "tessel/known_identifiers.hpp"
-#include "text.h"
 #include "values.h"
 
 namespace tool {
 namespace {
+
+using RelativeNames = std::span<void* const>;
 
 enum AttributeSlot : unsigned { kAttributeType, kAttributeValue };
 
@@ -34,57 +35,59 @@ constexpr KindNames kKindNames[] = {
     {"URI", "uniformResourceIdentifier"}, {"IP", "iPAddress"},       {"Registered ID", "registeredID"},
 };
 
-std::optional<std::string> StringText(Octets value) {
-  const std::optional<Element> element = ReadElement(value);
-  if (!element || element->tagClass != TESSEL_CLASS_UNIVERSAL || element->constructed) return std::nullopt;
-  const std::optional<std::u32string> characters = Characters(element->tagNumber, ContentOf(*element, value));
-  if (!characters) return std::nullopt;
-  return EscapeText(*characters, Escape::kName);
+// People see the beginnings of long values, programs the whole.
+enum class Extent { kBeginnings, kWhole };
+
+// The value is the hexadecimal form of its whole element where its type or syntax is not known (RFC 4514, 2.4).
+void WriteValue(const tessel::NameAttribute& attribute, Extent extent, const TextSink& write) {
+  const bool isWhole = extent == Extent::kWhole;
+  const bool isKnown = !tessel::KnownName(OidText(attribute.type)).empty();
+  const std::optional<tessel::NameAttribute::Primitive> value = attribute.PrimitiveValue();
+  if (isKnown && value && tessel::IsCharacterString(value->tag, value->content)) {
+    constexpr tessel::Escape kEscape = tessel::Escape::kName;
+    if (isWhole) return StringText(value->tag, value->content, kEscape)(write);
+    return write(ShortText(value->tag, value->content, kEscape));
+  }
+  write("#");
+  if (isWhole) return HexText(attribute.value)(write);
+  write(ShortHex(attribute.value));
 }
 
-// A value whose type or syntax is not known is the hexadecimal form of its whole element (RFC 4514, 2.4), which only
-// the node has.
-std::string AttributeText(Octets type, Octets value) {
-  const std::optional<std::string> dotted = DottedText(type);
-  const bool known = dotted && !tessel::KnownName(*dotted).empty();
-  const std::optional<std::string> text = known ? StringText(value) : std::nullopt;
-  return Concat(OidName(type), '=', text ? *text : Concat('#', Hex(value)));
+tessel::NameAttribute AttributeOf(const void* node) {
+  return {Content(Slot(node, kAttributeType)), Content(Slot(node, kAttributeValue))};
 }
 
-Fact AttributeFact(const void* attribute) {
-  const Octets type = Content(Slot(attribute, kAttributeType));
-  const Octets value = Content(Slot(attribute, kAttributeValue));
-  Fact fact = OidFact(type);
-  fact.text = AttributeText(type, value);
-  fact.Hide("value", ElementFact(value));
-  return fact;
-}
-
-void AppendJoined(std::string& text, std::string_view separator, std::string_view more) {
-  text += Concat(text.empty() ? "" : separator, more);
+void WriteName(RelativeNames relativeNames, Extent extent, const TextSink& write) {
+  std::string_view before;
+  for (const void* attributes : relativeNames) {
+    if (Items(attributes).empty()) write(Concat(before, "(empty)"));
+    for (const void* attribute : Items(attributes)) {
+      const tessel::NameAttribute it = AttributeOf(attribute);
+      write(Concat(before, OidName(it.type), '='));
+      WriteValue(it, extent, write);
+      before = "+";
+    }
+    before = ", ";
+  }
+  if (relativeNames.empty()) write("(empty)");
 }
 
 Fact AttributesFact(const void* attributes) {
   Fact fact = Fact::List();
-  for (const void* attribute : Items(attributes)) {
-    fact.Append(AttributeFact(attribute));
-    AppendJoined(fact.text, "+", fact.parts.back().text);
-    fact.parts.back().hidden = true;
+  for (const void* node : Items(attributes)) {
+    const tessel::NameAttribute attribute = AttributeOf(node);
+    fact.Append(OidFact(attribute.type));
+    fact.parts.back().Hide("value", ElementFact(attribute.value));
   }
-  fact.TellIfEmpty();
   return fact;
 }
 
-Fact NameOf(std::span<void* const> relativeNames) {
-  std::string text;
+Fact NameOf(RelativeNames relativeNames) {
+  Fact fact = Fact::Object();
+  WriteName(relativeNames, Extent::kBeginnings, [&fact](std::string_view piece) { fact.text += piece; });
+  fact.Hide("text", [=](const TextSink& write) { WriteName(relativeNames, Extent::kWhole, write); });
   Fact rdns = Fact::List();
-  for (const void* attributes : relativeNames) {
-    rdns.Append(AttributesFact(attributes));
-    AppendJoined(text, ", ", rdns.parts.back().text);
-  }
-  if (text.empty()) text = "(empty)";
-  Fact fact = Fact::Object(text);
-  fact.Hide("text", std::move(text));
+  for (const void* attributes : relativeNames) rdns.Append(AttributesFact(attributes));
   fact.Hide("rdns", std::move(rdns));
   return fact;
 }
@@ -108,9 +111,11 @@ Fact OtherNameFact(Octets element) {
 }
 
 Fact DirectoryNameFact(Octets encoded) {
-  Owned<X509Name> name(FreeX509Name);
-  if (DecodeX509Name(encoded.data(), SizeOf(encoded), name.Out()) != TESSEL_OK) return UnreadFact(encoded);
-  return NameFact(name.Get());
+  try {
+    return DecodedFact(X509NameItem, encoded, NameFact);
+  } catch (const DecodingError&) {
+    return UnreadFact(encoded);
+  }
 }
 
 Fact AddressFact(Octets octets, bool withMask) {
@@ -131,39 +136,36 @@ Fact GeneralNameValueFact(uint32_t kind, Octets value, bool withMask) {
     case kAddress:
       return AddressFact(value, withMask);
     case kRegistered:
-      return value.empty() ? UnreadFact(value) : OidFact(value.subspan(1));
+      return OidFact(value);
     default:
       return UnreadFact(value);
   }
 }
 
-Fact GeneralNameFact(const X509GeneralName* name, bool withMask) {
-  uint32_t kind = 0;
-  Bytes value;
-  const uint32_t status = Fetch(
-      value, [&](uint8_t* buffer, uint32_t* length) { return GetX509GeneralNameValue(name, &kind, buffer, length); });
-  if (status != TESSEL_OK || kind >= std::size(kKindNames)) return Fact::Of("(absent)", nullptr);
-  Fact valueFact = GeneralNameValueFact(kind, value, withMask);
-  Fact fact = Fact::Object(valueFact.text);
-  fact.label = kKindNames[kind].label;
-  fact.Hide("kind", std::string(kKindNames[kind].key));
-  fact.Hide("value", std::move(valueFact));
+Fact GeneralNameFact(const void* name, bool withMask) {
+  const Alternative chosen = Chosen(name);
+  if (chosen.value == nullptr || chosen.index >= std::size(kKindNames)) return Fact::Of("(absent)", nullptr);
+  Fact value = GeneralNameValueFact(chosen.index, Content(chosen.value), withMask);
+  Fact fact = Fact::Object(value.text);
+  fact.label = kKindNames[chosen.index].label;
+  fact.Hide("kind", std::string(kKindNames[chosen.index].key));
+  fact.Hide("value", std::move(value));
   return fact;
 }
 
 }  // namespace
 
-Fact NameFact(const X509Name* name) { return name == nullptr ? Fact::Of("(absent)", nullptr) : NameOf(Items(name)); }
+Fact NameFact(const void* name) { return name == nullptr ? Fact::Of("(absent)", nullptr) : NameOf(Items(name)); }
 
-Fact RelativeNameFact(void* attributes) { return NameOf({&attributes, 1}); }
+Fact RelativeNameFact(const Asn1Choice& choice) { return NameOf({&choice.value, 1}); }
 
-Fact GeneralNameFact(const X509GeneralName* name) { return GeneralNameFact(name, false); }
+Fact GeneralNameFact(const void* name) { return GeneralNameFact(name, false); }
 
-Fact SubtreeBaseFact(const X509GeneralName* name) { return GeneralNameFact(name, true); }
+Fact SubtreeBaseFact(const void* name) { return GeneralNameFact(name, true); }
 
-Fact GeneralNamesFact(const X509GeneralNames* names) {
+Fact GeneralNamesFact(const void* names) {
   Fact fact = Fact::List();
-  for (const void* name : Items(names)) fact.Append(GeneralNameFact(static_cast<const X509GeneralName*>(name)));
+  for (const void* name : Items(names)) fact.Append(GeneralNameFact(name));
   fact.TellIfEmpty();
   return fact;
 }

@@ -1,23 +1,22 @@
-// Facts about names.
+// Facts about names, by their nodes. They lend what these hold.
 #pragma once
 
-#include "ber.h"
 #include "fact.h"
-#include "tessel/tessel.h"
+#include "tessel/nodes.h"
 
 namespace tool {
 
 // A distinguished name in the order in which it is stored, `C=BE, O=GlobalSign nv-sa`, escaped by RFC 4514.
-Fact NameFact(const X509Name* name);
+Fact NameFact(const void* name);
 
-// The same for one relative distinguished name, the node of a SET OF attributes.
-Fact RelativeNameFact(void* attributes);
+// The same for one relative distinguished name: a choice that holds a SET OF attributes.
+Fact RelativeNameFact(const Asn1Choice& choice);
 
 // A general name, labelled with its kind.
-Fact GeneralNameFact(const X509GeneralName* name);
-Fact GeneralNamesFact(const X509GeneralNames* names);
+Fact GeneralNameFact(const void* name);
+Fact GeneralNamesFact(const void* names);
 
 // The base of a subtree (RFC 5280, 4.2.1.10): a general name whose addresses have a mask.
-Fact SubtreeBaseFact(const X509GeneralName* name);
+Fact SubtreeBaseFact(const void* name);
 
 }  // namespace tool

@@ -1,18 +1,50 @@
 #include "describe_values.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
 #include "concat.h"
 #include "tessel/known_identifiers.hpp"
-#include "tessel/tessel.h"
-#include "text.h"
 #include "values.h"
 
 namespace tool {
 namespace {
 
 constexpr std::string_view kHex = "hex";
+
+// Long texts are written in pieces of about this size.
+constexpr size_t kPiece = 4096;
+
+void WriteHex(Octets octets, const TextSink& write) {
+  while (!octets.empty()) {
+    const size_t size = std::min(octets.size(), kPiece);
+    write(tessel::Hex(octets.first(size)));
+    octets = octets.subspan(size);
+  }
+}
+
+bool IsWellFormed(uint32_t tag, Octets content) {
+  while (!content.empty()) {
+    if (!tessel::IsCharacter(tessel::TakeCharacter(tag, content))) return false;
+  }
+  return true;
+}
+
+void WriteString(uint32_t tag, Octets content, std::optional<tessel::Escape> escape, const TextSink& write) {
+  std::string piece;
+  for (bool isFirst = true; !content.empty(); isFirst = false) {
+    const char32_t c = tessel::TakeCharacter(tag, content);
+    if (escape) {
+      tessel::AppendEscaped(piece, c, isFirst, content.empty(), *escape);
+    } else {
+      tessel::AppendUtf8(piece, c);
+    }
+    if (piece.size() < kPiece && !content.empty()) continue;
+    write(piece);
+    piece.clear();
+  }
+}
 
 // Without a text when the type, or its content, tells nothing.
 Fact PrimitiveFact(uint32_t tag, Octets content) {
@@ -30,7 +62,7 @@ Fact PrimitiveFact(uint32_t tag, Octets content) {
     case TESSEL_KIND_GENERALIZED_TIME:
       return TimeFact(tag, content);
     default:
-      return Characters(tag, content) ? StringFact(tag, content) : Fact();
+      return tessel::IsCharacterString(tag, content) ? StringFact(tag, content) : Fact();
   }
 }
 
@@ -42,30 +74,44 @@ std::optional<Octets> ContentOfType(Octets octets, uint32_t tag) {
   return ContentOf(*element, octets);
 }
 
-Fact HexFact(Octets octets) {
-  return octets.empty() ? Fact::Of("(empty)", std::string()) : Fact::Of(ShortHex(octets), Hex(octets));
+std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag) {
+  const std::optional<Octets> content = ContentOfType(octets, tag);
+  if (content) octets = octets.subspan(static_cast<size_t>(content->data() - octets.data()) + content->size());
+  return content;
 }
+
+LentText HexText(Octets octets) {
+  return [octets](const TextSink& write) { WriteHex(octets, write); };
+}
+
+LentText StringText(uint32_t tag, Octets content, std::optional<tessel::Escape> escape) {
+  return [=](const TextSink& write) { WriteString(tag, content, escape, write); };
+}
+
+Fact HexFact(Octets octets) { return Fact::Of(octets.empty() ? "(empty)" : ShortHex(octets), HexText(octets)); }
 
 Fact UnreadFact(Octets octets) {
   Fact fact = Fact::Object(octets.empty() ? "(empty)" : ShortHex(octets));
-  fact.Hide(kHex, Hex(octets));
+  fact.Hide(kHex, HexText(octets));
   return fact;
 }
 
 Fact OidFact(Octets content) {
-  const std::optional<std::string> dotted = DottedText(content);
+  const std::string dotted = OidText(content);
   Fact fact = Fact::Object(OidName(content));
-  fact.Hide(dotted ? "oid" : "oidHex", dotted ? *dotted : Hex(content));
-  if (!dotted) return fact;
-  if (const std::string_view name = tessel::KnownName(*dotted); !name.empty()) fact.Hide("name", std::string(name));
+  if (dotted.empty()) {
+    fact.Hide("oidHex", HexText(content));
+    return fact;
+  }
+  fact.Hide("oid", dotted);
+  if (fact.text != dotted) fact.Hide("name", fact.text);
   return fact;
 }
 
 Fact StringFact(uint32_t tag, Octets content) {
-  const std::optional<std::u32string> characters = Characters(tag, content);
-  if (!characters) return UnreadFact(content);
-  std::string text = characters->empty() ? "(empty)" : EscapeText(*characters, Escape::kBackslash);
-  if (std::optional<std::string> utf8 = Utf8(*characters)) return Fact::Of(std::move(text), *std::move(utf8));
+  if (!tessel::IsCharacterString(tag, content)) return UnreadFact(content);
+  std::string text = content.empty() ? "(empty)" : ShortText(tag, content, tessel::Escape::kBackslash);
+  if (IsWellFormed(tag, content)) return Fact::Of(std::move(text), StringText(tag, content));
   Fact fact = UnreadFact(content);
   fact.text = std::move(text);
   return fact;
@@ -78,10 +124,18 @@ Fact IntegerFact(Octets content) {
   return fact;
 }
 
+Fact SerialNumberFact(Octets content) {
+  if (content.empty() || (content.front() & 0x80) == 0) return HexFact(WithoutLeadingZeros(content));
+  const tessel::Bytes negated = Negated(content);
+  return Fact::Of(Concat('-', ShortHex(WithoutLeadingZeros(negated))), [content](const TextSink& write) {
+    write("-");
+    WriteHex(WithoutLeadingZeros(Negated(content)), write);
+  });
+}
+
 Fact TimeFact(uint32_t tag, Octets content) {
   const std::optional<std::string> iso = IsoTime(tag, content);
-  const std::string_view written(reinterpret_cast<const char*>(content.data()), content.size());
-  return Fact::Of(TimeText(tag, content), iso ? *iso : Printable(written));
+  return Fact::Of(TimeText(tag, content), iso ? *iso : ShortText(tag, content, tessel::Escape::kNothing));
 }
 
 Fact ElementFact(Octets element) {
@@ -91,15 +145,15 @@ Fact ElementFact(Octets element) {
   if (fact.text.empty()) return UnreadFact(element);
   // What programs have to read themselves is the whole element, which has the type.
   for (Fact& part : fact.parts) {
-    if (part.key == kHex) part.value = Hex(element);
+    if (part.key == kHex) part.value = HexText(element);
   }
   return fact;
 }
 
-Fact NamedBitsFact(uint32_t bits, std::span<const std::string_view> names) {
+Fact NamedBitsFact(Octets bits, std::span<const std::string_view> names) {
   Fact fact = Fact::List();
-  for (size_t i = 0; i < 32; ++i) {
-    if ((bits >> (i / 8 * 8 + 7 - i % 8) & 1) == 0) continue;
+  for (size_t i = 0; i < 8 * std::min<size_t>(bits.size(), 4); ++i) {
+    if ((bits[i / 8] >> (7 - i % 8) & 1) == 0) continue;
     const std::string name = i < names.size() ? std::string(names[i]) : Concat("bit ", i);
     fact.text += Concat(fact.text.empty() ? "" : ", ", name);
     fact.AppendHidden(name);

@@ -8,7 +8,6 @@
 #include "describe_values.h"
 #include "descriptors.h"
 #include "extension_readers.h"
-#include "library.h"
 #include "nodes.h"
 
 namespace tool {
@@ -48,64 +47,22 @@ const Asn1Item kPoints = ListOf(TESSEL_KIND_SEQUENCE_OF, kPointsElement);
 enum PointSlot : unsigned { kDistributionPoint, kPointReasons, kPointCrlIssuer };
 enum PointNameAlternative : uint32_t { kIsFullName, kIsRelativeName };
 
-void AddFullName(Fact& point, const void* names) {
-  if (names != nullptr) point.Add("fullName", {}, GeneralNamesFact(static_cast<const X509GeneralNames*>(names)));
-}
-
-void AddRelativeName(Fact& point, Fact name) { point.Add("relativeName", "Relative name", std::move(name)); }
-
-void AddReasons(Fact& point, uint32_t reasons) {
-  if (reasons != 0) point.Add("reasons", "Reasons", NamedBitsFact(reasons, kReasons));
-}
-
-void AddIssuer(Fact& point, const void* names) {
-  if (names == nullptr) return;
-  point.Add("crlIssuer", "CRL issuer", GeneralNamesFact(static_cast<const X509GeneralNames*>(names)));
-}
-
-uint32_t ReadLibraryPoint(const ExtensionCrlDistributionPoints* list, uint32_t index, Fact& points) {
-  X509GeneralNames* fullName = nullptr;
-  X509Name* relativeName = nullptr;
-  uint32_t reasons = 0;
-  X509GeneralNames* issuer = nullptr;
-  const uint32_t status = GetExtensionCrlDistributionPoint(list, index, &fullName, &relativeName, &reasons, &issuer);
-  if (status != TESSEL_OK) return status;
+Fact PointFact(const void* node, Fact (*describeRelativeName)(const Asn1Choice& name)) {
   Fact point = Fact::Object();
-  AddFullName(point, fullName);
-  if (relativeName != nullptr) AddRelativeName(point, NameFact(relativeName));
-  AddReasons(point, reasons);
-  AddIssuer(point, issuer);
-  points.Append(std::move(point));
-  return TESSEL_OK;
-}
-
-uint32_t ReadLibraryPoints(Octets value, Fact& points) {
-  Owned<ExtensionCrlDistributionPoints> list(FreeExtensionCrlDistributionPoints);
-  const auto read = [&](uint32_t index) { return ReadLibraryPoint(list.Get(), index, points); };
-  return ForEach(value, list, DecodeExtensionCrlDistributionPoints, GetExtensionCrlDistributionPointsCount, read);
-}
-
-uint32_t NamedBits(Octets octets) {
-  uint32_t bits = 0;
-  for (size_t i = 0; i < std::min(octets.size(), sizeof bits); ++i) bits |= uint32_t{octets[i]} << (8 * i);
-  return bits;
-}
-
-Fact StandardPoint(const void* node) {
-  Fact point = Fact::Object();
-  const Alternative name = Chosen(Slot(node, kDistributionPoint));
-  if (name.index == kIsFullName) AddFullName(point, name.value);
-  if (name.index == kIsRelativeName) AddRelativeName(point, RelativeNameFact(name.value));
-  AddReasons(point, NamedBits(BitStringContent(Slot(node, kPointReasons))));
-  AddIssuer(point, Slot(node, kPointCrlIssuer));
+  const auto* name = static_cast<const Asn1Choice*>(Slot(node, kDistributionPoint));
+  if (name != nullptr && name->value != nullptr) {
+    if (name->index == kIsFullName) point.Add("fullName", {}, GeneralNamesFact(name->value));
+    if (name->index == kIsRelativeName) point.Add("relativeName", "Relative name", describeRelativeName(*name));
+  }
+  const Octets reasons = BitStringContent(Slot(node, kPointReasons));
+  if (std::ranges::any_of(reasons, [](uint8_t octet) { return octet != 0; })) {
+    point.Add("reasons", "Reasons", NamedBitsFact(reasons, kReasons));
+  }
+  if (const void* issuer = Slot(node, kPointCrlIssuer); issuer != nullptr) {
+    point.Add("crlIssuer", "CRL issuer", GeneralNamesFact(issuer));
+  }
+  point.TellIfEmpty();
   return point;
-}
-
-uint32_t ReadStandardPoints(Octets value, Fact& points) {
-  Tree tree(kPoints);
-  const uint32_t status = tree.Decode(value);
-  for (const void* node : Items(tree.Root())) points.Append(StandardPoint(node));
-  return status;
 }
 
 // Points are told apart by a heading when one of them takes more than a line.
@@ -115,19 +72,28 @@ void AddHeadings(Fact& points) {
   for (size_t i = 0; i < points.parts.size(); ++i) points.parts[i].label = Concat("Point ", i + 1);
 }
 
+Fact PointsFact(const void* list, Fact (*describeRelativeName)(const Asn1Choice& name)) {
+  Fact points = Fact::List();
+  for (const void* node : Items(list)) points.Append(PointFact(node, describeRelativeName));
+  AddHeadings(points);
+  return points;
+}
+
+Fact LibraryPointsFact(const void* list) {
+  return PointsFact(list, [](const Asn1Choice& name) { return NameFact(name.value); });
+}
+
+Fact StandardPointsFact(const void* list) { return PointsFact(list, RelativeNameFact); }
+
+const ExtensionReader kReaders[] = {
+    {"2.5.29.31", &ExtensionCrlDistributionPointsItem, LibraryPointsFact},
+    {"2.5.29.31", &kPoints, StandardPointsFact},
+    {"2.5.29.46", &ExtensionCrlDistributionPointsItem, LibraryPointsFact},
+    {"2.5.29.46", &kPoints, StandardPointsFact},
+};
+
 }  // namespace
 
-uint32_t ReadCrlDistributionPoints(Octets value, Fact& fact) {
-  fact = Fact::List();
-  uint32_t status = ReadLibraryPoints(value, fact);
-  if (status != TESSEL_OK) {
-    fact = Fact::List();
-    status = ReadStandardPoints(value, fact);
-  }
-  for (Fact& point : fact.parts) point.TellIfEmpty();
-  fact.TellIfEmpty();
-  AddHeadings(fact);
-  return status;
-}
+std::span<const ExtensionReader> DistributionPointReaders() { return kReaders; }
 
 }  // namespace tool

@@ -1,18 +1,15 @@
 #include "extension_readers.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "concat.h"
+#include "decoding.h"
 #include "describe_names.h"
 #include "describe_values.h"
 #include "descriptors.h"
-#include "library.h"
 #include "nodes.h"
-#include "text.h"
-#include "values.h"
 
 namespace tool {
 namespace {
@@ -26,8 +23,12 @@ constexpr std::string_view kNetscapeTypes[] = {
     "sslClient", "sslServer", "smime", "objectSigning", "reserved", "sslCA", "smimeCA", "objectSigningCA",
 };
 
-constexpr uint32_t kNoPathLength = 0xFFFFFFFF;
+constexpr Asn1Item kBits = Primitive(TESSEL_KIND_BIT_STRING);
+constexpr Asn1Item kOctets = Primitive(TESSEL_KIND_OCTET_STRING);
 
+enum ConstraintsSlot : unsigned { kCa, kPathLength };
+enum KeyIdentifierSlot : unsigned { kKeyId, kIssuer, kSerialNumber };
+enum AccessSlot : unsigned { kMethod, kLocation };
 enum PeriodSlot : unsigned { kNotBefore, kNotAfter };
 
 void AddTime(Fact& fact, std::string_view key, std::string_view label, const void* time) {
@@ -56,6 +57,8 @@ constexpr Members<2> kUserNoticeMembers = {&kNoticeReference, &kOptionalDisplayT
 constexpr Asn1Item kUserNotice = Sequence(kUserNoticeMembers);
 enum UserNoticeSlot : unsigned { kNoticeRef, kExplicitText };
 enum NoticeReferenceSlot : unsigned { kOrganization, kNoticeNumbers };
+enum PolicySlot : unsigned { kPolicyIdentifier, kQualifiers };
+enum QualifierSlot : unsigned { kQualifierId, kQualifier };
 
 Fact NoticeReferenceFact(const void* reference) {
   Fact organization = ElementFact(Content(Slot(reference, kOrganization)));
@@ -70,185 +73,142 @@ Fact NoticeReferenceFact(const void* reference) {
   return fact;
 }
 
-Fact UserNoticeFact(Octets encoded) {
-  Tree notice(kUserNotice);
-  if (notice.Decode(encoded) != TESSEL_OK) return UnreadFact(encoded);
+Fact UserNoticeFact(const void* notice) {
   Fact fact = Fact::Object();
-  if (const void* explicitText = Slot(notice.Root(), kExplicitText); explicitText != nullptr) {
+  if (const void* explicitText = Slot(notice, kExplicitText); explicitText != nullptr) {
     Fact text = ElementFact(Content(explicitText));
     fact.text = text.text;
     fact.Hide("explicitText", std::move(text));
   }
-  if (const void* reference = Slot(notice.Root(), kNoticeRef); reference != nullptr) {
+  if (const void* reference = Slot(notice, kNoticeRef); reference != nullptr) {
     fact.Add("noticeRef", "Reference", NoticeReferenceFact(reference));
   }
   fact.TellIfEmpty();
   return fact;
 }
 
-Fact QualifierFact(Octets type, Octets qualifier) {
-  Fact fact = OidFact(type);
+Fact ReadUserNotice(Octets encoded) {
+  try {
+    return DecodedFact(kUserNotice, encoded, UserNoticeFact);
+  } catch (const DecodingError&) {
+    return UnreadFact(encoded);
+  }
+}
+
+Fact QualifierFact(const void* node) {
+  const Octets qualifier = Content(Slot(node, kQualifier));
+  Fact fact = OidFact(Content(Slot(node, kQualifierId)));
   const std::string name = std::exchange(fact.text, {});
   if (name == "cps") {
     fact.Add("value", "CPS", ElementFact(qualifier));
   } else if (name == "userNotice") {
-    fact.Add("value", "User notice", UserNoticeFact(qualifier));
+    fact.Add("value", "User notice", ReadUserNotice(qualifier));
   } else {
     fact.Add("value", name, UnreadFact(qualifier));
   }
   return fact;
 }
 
-uint32_t ReadQualifier(const ExtensionCertificatePolicies* list, uint32_t policy, uint32_t index, Fact& qualifiers) {
-  CountedOid type;
-  uint32_t length = 0;
-  uint32_t status = GetExtensionPolicyQualifier(list, policy, index, type.octets, &type.length, nullptr, &length);
-  if (status != TESSEL_OK) return status;
-  Bytes qualifier(length);
-  type.length = sizeof type.octets;
-  status = GetExtensionPolicyQualifier(list, policy, index, type.octets, &type.length, qualifier.data(), &length);
-  if (status == TESSEL_OK) qualifiers.Append(QualifierFact(type.Content(), qualifier));
-  return status;
+Fact PolicyFact(const void* policy) {
+  Fact fact = OidFact(Content(Slot(policy, kPolicyIdentifier)));
+  Fact qualifiers = Fact::List();
+  for (const void* qualifier : Items(Slot(policy, kQualifiers))) qualifiers.Append(QualifierFact(qualifier));
+  if (!qualifiers.parts.empty()) fact.Add("qualifiers", {}, std::move(qualifiers));
+  return fact;
 }
 
-uint32_t ReadPolicy(const ExtensionCertificatePolicies* list, uint32_t index, Fact& policies) {
-  CountedOid policy;
-  uint32_t count = 0;
-  uint32_t status = GetExtensionPolicyInformation(list, index, policy.octets, &policy.length);
-  if (status == TESSEL_OK) status = GetExtensionPolicyQualifiersCount(list, index, &count);
-  if (status != TESSEL_OK) return status;
-  Fact fact = OidFact(policy.Content());
-  Fact qualifiers = Fact::List();
-  for (uint32_t i = 0; i < count; ++i) {
-    status = ReadQualifier(list, index, i, qualifiers);
-    if (status != TESSEL_OK) return status;
-  }
-  if (count != 0) fact.Add("qualifiers", {}, std::move(qualifiers));
-  policies.Append(std::move(fact));
-  return TESSEL_OK;
+Fact PoliciesFact(const void* policies) {
+  Fact fact = Fact::List();
+  for (const void* policy : Items(policies)) fact.Append(PolicyFact(policy));
+  return fact;
 }
+
+// ---- Other values ----
+
+Fact KeyUsageFact(const void* bits) { return NamedBitsFact(BitStringContent(bits), kKeyUsages); }
+
+Fact NetscapeTypeFact(const void* bits) { return NamedBitsFact(BitStringContent(bits), kNetscapeTypes); }
+
+Fact PurposesFact(const void* purposes) {
+  Fact fact = Fact::List();
+  for (const void* purpose : Items(purposes)) fact.Append(OidFact(Content(purpose)));
+  return fact;
+}
+
+Fact ConstraintsFact(const void* constraints) {
+  Fact fact = Fact::Object();
+  fact.Add("ca", "CA", Fact::Flag(Content(Slot(constraints, kCa)).front() != 0));
+  if (const void* pathLength = Slot(constraints, kPathLength); pathLength != nullptr) {
+    fact.Add("pathLength", "Path length", IntegerFact(Content(pathLength)));
+  }
+  return fact;
+}
+
+Fact SubjectKeyFact(const void* identifier) { return HexFact(Content(identifier)); }
+
+Fact AuthorityKeyFact(const void* identifier) {
+  Fact fact = Fact::Object();
+  if (const void* keyId = Slot(identifier, kKeyId); keyId != nullptr) {
+    fact.Add("keyId", "Key ID", HexFact(Content(keyId)));
+  }
+  if (const void* issuer = Slot(identifier, kIssuer); issuer != nullptr) {
+    fact.Add("issuer", "Issuer", GeneralNamesFact(issuer));
+  }
+  if (const void* number = Slot(identifier, kSerialNumber); number != nullptr) {
+    fact.Add("serialNumber", "Serial number", SerialNumberFact(Content(number)));
+  }
+  return fact;
+}
+
+Fact AccessesFact(const void* descriptions) {
+  Fact fact = Fact::List();
+  for (const void* description : Items(descriptions)) {
+    Fact method = OidFact(Content(Slot(description, kMethod)));
+    Fact access = Fact::Object();
+    const std::string label = method.text;
+    access.Hide("method", std::move(method));
+    access.Add("location", label, Unlabelled(GeneralNameFact(Slot(description, kLocation))));
+    fact.Append(std::move(access));
+  }
+  return fact;
+}
+
+Fact PeriodFact(const void* period) {
+  Fact fact = Fact::Object();
+  AddTime(fact, "notBefore", "Valid from", Slot(period, kNotBefore));
+  AddTime(fact, "notAfter", "Valid until", Slot(period, kNotAfter));
+  return fact;
+}
+
+const ExtensionReader kReaders[] = {
+    {"2.5.29.14", &kOctets, SubjectKeyFact},
+    {"2.5.29.15", &kBits, KeyUsageFact},
+    {"2.5.29.16", &ExtensionPrivateKeyUsagePeriodItem, PeriodFact},
+    {"2.5.29.17", &X509GeneralNamesItem, GeneralNamesFact},
+    {"2.5.29.18", &X509GeneralNamesItem, GeneralNamesFact},
+    {"2.5.29.19", &ExtensionBasicConstraintsItem, ConstraintsFact},
+    {"2.5.29.32", &ExtensionCertificatePoliciesItem, PoliciesFact},
+    {"2.5.29.35", &ExtensionAuthorityKeyIdentifierItem, AuthorityKeyFact},
+    {"2.5.29.37", &ExtensionExtendedKeyUsageItem, PurposesFact},
+    {"1.3.6.1.5.5.7.1.1", &ExtensionAuthorityInformationAccessItem, AccessesFact},
+    {"1.3.6.1.5.5.7.1.11", &ExtensionAuthorityInformationAccessItem, AccessesFact},
+    {"1.3.6.1.5.5.7.48.1.5", nullptr, nullptr},
+    {"1.3.6.1.4.1.11129.2.4.3", nullptr, nullptr},
+    {"1.3.6.1.4.1.311.20.2", nullptr, nullptr},
+    {"1.3.6.1.4.1.311.21.1", nullptr, nullptr},
+    {"2.16.840.1.113730.1.1", &kBits, NetscapeTypeFact},
+    {"2.16.840.1.113730.1.2", nullptr, nullptr},
+    {"2.16.840.1.113730.1.3", nullptr, nullptr},
+    {"2.16.840.1.113730.1.4", nullptr, nullptr},
+    {"2.16.840.1.113730.1.8", nullptr, nullptr},
+    {"2.16.840.1.113730.1.13", nullptr, nullptr},
+    {"1.2.643.100.111", nullptr, nullptr},
+    {"1.2.643.100.114", nullptr, nullptr},
+    {"1.2.643.3.123.3.1", nullptr, nullptr},
+};
 
 }  // namespace
 
-uint32_t ReadKeyUsage(Octets value, Fact& fact) {
-  uint32_t bits = 0;
-  const uint32_t status = DecodeExtensionKeyUsage(value.data(), SizeOf(value), &bits);
-  fact = NamedBitsFact(bits, kKeyUsages);
-  return status;
-}
-
-uint32_t ReadNetscapeCertificateType(Octets value, Fact& fact) {
-  uint32_t bits = 0;
-  const uint32_t status = DecodeExtensionNetscapeCertificateType(value.data(), SizeOf(value), &bits);
-  fact = NamedBitsFact(bits, kNetscapeTypes);
-  return status;
-}
-
-uint32_t ReadExtendedKeyUsage(Octets value, Fact& fact) {
-  Owned<ExtensionExtendedKeyUsage> list(FreeExtensionExtendedKeyUsage);
-  fact = Fact::List();
-  const auto read = [&](uint32_t index) {
-    CountedOid purpose;
-    const uint32_t status = GetExtensionExtendedKeyUsage(list.Get(), index, purpose.octets, &purpose.length);
-    fact.Append(OidFact(purpose.Content()));
-    return status;
-  };
-  const uint32_t status =
-      ForEach(value, list, DecodeExtensionExtendedKeyUsage, GetExtensionExtendedKeyUsageCount, read);
-  fact.TellIfEmpty();
-  return status;
-}
-
-uint32_t ReadBasicConstraints(Octets value, Fact& fact) {
-  uint8_t ca = 0;
-  uint32_t pathLength = 0;
-  const uint32_t status = DecodeExtensionBasicConstraints(value.data(), SizeOf(value), &ca, &pathLength);
-  fact = Fact::Object();
-  fact.Add("ca", "CA", Fact::Flag(ca != 0));
-  if (pathLength != kNoPathLength) {
-    fact.Add("pathLength", "Path length", Fact::Of(std::to_string(pathLength), int64_t{pathLength}));
-  }
-  return status;
-}
-
-uint32_t ReadSubjectKeyIdentifier(Octets value, Fact& fact) {
-  Bytes identifier;
-  const uint32_t status = Fetch(identifier, [value](uint8_t* buffer, uint32_t* length) {
-    return DecodeExtensionSubjectKeyIdentifier(value.data(), SizeOf(value), buffer, length);
-  });
-  fact = HexFact(identifier);
-  return status;
-}
-
-uint32_t ReadAuthorityKeyIdentifier(Octets value, Fact& fact) {
-  // No field is longer than the value.
-  Bytes identifier(value.size());
-  Bytes serial(value.size());
-  uint32_t identifierLength = SizeOf(value);
-  uint32_t serialLength = SizeOf(value);
-  Owned<X509GeneralNames> issuer(FreeX509GeneralNames);
-  const uint32_t status = DecodeExtensionAuthorityKeyIdentifier(
-      value.data(), SizeOf(value), identifier.data(), &identifierLength, issuer.Out(), serial.data(), &serialLength);
-  if (status != TESSEL_OK) return status;
-  fact = Fact::Object();
-  if (identifierLength != 0) fact.Add("keyId", "Key ID", HexFact(Octets(identifier).first(identifierLength)));
-  if (issuer.Get() != nullptr) fact.Add("issuer", "Issuer", GeneralNamesFact(issuer.Get()));
-  if (serialLength != 0) {
-    const std::string text = SerialNumberText(Octets(serial).first(serialLength));
-    fact.Add("serialNumber", "Serial number", Fact::Of(text, text));
-  }
-  fact.TellIfEmpty();
-  return status;
-}
-
-uint32_t ReadGeneralNames(Octets value, Fact& fact) {
-  Owned<X509GeneralNames> names(FreeX509GeneralNames);
-  const uint32_t status = DecodeX509GeneralNames(value.data(), SizeOf(value), names.Out());
-  fact = GeneralNamesFact(names.Get());
-  return status;
-}
-
-uint32_t ReadInformationAccess(Octets value, Fact& fact) {
-  Owned<ExtensionAuthorityInformationAccess> list(FreeExtensionAuthorityInformationAccess);
-  fact = Fact::List();
-  const auto read = [&](uint32_t index) {
-    CountedOid method;
-    X509GeneralName* location = nullptr;
-    const uint32_t status =
-        GetExtensionAuthorityInformationAccess(list.Get(), index, method.octets, &method.length, &location);
-    Fact methodFact = OidFact(method.Content());
-    Fact access = Fact::Object();
-    const std::string label = methodFact.text;
-    access.Hide("method", std::move(methodFact));
-    access.Add("location", label, Unlabelled(GeneralNameFact(location)));
-    fact.Append(std::move(access));
-    return status;
-  };
-  const uint32_t status = ForEach(value, list, DecodeExtensionAuthorityInformationAccess,
-                                  GetExtensionAuthorityInformationAccessCount, read);
-  fact.TellIfEmpty();
-  return status;
-}
-
-// By the descriptor, for times that the typed function does not take.
-uint32_t ReadPrivateKeyUsagePeriod(Octets value, Fact& fact) {
-  Tree period(ExtensionPrivateKeyUsagePeriodItem);
-  const uint32_t status = period.Decode(value);
-  fact = Fact::Object();
-  AddTime(fact, "notBefore", "Valid from", Slot(period.Root(), kNotBefore));
-  AddTime(fact, "notAfter", "Valid until", Slot(period.Root(), kNotAfter));
-  fact.TellIfEmpty();
-  return status;
-}
-
-uint32_t ReadCertificatePolicies(Octets value, Fact& fact) {
-  Owned<ExtensionCertificatePolicies> list(FreeExtensionCertificatePolicies);
-  fact = Fact::List();
-  const auto read = [&](uint32_t index) { return ReadPolicy(list.Get(), index, fact); };
-  const uint32_t status =
-      ForEach(value, list, DecodeExtensionCertificatePolicies, GetExtensionPolicyInformationCount, read);
-  fact.TellIfEmpty();
-  return status;
-}
+std::span<const ExtensionReader> StandardReaders() { return kReaders; }
 
 }  // namespace tool

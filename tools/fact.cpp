@@ -36,7 +36,7 @@ void Fact::Add(std::string_view partKey, std::string_view partLabel, Fact part) 
 void Fact::Append(Fact element) { parts.push_back(std::move(element)); }
 
 void Fact::TellIfEmpty() {
-  if (parts.empty()) text = "(empty)";
+  if (text.empty() && parts.empty()) text = "(empty)";
 }
 
 void Fact::Hide(std::string_view partKey, Fact part) {

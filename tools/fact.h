@@ -9,17 +9,25 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
-#include "ber.h"
-
 namespace tool {
 
+// Takes a text piece by piece, each of whole characters in UTF-8.
+using TextSink = std::function<void(std::string_view piece)>;
+
+// Writes a text that is made when it is printed, from octets that the described object lends: hexadecimal of a long
+// content, say, takes no memory.
+using LentText = std::function<void(const TextSink& write)>;
+
 // A value for programs. Texts are UTF-8.
-using Scalar = std::variant<std::nullptr_t, bool, int64_t, std::string>;
+using Scalar = std::variant<std::nullptr_t, bool, int64_t, std::string, LentText>;
 
 struct Fact {
   enum class Shape { kScalar, kObject, kList };
@@ -31,28 +39,37 @@ struct Fact {
 
   // For programs: `value` of a scalar, else the parts; a part's key is its name in an object.
   Shape shape = Shape::kScalar;
-  std::string key;
+  std::string_view key;
   Scalar value;
   std::vector<Fact> parts;
+
+  // What lends octets to the fact and its parts, when nothing else keeps it.
+  std::shared_ptr<const void> lender;
 
   static Fact Of(std::string text, Scalar value);
   static Fact Flag(bool flag);
   static Fact Object(std::string text = {});
   static Fact List(std::string text = {});
 
-  // Adds a part to an object; without a label only its text is shown.
+  // Adds a part to an object; without a label only its text is shown. Keys are constant texts.
   void Add(std::string_view partKey, std::string_view partLabel, Fact part);
 
   // Adds an element to a list.
   void Append(Fact element);
 
-  // Says so to people when there are no parts.
+  // Says so to people when there is neither a text nor a part.
   void TellIfEmpty();
 
   // Adds what is for programs only.
   void Hide(std::string_view partKey, Fact part);
   void Hide(std::string_view partKey, Scalar partValue);
   void AppendHidden(Scalar element);
+
+  // Keeps what lends to the fact as long as the fact.
+  template <typename Lender>
+  void Keep(Lender kept) {
+    lender = std::make_shared<Lender>(std::move(kept));
+  }
 };
 
 }  // namespace tool

@@ -1,37 +1,86 @@
+// The JSON is written as it is made: a document in memory would take many times what the object takes that it tells of.
 #include "fact_json.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
+#include <string>
+
+#include "ber.h"
+#include "concat.h"
+#include "report.h"
+#include "tessel/strings.hpp"
 
 namespace tool {
 namespace {
 
-using Value = nlohmann::ordered_json;
+constexpr size_t kStep = 2;
 
-Value ValueOf(const Fact& fact) {
-  switch (fact.shape) {
-    case Fact::Shape::kObject: {
-      Value object = Value::object();
-      for (const Fact& part : fact.parts) object[part.key] = ValueOf(part);
-      return object;
-    }
-    case Fact::Shape::kList: {
-      Value list = Value::array();
-      for (const Fact& part : fact.parts) list.push_back(ValueOf(part));
-      return list;
-    }
-    case Fact::Shape::kScalar:
-      break;
+bool IsPlain(char c) { return c >= 0x20 && c <= 0x7E && c != '"' && c != '\\'; }
+
+void AppendCharacter(std::string& out, char32_t c) {
+  if (c == '"' || c == '\\') out += '\\';
+  if (tessel::IsDangerous(c)) {  // all of these have four digits
+    const uint8_t octets[] = {static_cast<uint8_t>(c >> 8), static_cast<uint8_t>(c)};
+    out += Concat("\\u", tessel::Hex(octets));
+  } else {
+    tessel::AppendUtf8(out, tessel::IsCharacter(c) ? c : U'\uFFFD');
   }
-  return std::visit([](const auto& value) { return Value(value); }, fact.value);
+}
+
+void PrintEscaped(std::string_view text) {
+  std::string out;
+  while (!text.empty()) {
+    const auto plain = std::find_if_not(text.begin(), text.end(), IsPlain);
+    out.append(text.begin(), plain);
+    text.remove_prefix(static_cast<size_t>(plain - text.begin()));
+    if (text.empty()) break;
+    Octets rest(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+    AppendCharacter(out, tessel::TakeCharacter(TESSEL_KIND_UTF8_STRING, rest));
+    text.remove_prefix(text.size() - rest.size());
+  }
+  Print(out);
+}
+
+void PrintScalar(std::nullptr_t) { Print("null"); }
+void PrintScalar(bool value) { Print(value ? "true" : "false"); }
+void PrintScalar(int64_t value) { Print(std::to_string(value)); }
+void PrintScalar(const LentText& write) {
+  Print("\"");
+  write(PrintEscaped);
+  Print("\"");
+}
+void PrintScalar(const std::string& value) {
+  PrintScalar([&value](const TextSink& write) { write(value); });
+}
+
+void PrintValue(const Fact& fact, size_t indent);
+
+void PrintParts(const Fact& fact, size_t indent) {
+  const std::string line = Concat('\n', std::string(indent + kStep, ' '));
+  for (const Fact& part : fact.parts) {
+    if (&part != &fact.parts.front()) Print(",");
+    Print(line);
+    if (fact.shape == Fact::Shape::kObject) {
+      PrintScalar(std::string(part.key));
+      Print(": ");
+    }
+    PrintValue(part, indent + kStep);
+  }
+  if (!fact.parts.empty()) Print(line.substr(0, line.size() - kStep));
+}
+
+void PrintValue(const Fact& fact, size_t indent) {
+  if (fact.shape == Fact::Shape::kScalar) {
+    std::visit([](const auto& value) { PrintScalar(value); }, fact.value);
+    return;
+  }
+  const bool isObject = fact.shape == Fact::Shape::kObject;
+  Print(isObject ? "{" : "[");
+  PrintParts(fact, indent);
+  Print(isObject ? "}" : "]");
 }
 
 }  // namespace
 
-std::string Json(const Fact& fact) {
-  constexpr int kIndent = 2;
-  // ASCII: nothing in a text can drive a terminal. A text that is no UTF-8 would be a fault here; it is not to end the
-  // command.
-  return ValueOf(fact).dump(kIndent, ' ', true, Value::error_handler_t::replace);
-}
+void PrintJson(const Fact& fact) { PrintValue(fact, 0); }
 
 }  // namespace tool

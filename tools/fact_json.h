@@ -1,13 +1,11 @@
 // Facts for programs.
 #pragma once
 
-#include <string>
-
 #include "fact.h"
 
 namespace tool {
 
-// The value of a fact as JSON, in ASCII.
-std::string Json(const Fact& fact);
+// Prints the value of a fact as JSON, in UTF-8. Characters that could drive a terminal or disguise a text are escaped.
+void PrintJson(const Fact& fact);
 
 }  // namespace tool

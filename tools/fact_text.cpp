@@ -1,9 +1,11 @@
 #include "fact_text.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 #include "concat.h"
+#include "report.h"
 
 namespace tool {
 namespace {
@@ -36,42 +38,32 @@ std::string Labelled(std::string_view label, std::string_view text) {
 
 // How a fact is laid out: its line, and what goes below. A single line below a mere label joins the label.
 struct Layout {
-  explicit Layout(const Fact& fact) : label(fact.label), text(fact.text), below(SeenPartsOf(fact)) {
+  explicit Layout(const Fact& fact) : text(fact.text), below(SeenPartsOf(fact)) {
     if (!text.empty() || below.size() != 1 || !SeenPartsOf(*below.front()).empty()) return;
     text = Labelled(below.front()->label, below.front()->text);
     below.clear();
   }
 
-  std::string_view label;
   std::string text;
   Seen below;
 };
 
-void AppendLines(std::string& lines, const Seen& facts, size_t indent) {
-  const std::vector<Layout> layouts = [&] {
-    std::vector<Layout> all;
-    for (const Fact* fact : facts) all.emplace_back(*fact);
-    return all;
-  }();
+void PrintAll(const Seen& facts, size_t indent) {
   size_t width = 0;
-  for (const Layout& it : layouts) {
-    if (!it.text.empty()) width = std::max(width, it.label.size());
+  for (const Fact* fact : facts) {
+    if (!Layout(*fact).text.empty()) width = std::max(width, fact->label.size());
   }
-  for (const Layout& it : layouts) {
-    const size_t gap = it.label.empty() || it.text.empty() ? 0 : width - it.label.size();
-    lines.append(indent, ' ');
-    lines += Labelled(it.label, it.text.empty() ? it.text : Concat(std::string(gap, ' '), it.text));
-    lines += '\n';
-    AppendLines(lines, it.below, indent + kStep);
+  for (const Fact* fact : facts) {
+    const Layout it(*fact);
+    const size_t gap = fact->label.empty() || it.text.empty() ? 0 : width - fact->label.size();
+    const std::string text = it.text.empty() ? it.text : Concat(std::string(gap, ' '), it.text);
+    Print(Concat(std::string(indent, ' '), Labelled(fact->label, text), '\n'));
+    PrintAll(it.below, indent + kStep);
   }
 }
 
 }  // namespace
 
-std::string TextLines(const Fact& fact, size_t indent) {
-  std::string lines;
-  AppendLines(lines, SeenPartsOf(fact), indent);
-  return lines;
-}
+void PrintLines(const Fact& fact, size_t indent) { PrintAll(SeenPartsOf(fact), indent); }
 
 }  // namespace tool

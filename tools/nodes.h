@@ -6,7 +6,7 @@
 #include <span>
 
 #include "ber.h"
-#include "tessel/tessel.h"
+#include "tessel/nodes.h"
 
 namespace tool {
 

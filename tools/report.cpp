@@ -3,9 +3,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <new>
+#include <stdexcept>
 #include <string>
 
 #include "concat.h"
+#include "tessel/error.hpp"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -49,9 +52,9 @@ void PrintHeading(std::string_view heading) {
 
 void StartJsonList() { Print("["); }
 
-void PrintJsonListItem(std::string_view json) {
+void StartJsonListItem() {
   static bool first = true;
-  Print(Concat(first ? "\n" : ",\n", json));
+  Print(first ? "\n" : ",\n");
   first = false;
 }
 
@@ -59,8 +62,24 @@ void EndJsonList() { Print("\n]\n"); }
 
 void ReportError(std::string_view where, std::string_view reason) {
   Flush();
-  const std::string line = Concat("tessel: ", where, ": ", reason, '\n');
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  // This takes no memory, of which there may be none.
+  std::fprintf(stderr, "tessel: %.*s: %.*s\n", static_cast<int>(where.size()), where.data(),
+               static_cast<int>(reason.size()), reason.data());
+}
+
+void ReportException(std::string_view where) {
+  const std::string_view noMemory = tessel::StatusText(TESSEL_OUT_OF_MEMORY);
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    ReportError(where, noMemory);
+  } catch (const std::length_error&) {  // of a text or vector that would be larger than any memory
+    ReportError(where, noMemory);
+  } catch (const tessel::Error& error) {
+    ReportError(where, tessel::StatusText(error.Status()));
+  } catch (const std::exception& error) {
+    ReportError(where, error.what());
+  }
 }
 
 bool FinishOutput() {

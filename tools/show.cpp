@@ -5,38 +5,16 @@
 #include <vector>
 
 #include "concat.h"
+#include "decoding.h"
 #include "fact_json.h"
 #include "fact_text.h"
 #include "kinds.h"
 #include "report.h"
-#include "status_text.h"
-#include "tessel/tessel.h"
-#include "text.h"
 
 namespace tool {
 namespace {
 
 using Candidates = std::vector<const Kind*>;
-
-// An object with the kind that knows how to describe and release it.
-class Decoded {
- public:
-  Decoded(const Kind& kind, void* object) : kind_(kind), object_(object) {}
-  ~Decoded() { kind_.release(object_); }
-  Decoded(const Decoded&) = delete;
-  Decoded& operator=(const Decoded&) = delete;
-
-  [[nodiscard]] Fact Describe() const { return kind_.describe(object_); }
-
- private:
-  const Kind& kind_;
-  void* object_;
-};
-
-bool Refuse(const Input& input, uint32_t offset, const std::string& reason) {
-  ReportError(input.where, Concat("offset ", offset, ": ", reason));
-  return false;
-}
 
 // A PEM block says what it is; of other octets every kind is tried.
 Candidates CandidatesFor(const Input& input) {
@@ -47,18 +25,17 @@ Candidates CandidatesFor(const Input& input) {
   return candidates;
 }
 
-// Finds the end of the element at the start. The octets behind a decoded object are not looked at by its decoder.
-bool CheckTrailingOctets(const Input& input) {
-  static const Asn1Item kAnyElement = {0, TESSEL_KIND_ANY, -1, 0, nullptr, 0, nullptr};
-  const auto size = static_cast<uint32_t>(input.octets.size());
-  void* element = nullptr;
-  uint32_t end = 0;
-  const uint32_t status = Asn1DecodeItem(input.octets.data(), size, &kAnyElement, &element, &end);
-  FreeAsn1Object(&kAnyElement, element);
-  if (status != TESSEL_OK)
-    return Refuse(input, 0, Concat("the end of the object cannot be found: ", StatusText(status)));
-  if (end == size) return true;
-  return Refuse(input, end, Concat("the object is followed by ", OctetCount(size - end)));
+// What is told of an object that cannot be shown yet.
+std::string NotYetShown(std::string_view what, const Input& input) {
+  const std::optional<BerBreak> found = FindBreak(input.octets);
+  return Concat(what, ", which tessel show does not show yet; ",
+                found ? Concat("its octets are no sound BER: offset ", found->offset, ": ", found->reason)
+                      : "tessel tree shows its elements");
+}
+
+std::string WhyNoKind(const Input& input) {
+  const std::string_view kind = OtherKindOfLabel(*input.label);
+  return NotYetShown(kind.empty() ? "this is a block of another kind" : Concat("this is ", kind), input);
 }
 
 std::string Names(const Candidates& candidates) {
@@ -68,53 +45,56 @@ std::string Names(const Candidates& candidates) {
 }
 
 // Where the first element itself is no sound BER, that place tells more than the kind that it was taken for.
-bool ExplainFailure(const Input& input, const Candidates& candidates, uint32_t status) {
+std::string WhyNone(const Input& input, const Candidates& candidates, std::string_view problem) {
   Walk walk(input.octets);
   for (Element element; walk.Next(element) && walk.Depth() != 0;) continue;
-  const std::string meaning = StatusText(status);
-  if (walk.Break()) return Refuse(input, walk.Break()->offset, Concat(meaning, ": ", walk.Break()->reason));
-  return Refuse(input, 0, Concat("not a ", Names(candidates), ": ", meaning));
+  if (walk.Break()) return Concat("offset ", walk.Break()->offset, ": ", problem, ": ", walk.Break()->reason);
+  const std::string_view other = OtherKindOfElements(input.octets);
+  if (!other.empty()) return NotYetShown(Concat("this seems to be ", other), input);
+  return Concat("not a ", Names(candidates), ": ", problem, "; tessel tree shows its elements");
 }
 
-using Printer = void (*)(const Input& input, const Kind& kind, const Fact& fact);
+using Printer = void (*)(const Input& input, const Kind& kind, Fact&& fact);
 
-void PrintText(const Input& input, const Kind& kind, const Fact& fact) {
+void PrintAsText(const Input& input, const Kind& kind, Fact&& fact) {
   constexpr size_t kIndent = 2;
   PrintHeading(input.label ? input.where : Concat(input.where, ": ", kind.name));
-  Print(TextLines(fact, kIndent));
+  PrintLines(fact, kIndent);
 }
 
-void PrintJson(const Input& input, const Kind& kind, const Fact& fact) {
+void PrintAsJson(const Input& input, const Kind& kind, Fact&& fact) {
   Fact whole = Fact::Object();
-  whole.Hide("where", input.where);
+  whole.Hide("file", input.file);
+  whole.Hide("index", static_cast<int64_t>(input.index));
+  whole.Hide("line", input.line ? Scalar(static_cast<int64_t>(*input.line)) : Scalar());
   whole.Hide("kind", std::string(kind.name));
-  whole.parts.insert(whole.parts.end(), fact.parts.begin(), fact.parts.end());
-  PrintJsonListItem(Json(whole));
+  for (Fact& part : fact.parts) whole.parts.push_back(std::move(part));
+  StartJsonListItem();
+  PrintJson(whole);
 }
 
-bool ShowBy(Printer print, const Input& input) {
+void ShowBy(Printer print, const Input& input) {
   const Candidates candidates = CandidatesFor(input);
-  if (candidates.empty()) {
-    ReportError(input.where, Concat("blocks labelled \"", Printable(*input.label), "\" are not supported"));
-    return false;
-  }
-  uint32_t firstFailure = TESSEL_OK;
+  if (candidates.empty()) throw Refusal(WhyNoKind(input));
+  std::string_view problem;
   for (const Kind* kind : candidates) {
-    void* object = nullptr;
-    const uint32_t status = kind->decode(input.octets, &object);
-    if (status == TESSEL_OK) {
-      print(input, *kind, Decoded(*kind, object).Describe());
-      return CheckTrailingOctets(input);
+    try {
+      uint32_t end = 0;
+      const tessel::Tree tree = Decode(*kind->item, input.octets, &end);
+      print(input, *kind, kind->describe(tree.Root(), input.octets.first(end)));
+      if (end == input.octets.size()) return;
+      throw Refusal(Concat("offset ", end, ": the object is followed by ", OctetCount(input.octets.size() - end)));
+    } catch (const DecodingError& error) {
+      if (problem.empty()) problem = error.Problem();
     }
-    if (firstFailure == TESSEL_OK) firstFailure = status;
   }
-  return ExplainFailure(input, candidates, firstFailure);
+  throw Refusal(WhyNone(input, candidates, problem));
 }
 
 }  // namespace
 
-bool ShowObject(const Input& input) { return ShowBy(PrintText, input); }
+void ShowObject(const Input& input) { ShowBy(PrintAsText, input); }
 
-bool ShowObjectAsJson(const Input& input) { return ShowBy(PrintJson, input); }
+void ShowObjectAsJson(const Input& input) { ShowBy(PrintAsJson, input); }
 
 }  // namespace tool

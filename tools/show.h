@@ -5,9 +5,9 @@
 
 namespace tool {
 
-bool ShowObject(const Input& input);
+void ShowObject(const Input& input);
 
 // The same as one value of a JSON list.
-bool ShowObjectAsJson(const Input& input);
+void ShowObjectAsJson(const Input& input);
 
 }  // namespace tool

@@ -7,8 +7,6 @@
 #include "concat.h"
 #include "report.h"
 #include "tessel/known_identifiers.hpp"
-#include "tessel/tessel.h"
-#include "text.h"
 #include "values.h"
 
 namespace tool {
@@ -22,7 +20,7 @@ using ValueText = std::string (*)(uint32_t tag, Octets content);
 std::string BooleanText(uint32_t, Octets content) {
   if (content.size() != 1) return Concat(ShortHex(content), " (not one octet)");
   if (content.front() == 0x00) return "FALSE";
-  return content.front() == 0xFF ? "TRUE" : Concat("TRUE (", Hex(content), ')');
+  return content.front() == 0xFF ? "TRUE" : Concat("TRUE (", tessel::Hex(content), ')');
 }
 
 std::string NumberText(uint32_t, Octets content) { return IntegerText(content); }
@@ -40,21 +38,17 @@ std::string BitsText(uint32_t, Octets content) {
 }
 
 std::string IdentifierText(uint32_t, Octets content) {
-  const std::optional<std::string> dotted = DottedText(content);
-  if (!dotted) return OidName(content);
-  const std::string_view name = tessel::KnownName(*dotted);
-  return name.empty() ? *dotted : Concat(*dotted, " (", name, ')');
+  const std::string dotted = OidText(content);
+  const std::string_view name = tessel::KnownName(dotted);
+  return name.empty() ? OidName(content) : Concat(dotted, " (", name, ')');
 }
 
 std::string StringText(uint32_t tag, Octets content) {
-  const std::optional<std::u32string> characters = Characters(tag, content);
-  if (!characters) return Concat(ShortHex(content), " (not a whole number of characters)");
-  return Concat('"', EscapeText(*characters, Escape::kQuotes), '"');
+  if (!tessel::IsCharacterString(tag, content)) return Concat(ShortHex(content), " (not a whole number of characters)");
+  return ShortText(tag, content, tessel::Escape::kQuotes);
 }
 
-std::string WrittenTime(uint32_t tag, Octets content) {
-  return EscapeText(*Characters(tag, content), Escape::kNothing);
-}
+std::string WrittenTime(uint32_t tag, Octets content) { return ShortText(tag, content, tessel::Escape::kNothing); }
 
 struct UniversalType {
   std::string_view name;
@@ -150,7 +144,7 @@ void AppendDescription(std::string& line, const Element& element, Octets octets)
 
 }  // namespace
 
-bool ShowTree(const Input& input) {
+void ShowTree(const Input& input) {
   PrintHeading(input.where);
   Walk walk(input.octets);
   std::string line;
@@ -161,9 +155,7 @@ bool ShowTree(const Input& input) {
     line += '\n';
     Print(line);
   }
-  if (!walk.Break()) return true;
-  ReportError(input.where, Concat("offset ", walk.Break()->offset, ": ", walk.Break()->reason));
-  return false;
+  if (walk.Break()) throw Refusal(Concat("offset ", walk.Break()->offset, ": ", walk.Break()->reason));
 }
 
 }  // namespace tool

@@ -5,6 +5,6 @@
 
 namespace tool {
 
-bool ShowTree(const Input& input);
+void ShowTree(const Input& input);
 
 }  // namespace tool

@@ -8,9 +8,7 @@
 #include "describe_values.h"
 #include "descriptors.h"
 #include "extension_readers.h"
-#include "library.h"
 #include "nodes.h"
-#include "tessel/tessel.h"
 
 namespace tool {
 namespace {
@@ -87,7 +85,7 @@ void AddInteger(Fact& fact, std::string_view key, std::string_view label, const 
 }
 
 Fact SubtreeFact(const void* subtree) {
-  Fact base = SubtreeBaseFact(static_cast<const X509GeneralName*>(Slot(subtree, kBase)));
+  Fact base = SubtreeBaseFact(Slot(subtree, kBase));
   Fact fact = Fact::Object(base.text);
   fact.label = base.label;
   fact.Hide("base", std::move(base));
@@ -121,13 +119,9 @@ Fact FeatureFact(const void* number) {
   return fact;
 }
 
-}  // namespace
-
-uint32_t ReadPolicyMappings(Octets value, Fact& fact) {
-  Tree mappings(kPolicyMappings);
-  const uint32_t status = mappings.Decode(value);
-  fact = Fact::List();
-  for (const void* mapping : Items(mappings.Root())) {
+Fact MappingsFact(const void* mappings) {
+  Fact fact = Fact::List();
+  for (const void* mapping : Items(mappings)) {
     Fact issuer = OidFact(Content(Slot(mapping, kIssuerPolicy)));
     Fact subject = OidFact(Content(Slot(mapping, kSubjectPolicy)));
     Fact pair = Fact::Object(Concat(issuer.text, " -> ", subject.text));
@@ -135,76 +129,63 @@ uint32_t ReadPolicyMappings(Octets value, Fact& fact) {
     pair.Hide("subjectDomainPolicy", std::move(subject));
     fact.Append(std::move(pair));
   }
-  fact.TellIfEmpty();
-  return status;
+  return fact;
 }
 
-uint32_t ReadPolicyConstraints(Octets value, Fact& fact) {
-  Tree constraints(kPolicyConstraints);
-  const uint32_t status = constraints.Decode(value);
-  fact = Fact::Object();
-  AddSkip(fact, "requireExplicitPolicy", "Require explicit policy", Slot(constraints.Root(), kRequireExplicitPolicy));
-  AddSkip(fact, "inhibitPolicyMapping", "Inhibit policy mapping", Slot(constraints.Root(), kInhibitPolicyMapping));
-  fact.TellIfEmpty();
-  return status;
+Fact PolicyConstraintsFact(const void* constraints) {
+  Fact fact = Fact::Object();
+  AddSkip(fact, "requireExplicitPolicy", "Require explicit policy", Slot(constraints, kRequireExplicitPolicy));
+  AddSkip(fact, "inhibitPolicyMapping", "Inhibit policy mapping", Slot(constraints, kInhibitPolicyMapping));
+  return fact;
 }
 
-uint32_t ReadInhibitAnyPolicy(Octets value, Fact& fact) {
-  Tree number(kInteger);
-  const uint32_t status = number.Decode(value);
-  fact = SkipFact(number.Root());
-  return status;
+Fact NameConstraintsFact(const void* constraints) {
+  Fact fact = Fact::Object();
+  AddSubtrees(fact, "permitted", "Permitted", Slot(constraints, kPermitted));
+  AddSubtrees(fact, "excluded", "Excluded", Slot(constraints, kExcluded));
+  return fact;
 }
 
-uint32_t ReadNameConstraints(Octets value, Fact& fact) {
-  Tree constraints(kNameConstraints);
-  const uint32_t status = constraints.Decode(value);
-  fact = Fact::Object();
-  AddSubtrees(fact, "permitted", "Permitted", Slot(constraints.Root(), kPermitted));
-  AddSubtrees(fact, "excluded", "Excluded", Slot(constraints.Root(), kExcluded));
-  fact.TellIfEmpty();
-  return status;
+Fact AttributesFact(const void* attributes) {
+  Fact fact = Fact::List();
+  for (const void* attribute : Items(attributes)) fact.Append(AttributeFact(attribute));
+  return fact;
 }
 
-uint32_t ReadSubjectDirectoryAttributes(Octets value, Fact& fact) {
-  Tree attributes(kAttributes);
-  const uint32_t status = attributes.Decode(value);
-  fact = Fact::List();
-  for (const void* attribute : Items(attributes.Root())) fact.Append(AttributeFact(attribute));
-  fact.TellIfEmpty();
-  return status;
+Fact FeaturesFact(const void* features) {
+  Fact fact = Fact::List();
+  for (const void* number : Items(features)) fact.Append(FeatureFact(number));
+  return fact;
 }
 
-uint32_t ReadTlsFeatures(Octets value, Fact& fact) {
-  Tree features(kFeatures);
-  const uint32_t status = features.Decode(value);
-  fact = Fact::List();
-  for (const void* number : Items(features.Root())) fact.Append(FeatureFact(number));
-  fact.TellIfEmpty();
-  return status;
-}
-
-uint32_t ReadIssuerSignTool(Octets value, Fact& fact) {
+Fact IssuerSignToolFact(const void* tools) {
   constexpr std::pair<std::string_view, std::string_view> kNames[] = {
       {"signTool", "Signing tool"},
       {"cATool", "CA tool"},
       {"signToolCert", "Signing tool certified"},
       {"cAToolCert", "CA tool certified"},
   };
-  Tree tools(kIssuerSignTool);
-  const uint32_t status = tools.Decode(value);
-  fact = Fact::Object();
+  Fact fact = Fact::Object();
   unsigned slot = 0;
   for (const auto& [key, label] : kNames) {
-    fact.Add(key, label, StringFact(TESSEL_KIND_UTF8_STRING, Content(Slot(tools.Root(), slot))));
+    fact.Add(key, label, StringFact(TESSEL_KIND_UTF8_STRING, Content(Slot(tools, slot))));
     ++slot;
   }
-  return status;
+  return fact;
 }
 
-uint32_t ReadSingleValue(Octets value, Fact& fact) {
-  fact = ElementFact(value);
-  return TESSEL_OK;
-}
+const ExtensionReader kReaders[] = {
+    {"2.5.29.9", &kAttributes, AttributesFact},
+    {"2.5.29.30", &kNameConstraints, NameConstraintsFact},
+    {"2.5.29.33", &kPolicyMappings, MappingsFact},
+    {"2.5.29.36", &kPolicyConstraints, PolicyConstraintsFact},
+    {"2.5.29.54", &kInteger, SkipFact},
+    {"1.3.6.1.5.5.7.1.24", &kFeatures, FeaturesFact},
+    {"1.2.643.100.112", &kIssuerSignTool, IssuerSignToolFact},
+};
+
+}  // namespace
+
+std::span<const ExtensionReader> UntypedReaders() { return kReaders; }
 
 }  // namespace tool

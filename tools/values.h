@@ -6,8 +6,16 @@
 #include <string>
 
 #include "ber.h"
+#include "tessel/strings.hpp"
 
 namespace tool {
+
+// Octets in hexadecimal: the first ones only when there are many; then the number of all octets follows.
+std::string ShortHex(Octets octets);
+
+// A character string of the universal type `tag` in the same way, safe to print; with Escape::kQuotes it stands between
+// quotation marks.
+std::string ShortText(uint32_t tag, Octets content, tessel::Escape escape);
 
 // The number of an INTEGER or ENUMERATED of one to eight octets.
 std::optional<int64_t> SmallInteger(Octets content);
@@ -15,16 +23,16 @@ std::optional<int64_t> SmallInteger(Octets content);
 // That number, or the octets in hexadecimal, after "0x", when there are more.
 std::string IntegerText(Octets content);
 
-// Hexadecimal digits of the magnitude, after a minus sign when it is negative, as certificates' serial numbers are
-// told.
-std::string SerialNumberText(Octets content);
+// The octets of a number of the same magnitude and the other sign.
+tessel::Bytes Negated(Octets content);
+
+Octets WithoutLeadingZeros(Octets content);
 
 // How many bits the magnitude of a positive INTEGER has.
-uint32_t BitCount(Octets content);
+int64_t BitCount(Octets content);
 
-// The dotted text of an object identifier. Nothing when it is empty, does not end, has an arc of more than 32 bits, or
-// an arc with needless leading zero bits (by which one identifier could pass for another).
-std::optional<std::string> DottedText(Octets content);
+// The dotted text of an object identifier by its content octets. Empty when it has none (object_identifier.hpp).
+std::string OidText(Octets content);
 
 // The name of the object identifier where it is known, else its dotted text, else its octets with a remark.
 std::string OidName(Octets content);

@@ -50,38 +50,38 @@ inline char32_t TakeUtf8(Octets& octets) {
   return valid ? c : kRawOctet | first;
 }
 
-inline std::u32string FromUtf8(Octets octets) {
-  std::u32string text;
-  while (!octets.empty()) text += TakeUtf8(octets);
-  return text;
+// Takes one octet, which is a character up to and including `last`.
+inline char32_t TakeSingleOctet(Octets& octets, char32_t last) {
+  const uint8_t octet = octets.front();
+  octets = octets.subspan(1);
+  return octet <= last ? char32_t{octet} : kRawOctet | octet;
 }
 
-// One octet a character, up to and including `last`.
-inline std::u32string FromSingleOctets(Octets octets, char32_t last) {
-  std::u32string text;
-  for (const uint8_t octet : octets) text += octet <= last ? char32_t{octet} : kRawOctet | octet;
-  return text;
+inline char32_t UnitAt(Octets octets, size_t start, size_t size) {
+  char32_t unit = 0;
+  for (const uint8_t octet : octets.subspan(start, size)) unit = unit << 8 | octet;
+  return unit;
 }
 
-// Big-endian units of `size` octets. A pair of surrogates, which BMPString does not have but some writers put in it, is
-// the character that it means in UTF-16.
-inline std::u32string FromUnits(Octets octets, size_t size) {
-  std::u32string text;
-  for (; !octets.empty(); octets = octets.subspan(size)) {
-    char32_t c = 0;
-    for (const uint8_t octet : octets.first(size)) c = c << 8 | octet;
-    const bool pair = size == 2 && (c & 0xFC00) == 0xDC00 && !text.empty() && (text.back() & 0xFFFFFC00) == 0xD800;
-    if (pair) {
-      text.back() = 0x10000 + ((text.back() & 0x3FF) << 10 | (c & 0x3FF));
-    } else if (c <= kLastCharacter) {
-      text += c;
-    } else {
-      for (const uint8_t octet : octets.first(size)) text.push_back(kRawOctet | octet);
-    }
-  }
-  return text;
+// Takes a big-endian unit of `size` octets, or the octets of one that is no character one by one. A pair of surrogates,
+// which BMPString does not have but some writers put in it, is the character that it means in UTF-16.
+inline char32_t TakeUnit(Octets& octets, size_t size) {
+  const bool isWithinUnit = octets.size() % size != 0;
+  const char32_t unit = isWithinUnit ? 0 : UnitAt(octets, 0, size);
+  if (isWithinUnit || unit > kLastCharacter) return kRawOctet | TakeSingleOctet(octets, 0xFF);
+  const bool mayPair = size == 2 && (unit & 0xFC00) == 0xD800 && octets.size() > size;
+  const char32_t next = mayPair ? UnitAt(octets, size, size) : 0;
+  const bool isPair = (next & 0xFC00) == 0xDC00;
+  octets = octets.subspan(isPair ? 2 * size : size);
+  return isPair ? 0x10000 + ((unit & 0x3FF) << 10 | (next & 0x3FF)) : unit;
 }
 
+}  // namespace detail
+
+// Whether a value of 32 bits is a character of Unicode.
+constexpr bool IsCharacter(char32_t c) { return c <= detail::kLastCharacter && !detail::IsSurrogate(c); }
+
+// Appends a character.
 inline void AppendUtf8(std::string& out, char32_t c) {
   const auto put = [&out](char32_t octet) { out += static_cast<char>(static_cast<uint8_t>(octet)); };
   if (c < 0x80) return put(c);
@@ -97,6 +97,8 @@ inline void AppendUtf8(std::string& out, char32_t c) {
   }
   put(0x80 | (c & 0x3F));
 }
+
+namespace detail {
 
 inline void AppendHexEscaped(std::string& out, char32_t c) {
   std::string octets;
@@ -122,48 +124,74 @@ constexpr bool IsDangerous(char32_t c) {
   return (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
 }
 
-// The characters of a string by its content octets and its universal tag number (TESSEL_KIND_UTF8_STRING, ...). An
-// octet that is no character is among them with the top bit of 32 set, for EscapeText. TeletexString is read as ISO
-// 8859-1, which is what nearly all writers mean by it. Nothing when the type is no character string, or the octets are
-// not a whole number of characters.
-inline std::optional<std::u32string> Characters(uint32_t tag, Octets content) {
+// Whether octets can be the content of a character string of the universal type `tag` (TESSEL_KIND_UTF8_STRING, ...):
+// that type is one, and they are a whole number of its units.
+constexpr bool IsCharacterString(uint32_t tag, Octets content) {
   switch (tag) {
     case TESSEL_KIND_UTF8_STRING:
-      return detail::FromUtf8(content);
     case TESSEL_KIND_TELETEX_STRING:
-      return detail::FromSingleOctets(content, 0xFF);
     case TESSEL_KIND_NUMERIC_STRING:
     case TESSEL_KIND_PRINTABLE_STRING:
     case TESSEL_KIND_IA5_STRING:
     case TESSEL_KIND_VISIBLE_STRING:
     case TESSEL_KIND_UTC_TIME:
     case TESSEL_KIND_GENERALIZED_TIME:
-      return detail::FromSingleOctets(content, 0x7F);
+      return true;
     case TESSEL_KIND_BMP_STRING:
-      if (content.size() % 2 != 0) return std::nullopt;
-      return detail::FromUnits(content, 2);
+      return content.size() % 2 == 0;
     case TESSEL_KIND_UNIVERSAL_STRING:
-      if (content.size() % 4 != 0) return std::nullopt;
-      return detail::FromUnits(content, 4);
+      return content.size() % 4 == 0;
     default:
-      return std::nullopt;
+      return false;
   }
+}
+
+// Takes the first character from the content octets of such a string, which must not be empty. An octet that is no
+// character comes by itself, with the top bit of 32 set. TeletexString is read as ISO 8859-1, which is what nearly all
+// writers mean by it.
+inline char32_t TakeCharacter(uint32_t tag, Octets& content) {
+  switch (tag) {
+    case TESSEL_KIND_UTF8_STRING:
+      return detail::TakeUtf8(content);
+    case TESSEL_KIND_TELETEX_STRING:
+      return detail::TakeSingleOctet(content, 0xFF);
+    case TESSEL_KIND_BMP_STRING:
+      return detail::TakeUnit(content, 2);
+    case TESSEL_KIND_UNIVERSAL_STRING:
+      return detail::TakeUnit(content, 4);
+    default:
+      return detail::TakeSingleOctet(content, 0x7F);
+  }
+}
+
+// All characters of a string, for EscapeText. Nothing when it is none.
+inline std::optional<std::u32string> Characters(uint32_t tag, Octets content) {
+  if (!IsCharacterString(tag, content)) return std::nullopt;
+  std::u32string text;
+  while (!content.empty()) text += TakeCharacter(tag, content);
+  return text;
 }
 
 // The characters themselves. Nothing when there are octets among them that are none.
 inline std::optional<std::string> Utf8(std::u32string_view text) {
   std::string out;
   for (const char32_t c : text) {
-    if (c > detail::kLastCharacter || detail::IsSurrogate(c)) return std::nullopt;
-    detail::AppendUtf8(out, c);
+    if (!IsCharacter(c)) return std::nullopt;
+    AppendUtf8(out, c);
   }
   return out;
 }
 
 // The text of a character string. Nothing when it is none, or is not well-formed.
 inline std::optional<std::string> Utf8(uint32_t tag, Octets content) {
-  const std::optional<std::u32string> characters = Characters(tag, content);
-  return characters ? Utf8(*characters) : std::nullopt;
+  if (!IsCharacterString(tag, content)) return std::nullopt;
+  std::string out;
+  while (!content.empty()) {
+    const char32_t c = TakeCharacter(tag, content);
+    if (!IsCharacter(c)) return std::nullopt;
+    AppendUtf8(out, c);
+  }
+  return out;
 }
 
 // What is escaped besides dangerous characters and octets that are none, which always are.
@@ -176,39 +204,36 @@ enum class Escape {
 
 namespace detail {
 
-constexpr bool NeedsBackslash(std::u32string_view text, size_t at, Escape escape) {
-  const char32_t c = text[at];
+constexpr bool NeedsBackslash(char32_t c, bool isFirst, bool isLast, Escape escape) {
   if (escape == Escape::kNothing) return false;
   if (c == '\\' || (c == '"' && escape != Escape::kBackslash)) return true;
   if (escape == Escape::kBackslash || escape == Escape::kQuotes) return false;
-  const bool first = at == 0;
-  const bool last = at + 1 == text.size();
-  if (c == ' ') return first || last;
-  if (c == '#') return first;
+  if (c == ' ') return isFirst || isLast;
+  if (c == '#') return isFirst;
   return c == '+' || c == ',' || c == ';' || c == '<' || c == '>';
 }
 
 }  // namespace detail
 
-// UTF-8 that is safe to print. What must not be printed as it is becomes a backslash and two hexadecimal digits for
-// each of its octets.
+// Appends a character of a text so that it is safe to print, as UTF-8. What must not be printed as it is becomes a
+// backslash and two hexadecimal digits for each of its octets.
+inline void AppendEscaped(std::string& out, char32_t c, bool isFirst, bool isLast, Escape escape) {
+  if ((c & detail::kRawOctet) != 0 || IsDangerous(c)) return detail::AppendHexEscaped(out, c);
+  if (detail::NeedsBackslash(c, isFirst, isLast, escape)) out += '\\';
+  AppendUtf8(out, c);
+}
+
+// A whole text, escaped in that way.
 inline std::string EscapeText(std::u32string_view text, Escape escape) {
   std::string out;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if ((text[i] & detail::kRawOctet) != 0 || IsDangerous(text[i])) {
-      detail::AppendHexEscaped(out, text[i]);
-      continue;
-    }
-    if (detail::NeedsBackslash(text, i, escape)) out += '\\';
-    detail::AppendUtf8(out, text[i]);
-  }
+  for (size_t i = 0; i < text.size(); ++i) AppendEscaped(out, text[i], i == 0, i + 1 == text.size(), escape);
   return out;
 }
 
 // The same of a text that should be UTF-8 already: a file name, say.
 inline std::string Printable(std::string_view text) {
   const Octets octets(reinterpret_cast<const uint8_t*>(text.data()), text.size());
-  return EscapeText(detail::FromUtf8(octets), Escape::kNothing);
+  return EscapeText(*Characters(TESSEL_KIND_UTF8_STRING, octets), Escape::kNothing);
 }
 
 // An attribute of a name: the content octets of its type and the whole element that is its value. They are lent, and

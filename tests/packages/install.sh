@@ -42,7 +42,7 @@ before=$(all_there)
 install_there libtessel1
 install_there tessel
 cannot_remove libtessel1 || fail "the tool does not depend on the library"
-[[ $(tool_there --version) == TESSEL* ]] || fail "the tool does not tell its version"
+[[ $(tool_there --version) == "tessel "*TESSEL* ]] || fail "the tool does not tell its version"
 [[ $(tool_there show /certificate.pem) == *"Serial number"* ]] || fail "the tool does not show a certificate"
 for file in man/man1/tessel.1.gz bash-completion/completions/tessel; do
   [[ -s $root/usr/share/$file ]] || fail "the tool comes without $file"

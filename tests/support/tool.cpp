@@ -26,6 +26,11 @@ Lines SplitLines(const std::string& text) {
   return lines;
 }
 
+std::string Text(const std::string& hex) {
+  const Bytes octets = FromHex(hex);
+  return {octets.begin(), octets.end()};
+}
+
 void ReplaceAll(std::string& text, const std::string& from, const std::string& to) {
   for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
     text.replace(at, from.size(), to);
@@ -48,11 +53,6 @@ void ToolTest::TearDown() { fs::remove_all(folder_); }
 
 void ToolTest::Write(const std::string& name, const std::string& text) const {
   std::ofstream(folder_ / name, std::ios::binary) << text;
-}
-
-void ToolTest::WriteHex(const std::string& name, const std::string& hex) const {
-  const Bytes octets = FromHex(hex);
-  Write(name, std::string(octets.begin(), octets.end()));
 }
 
 Result ToolTest::Shell(const std::string& command) const {

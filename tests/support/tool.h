@@ -13,6 +13,7 @@ using Lines = std::vector<std::string>;
 
 std::string ReadAll(const std::filesystem::path& path);
 Lines SplitLines(const std::string& text);
+std::string Text(const std::string& hex);  // of the octets that are written so
 void ReplaceAll(std::string& text, const std::string& from, const std::string& to);
 
 // The command that is tested: the tool of this build, or what the variable TESSEL_TOOL has, which runs tessel.exe.
@@ -32,7 +33,6 @@ class ToolTest : public testing::Test {
   void TearDown() override;
 
   void Write(const std::string& name, const std::string& text) const;
-  void WriteHex(const std::string& name, const std::string& hex) const;
 
   // $tessel in the command is the tool.
   [[nodiscard]] Result Shell(const std::string& command) const;
