@@ -69,9 +69,10 @@ TEST(Aliases, ExtensionsAreRemovedByAnIdentifierInOneOfThem) {
     Call(AddX509ExtensionsExtension, &slot, ObjectIdentifier("1.2.3"), 0, FromHex(value));
   }
   const Owned<X509Extensions> list(slot.list);
+  ASSERT_NE(nullptr, list.Get());
   // Members that are allocations of their own.
-  Call(SetX509Extension, slot.list->At(0), purpose, 0, FromHex("03 55 1D 25"));
-  Call(RemoveX509ExtensionsExtension2, &slot, slot.list->At(0)->extnValue->data);
+  Call(SetX509Extension, list->At(0), purpose, 0, FromHex("03 55 1D 25"));
+  Call(RemoveX509ExtensionsExtension2, &slot, list->At(0)->extnValue->data);
   EXPECT_EQ(3U, Get(GetX509ExtensionsExtensionsCount, &slot));
   uint32_t index = 0;
   EXPECT_EQ(TESSEL_NOT_FOUND, Try(FindX509Extension, &slot, purpose, &index));
