@@ -57,6 +57,18 @@ TEST(Interface, EveryFreeFunctionHasItsOwner) {
   EXPECT_EQ(expected, released);
 }
 
+// The C++ interface takes no octets and size for a counted identifier and a number that follows it.
+TEST(Interface, NumbersBehindIdentifiersAreToldFromSizes) {
+  const std::string headers = TESSEL_SOURCE_DIR "/include/tessel/";
+  const Names told =
+      Lines(std::istringstream(OutputOf("grep -oP 'kIdentifierPlace<decltype\\(&\\K\\w+' " + headers + "calls.hpp")));
+  const Names declared = Lines(std::istringstream(
+      OutputOf("cat " + headers +
+               R"(*.h | tr -s ' \n' ' ' | grep -oP 'TESSEL_CALL \K\w+(?=\([^;]*const uint8_t\* \w+, )"
+               R"(uint32_t (?!\w*([sS]ize|[lL]ength)\b))')")));
+  EXPECT_EQ(declared, told);
+}
+
 TEST(Interface, LibraryNeedsTheSystemOnly) {
   const std::string library = Library();
   Names needed =

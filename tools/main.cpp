@@ -94,9 +94,7 @@ int Run(const Command& command, Arguments arguments) {
 }
 
 std::string Version() {
-  std::string banner;
-  tessel::Call(GetVersionInfo, tessel::Into(banner, 100));
-  return Concat("tessel ", TESSEL_PROJECT_VERSION, '\n', banner, '\n');
+  return Concat("tessel ", TESSEL_PROJECT_VERSION, '\n', tessel::Fetch(GetVersionInfo), '\n');
 }
 
 bool LooksLikeFile(const char* word) {

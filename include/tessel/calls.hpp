@@ -7,22 +7,25 @@
 //
 // Each of them calls one function of the interface, whose type decides what becomes of the arguments:
 //
-//   Owned                            the pointer to its object. Moved: the function takes the object when it succeeds,
-//                                    unless all that it does is read it.
-//   a span, vector or array          pointer and size, where the function takes both
+//   Owned                            the pointer to its object. It is moved where the function takes the object, and
+//                                    empty when that has succeeded.
+//   a span, vector or array          pointer and size, where the function takes both. One of no octets is not null.
 //   a string, view or literal        the same, or a text with a NUL
 //   ObjectIdentifier                 its counted form
 //   Into(result)                     a buffer and its length: asked for the length first, and then fetched
+//   owner.Out()                      where the function makes an object
 //   anything else                    itself
 //
-// A status other than 0 is thrown as an Error. Try is Call without exceptions: it returns the status. (What results are
-// kept in, vectors and strings, throws std::bad_alloc as ever.)
+// Results change when the call is over, so an argument may be a result too. After a failure they are empty. A status
+// other than 0 is thrown as an Error. Try is Call without exceptions: it returns the status. (What results are kept in,
+// vectors and strings, throws std::bad_alloc as ever.)
 #pragma once
 
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -40,7 +43,7 @@ namespace detail {
 
 template <class Type, uint32_t(TESSEL_CALL* function)(Type*)>
 struct ReleaseRow {
-  static void Release(Type* object) { function(object); }
+  static constexpr auto FunctionFor(const Type* /*object*/) { return function; }
 };
 
 template <class Function>
@@ -52,7 +55,7 @@ struct ReleasedBy<uint32_t(TESSEL_CALL*)(Type*)> {
 
 template <auto... functions>
 struct ReleaseTable : ReleaseRow<typename ReleasedBy<decltype(functions)>::Object, functions>... {
-  using ReleaseRow<typename ReleasedBy<decltype(functions)>::Object, functions>::Release...;
+  using ReleaseRow<typename ReleasedBy<decltype(functions)>::Object, functions>::FunctionFor...;
 
   template <class Type>
   static constexpr bool kHas = (std::is_same_v<Type, typename ReleasedBy<decltype(functions)>::Object> || ...);
@@ -94,9 +97,9 @@ class Owned {
   [[nodiscard]] Type* Get() const { return object_; }
   [[nodiscard]] explicit operator bool() const { return object_ != nullptr; }
 
-  // For a function that makes an object; what was held is released when it is called. A pointer only where the function
-  // wants one, so that a call that asks for lengths first does not leave behind what it makes the first time.
+  // For a function that makes an object. Outside of Call and its like, what was held is released before.
   struct Place {
+    using OwnerType = Owned;
     Owned* owner;
     operator Type**() const {
       owner->Reset();
@@ -108,7 +111,7 @@ class Owned {
   [[nodiscard]] Type* Release() { return std::exchange(object_, nullptr); }
   void Reset(Type* object = nullptr) {
     Type* held = std::exchange(object_, object);
-    if (held != nullptr) detail::Releases::Release(held);
+    if (held != nullptr) detail::Releases::FunctionFor(held)(held);
   }
 
  private:
@@ -151,22 +154,84 @@ class Tree {
 };
 
 // Where a function writes octets, a text or a counted identifier: it stands for the pair of a buffer and its length.
-// With a capacity the function is brought a buffer of that size at once instead of being asked, and a larger one when
-// it says so; two functions want that: GetVersionInfo and ConvertAnsiToUTF8.
 template <class Result>
 class Into {
  public:
-  explicit Into(Result& result, uint32_t capacity = 0) : result_(&result), capacity_(capacity) {}
+  explicit Into(Result& result) : result_(&result) {}
 
   [[nodiscard]] Result& Value() const { return *result_; }
-  [[nodiscard]] uint32_t Capacity() const { return capacity_; }
 
  private:
   Result* result_;
-  uint32_t capacity_;
 };
 
 namespace detail {
+
+// What is said here of a type of functions goes for all functions of that type.
+
+// Where a counted identifier is followed by a number that is not its size.
+template <class Function>
+inline constexpr size_t kIdentifierPlace = SIZE_MAX;
+template <>
+inline constexpr size_t kIdentifierPlace<decltype(&CreateX509Extension)> = 1;
+template <>
+inline constexpr size_t kIdentifierPlace<decltype(&SetX509Extension)> = 1;
+template <>
+inline constexpr size_t kIdentifierPlace<decltype(&AddX509ExtensionsExtension)> = 1;
+template <>
+inline constexpr size_t kIdentifierPlace<decltype(&AddX509NameEntry)> = 4;
+template <>
+inline constexpr size_t kIdentifierPlace<decltype(&AddX509NameEntryExt)> = 4;
+
+// Functions that cannot be asked for a length are brought some room, and more when they say so.
+template <class Function>
+inline constexpr uint32_t kFirstRoom = 0;
+template <>
+inline constexpr uint32_t kFirstRoom<decltype(&GetVersionInfo)> = 100;
+template <>
+inline constexpr uint32_t kFirstRoom<decltype(&ConvertAnsiToUTF8)> = 100;
+
+// These own what they take as soon as their arguments are in order, also when memory then fails.
+template <class Function>
+inline constexpr bool kTakesWithoutMemory =
+    std::is_same_v<Function, decltype(&AddExtensionAuthorityInformationAccess)> ||
+    std::is_same_v<Function, decltype(&AddExtensionCrlDistributionPoint)>;
+
+// Functions that make an object, and do not lend a part of one.
+template <class... Parameters>
+inline constexpr bool kMakes = false;
+template <class Type, class... Rest>
+inline constexpr bool kMakes<Type**, Rest...> = true;
+template <class Type>
+inline constexpr bool kMakes<const uint8_t*, uint32_t, Type**> = true;
+template <class Type>
+inline constexpr bool kMakes<const Type*, Type**> = true;
+template <>
+inline constexpr bool kMakes<const X509GeneralNames*, X509Name**> = true;
+
+// Objects that are no trees: a function writes them, and never takes them.
+template <class Type>
+inline constexpr bool kIsPlainValue =
+    std::is_same_v<Type, LibraryTime> || std::is_same_v<Type, LibraryPreciseTime> || std::is_same_v<Type, Accuracy>;
+
+// What a function does with an object that it is handed.
+enum class Passing {
+  kReads,
+  kChanges,
+  kTakes,
+  kTakesOrCopies  // by the number behind it: 0 for taking
+};
+
+// The first object is what the call is about; those behind it are taken, if they are not const.
+template <size_t place, class Parameter, class... Parameters>
+constexpr Passing PassingAt() {
+  using Type = std::remove_pointer_t<Parameter>;
+  if (std::is_const_v<Type>) return Passing::kReads;
+  if (place == 0 || kIsPlainValue<Type>) return Passing::kChanges;
+  using Last = std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>;
+  const bool hasFlag = place + 2 == sizeof...(Parameters) && std::is_same_v<Last, uint32_t>;
+  return hasFlag ? Passing::kTakesOrCopies : Passing::kTakes;
+}
 
 // How an argument becomes parameters. A binding tells how many it stands for (kWidth), gives them for each call
 // (Values), and is told when a call is over: More, whether the function has to be called again, and Finish.
@@ -181,7 +246,8 @@ struct Binding {
 
 template <class Parameter, class Argument>
 struct Plain : Binding<1> {
-  static_assert(std::is_convertible_v<Argument, Parameter>, "the argument does not fit the function's parameter");
+  static_assert(std::is_convertible_v<Argument, Parameter> && !std::is_floating_point_v<Argument>,
+                "the argument does not fit the function's parameter");
   explicit Plain(const Argument& given) : argument(given) {}
   [[nodiscard]] uint32_t Refusal() const {
     if constexpr (std::is_integral_v<Argument> && !std::is_same_v<Argument, bool>) {
@@ -209,28 +275,32 @@ struct Lent : Binding<1> {
   Type* object;
 };
 
-// These two own what they take as soon as their arguments are in order, also when memory then fails.
-template <class Function>
-bool TakesWithoutMemory(Function function) {
-  if constexpr (std::is_same_v<Function, decltype(&AddExtensionAuthorityInformationAccess)>) {
-    return function == AddExtensionAuthorityInformationAccess;
-  } else if constexpr (std::is_same_v<Function, decltype(&AddExtensionCrlDistributionPoint)>) {
-    return function == AddExtensionCrlDistributionPoint;
-  } else {
-    return false;
-  }
-}
-
-template <class Parameter, class Type>
+template <class Type>
 struct Given : Binding<1> {
-  static_assert(std::is_same_v<Parameter, Type*>, "the argument does not fit the function's parameter");
-  explicit Given(Owned<Type>& given) : owner(&given) {}
-  std::tuple<Parameter> Values() { return {owner->Get()}; }
-  void Finish(uint32_t status) {
-    if (status == TESSEL_OK) static_cast<void>(owner->Release());
+  Given(Type* given, Owned<Type>* movedFrom, bool copied) : object(given), owner(movedFrom), isCopied(copied) {}
+  [[nodiscard]] uint32_t Refusal() const {
+    const bool wouldHaveTwoOwners = owner == nullptr && !isCopied;
+    return wouldHaveTwoOwners ? uint32_t{TESSEL_INVALID_ARGUMENT} : uint32_t{TESSEL_OK};
   }
+  std::tuple<Type*> Values() { return {object}; }
+  void Finish(uint32_t status) {
+    if (status == TESSEL_OK && !isCopied) static_cast<void>(owner->Release());
+  }
+
+  Type* object;
+  Owned<Type>* owner;  // null: it was not moved
+  bool isCopied;
+};
+
+template <class Type>
+struct Placed : Binding<1> {
+  explicit Placed(typename Owned<Type>::Place place) : owner(place.owner) {}
+  // What a function made while it was asked for lengths is released.
+  std::tuple<Type**> Values() { return {made.Out()}; }
+  void Finish(uint32_t status) { owner->Reset(status == TESSEL_OK ? made.Release() : nullptr); }
 
   Owned<Type>* owner;
+  Owned<Type> made;
 };
 
 struct Identifier : Binding<1> {
@@ -242,25 +312,42 @@ struct Identifier : Binding<1> {
 
 inline constexpr uint8_t kNoOctets = 0;
 
+// An array of characters is the text before its NUL. Nothing when it has none, or more than NULs behind it.
+template <class Type>
+std::optional<std::string_view> TextOf(const Type& argument) {
+  if constexpr (std::is_array_v<Type>) {
+    const std::string_view all(argument, std::extent_v<Type>);
+    const std::string_view text = all.substr(0, all.find('\0'));
+    const bool isText = text.size() < all.size() && all.find_first_not_of('\0', text.size()) == std::string_view::npos;
+    return isText ? std::optional(text) : std::nullopt;
+  } else {
+    return std::string_view(argument);
+  }
+}
+
 // Octets or characters with their size. Also those of none have an address.
 template <class Element>
 struct Sized : Binding<2> {
-  explicit Sized(Octets octets) : octets_(octets) {}
-  explicit Sized(std::string_view text) : octets_(reinterpret_cast<const uint8_t*>(text.data()), text.size()) {}
+  explicit Sized(Octets given) : octets(given) {}
+  explicit Sized(std::optional<std::string_view> text) : isText(text.has_value()) {
+    if (text) octets = Octets(reinterpret_cast<const uint8_t*>(text->data()), text->size());
+  }
   [[nodiscard]] uint32_t Refusal() const {
-    return octets_.size() > UINT32_MAX ? uint32_t{TESSEL_LENGTH_TOO_LARGE} : uint32_t{TESSEL_OK};
+    if (!isText) return TESSEL_INVALID_ARGUMENT;
+    return octets.size() > UINT32_MAX ? uint32_t{TESSEL_LENGTH_TOO_LARGE} : uint32_t{TESSEL_OK};
   }
   std::tuple<const Element*, uint32_t> Values() {
-    const uint8_t* data = octets_.empty() ? &kNoOctets : octets_.data();
-    return {reinterpret_cast<const Element*>(data), static_cast<uint32_t>(octets_.size())};
+    const uint8_t* data = octets.empty() ? &kNoOctets : octets.data();
+    return {reinterpret_cast<const Element*>(data), static_cast<uint32_t>(octets.size())};
   }
 
-  Octets octets_;
+  Octets octets;
+  bool isText = true;
 };
 
 // A text that ends with a NUL, and so must not hold one.
 struct Terminated : Binding<1> {
-  explicit Terminated(std::string_view given) : text(given) {}
+  explicit Terminated(std::optional<std::string_view> given) : text(given.value_or(std::string_view("\0", 1))) {}
   [[nodiscard]] uint32_t Refusal() const {
     return text.find('\0') == std::string::npos ? uint32_t{TESSEL_OK} : uint32_t{TESSEL_INVALID_ARGUMENT};
   }
@@ -271,18 +358,24 @@ struct Terminated : Binding<1> {
 
 template <class Element, class Result>
 struct Fetched : Binding<2> {
-  explicit Fetched(Into<Result> into) : result(&into.Value()), room(into.Capacity()), isAsking(room == 0) {}
+  Fetched(Into<Result> into, uint32_t firstRoom) : result(&into.Value()), room(firstRoom), isAsking(firstRoom == 0) {}
 
+  [[nodiscard]] uint32_t Refusal() const {
+    if constexpr (kIsIdentifier) {
+      if (room > 1 + ObjectIdentifier::kLargestContent) return TESSEL_BUFFER_TOO_SMALL;
+    }
+    return TESSEL_OK;
+  }
   std::tuple<Element*, uint32_t*> Values() {
     length = room;
     if (isAsking) return {nullptr, &length};
-    if constexpr (std::is_same_v<Result, ObjectIdentifier>) {
-      length = static_cast<uint32_t>(result->Room().size());
-      return {result->Room().data(), &length};
+    if constexpr (kIsIdentifier) {
+      length = static_cast<uint32_t>(fetched.Room().size());
+      return {fetched.Room().data(), &length};
     } else {
       // Also no octets are brought a place: two buffers of a function may go together.
-      result->resize(std::max(room, 1U));
-      return {reinterpret_cast<Element*>(result->data()), &length};
+      fetched.resize((std::max)(room, 1U));
+      return {reinterpret_cast<Element*>(fetched.data()), &length};
     }
   }
   // Asked, it told the length; tried, it told a larger one.
@@ -294,16 +387,19 @@ struct Fetched : Binding<2> {
     return more;
   }
   void Finish(uint32_t status) {
-    if constexpr (std::is_same_v<Result, ObjectIdentifier>) {
-      if (status != TESSEL_OK) *result = ObjectIdentifier();
-    } else {
-      // Of a text that came with its NUL.
-      const bool hasNul = std::is_same_v<Element, char> && length == room && length != 0 && result->back() == 0;
-      result->resize(status == TESSEL_OK ? length - (hasNul ? 1 : 0) : 0);
+    if (status != TESSEL_OK) fetched = Result();
+    if constexpr (!kIsIdentifier) {
+      fetched.resize(status == TESSEL_OK ? length : 0);
+      // Some functions tell the length of a text with its NUL.
+      if (std::is_same_v<Element, char> && !fetched.empty() && fetched.back() == 0) fetched.pop_back();
     }
+    *result = std::move(fetched);
   }
 
+  static constexpr bool kIsIdentifier = std::is_same_v<Result, ObjectIdentifier>;
+
   Result* result;
+  Result fetched;
   uint32_t room;
   bool isAsking;
   uint32_t length = 0;
@@ -313,6 +409,11 @@ template <class Type>
 inline constexpr bool kIsOwned = false;
 template <class Type>
 inline constexpr bool kIsOwned<Owned<Type>> = true;
+template <class Type>
+inline constexpr bool kIsPlace = false;
+template <class Type>
+requires requires(Type place) { typename Type::OwnerType; }
+inline constexpr bool kIsPlace<Type> = true;
 template <class Type>
 inline constexpr bool kIsInto = false;
 template <class Result>
@@ -326,51 +427,100 @@ template <class Type>
 concept TextWithSize =
     std::convertible_to<const Type&, std::string_view> && !std::is_pointer_v<Type> && !std::is_null_pointer_v<Type>;
 
-// The binding of an argument to a parameter and, where that belongs to it, the next.
-template <class Parameter, class Next, class Argument>
-auto Bind(Argument&& argument) {
-  using Type = std::remove_cvref_t<Argument>;
-  constexpr bool kHasSize = std::is_same_v<Next, uint32_t>;
-  if constexpr (kIsOwned<Type>) {
-    using Object = std::remove_pointer_t<decltype(argument.Get())>;
-    if constexpr (std::is_lvalue_reference_v<Argument> || std::is_same_v<Parameter, const Object*>) {
-      return Lent<Parameter, Object>(argument);
-    } else {
-      return Given<Parameter, Object>(argument);
-    }
-  } else if constexpr (kIsInto<Type>) {
-    return Fetched<std::remove_pointer_t<Parameter>, std::remove_cvref_t<decltype(argument.Value())>>(argument);
-  } else if constexpr (std::is_same_v<Type, ObjectIdentifier>) {
-    return Identifier(argument);
-  } else if constexpr (OctetsWithSize<Type> && kIsConstant<Parameter, uint8_t> && kHasSize) {
-    return Sized<uint8_t>(Octets(argument));
-  } else if constexpr (TextWithSize<Type> && kIsConstant<Parameter, uint8_t> && kHasSize) {
-    return Sized<uint8_t>(std::string_view(argument));
-  } else if constexpr (TextWithSize<Type> && kIsConstant<Parameter, char> && kHasSize) {
-    return Sized<char>(std::string_view(argument));
-  } else if constexpr (TextWithSize<Type> && kIsConstant<Parameter, char>) {
-    return Terminated(std::string_view(argument));
+template <Passing passing, class Parameter, class Argument>
+auto BindOwner(bool isCopied, Argument&& owner) {
+  using Type = std::remove_pointer_t<decltype(owner.Get())>;
+  constexpr bool kIsMoved = !std::is_lvalue_reference_v<Argument>;
+  if constexpr (passing == Passing::kReads || passing == Passing::kChanges) {
+    static_assert(passing == Passing::kReads || !kIsMoved, "the object would end with the call");
+    return Lent<Parameter, Type>(owner);
+  } else if constexpr (kIsMoved) {
+    return Given<Type>(owner.Get(), &owner, passing == Passing::kTakesOrCopies && isCopied);
   } else {
-    return Plain<Parameter, std::decay_t<Argument>>(argument);
+    static_assert(passing == Passing::kTakesOrCopies, "the function takes the object: move its owner");
+    return Given<Type>(owner.Get(), nullptr, isCopied);
   }
 }
 
 template <size_t place, class... Parameters>
 using ParameterAt = std::tuple_element_t<place, std::tuple<Parameters..., void, void>>;
 
+// The binding of an argument to the parameter at a place and, where that belongs to it, the next. `isLastSet` tells of
+// a number at the end of the arguments that it is not 0.
+template <size_t place, class... Parameters, class Argument>
+auto Bind(bool isLastSet, Argument&& argument) {
+  using Function = uint32_t(TESSEL_CALL*)(Parameters...);
+  using Parameter = ParameterAt<place, Parameters...>;
+  using Type = std::remove_cvref_t<Argument>;
+  constexpr bool kHasSize = std::is_same_v<ParameterAt<place + 1, Parameters...>, uint32_t>;
+  constexpr bool kMayHaveSize = kHasSize && kIdentifierPlace<Function> != place;
+  if constexpr (kIsOwned<Type>) {
+    return BindOwner<PassingAt<place, Parameter, Parameters...>(), Parameter>(isLastSet,
+                                                                              std::forward<Argument>(argument));
+  } else if constexpr (kIsPlace<Type>) {
+    return Placed<std::remove_pointer_t<std::remove_pointer_t<Parameter>>>(argument);
+  } else if constexpr (kIsInto<Type>) {
+    using Result = std::remove_cvref_t<decltype(argument.Value())>;
+    return Fetched<std::remove_pointer_t<Parameter>, Result>(argument, kFirstRoom<Function>);
+  } else if constexpr (std::is_same_v<Type, ObjectIdentifier>) {
+    return Identifier(argument);
+  } else if constexpr (OctetsWithSize<Type> && kIsConstant<Parameter, uint8_t> && kMayHaveSize) {
+    return Sized<uint8_t>(Octets(argument));
+  } else if constexpr (TextWithSize<Type> && kIsConstant<Parameter, uint8_t> && kMayHaveSize) {
+    return Sized<uint8_t>(TextOf(argument));
+  } else if constexpr (TextWithSize<Type> && kIsConstant<Parameter, char> && kHasSize) {
+    return Sized<char>(TextOf(argument));
+  } else if constexpr (TextWithSize<Type> && kIsConstant<Parameter, char>) {
+    return Terminated(TextOf(argument));
+  } else {
+    return Plain<Parameter, std::decay_t<Argument>>(argument);
+  }
+}
+
 template <size_t place, class... Parameters>
-auto BindAll() {
+auto BindAll(bool /*isLastSet*/) {
   static_assert(place == sizeof...(Parameters), "the function has more parameters");
   return std::tuple<>();
 }
 
 template <size_t place, class... Parameters, class First, class... Rest>
-auto BindAll(First&& first, Rest&&... rest) {
+auto BindAll(bool isLastSet, First&& first, Rest&&... rest) {
   static_assert(place < sizeof...(Parameters), "the function has fewer parameters");
-  auto bound =
-      Bind<ParameterAt<place, Parameters...>, ParameterAt<place + 1, Parameters...>>(std::forward<First>(first));
+  auto bound = Bind<place, Parameters...>(isLastSet, std::forward<First>(first));
   constexpr size_t kNext = place + decltype(bound)::kWidth;
-  return std::tuple_cat(std::tuple(std::move(bound)), BindAll<kNext, Parameters...>(std::forward<Rest>(rest)...));
+  return std::tuple_cat(std::tuple(std::move(bound)),
+                        BindAll<kNext, Parameters...>(isLastSet, std::forward<Rest>(rest)...));
+}
+
+template <class... Arguments>
+bool IsLastSet(const Arguments&... arguments) {
+  const auto& last = std::get<sizeof...(Arguments)>(std::tie(kNoOctets, arguments...));
+  if constexpr (std::is_convertible_v<decltype(last), uint32_t>) {
+    return last != 0;
+  } else {
+    return false;
+  }
+}
+
+// The owner would release the object once more.
+template <class Type>
+bool ReleasesOwned(uint32_t(TESSEL_CALL* function)(Type*), const Owned<Type>& /*owner*/) {
+  return function == Releases::FunctionFor(static_cast<Type*>(nullptr));
+}
+template <class... Others>
+bool ReleasesOwned(const Others&... /*others*/) {
+  return false;
+}
+
+template <class Bindings>
+uint32_t RefusalOf(const Bindings& bindings) {
+  uint32_t status = TESSEL_OK;
+  std::apply(
+      [&status](const auto&... bound) {
+        (static_cast<void>(status = status == TESSEL_OK ? bound.Refusal() : status), ...);
+      },
+      bindings);
+  return status;
 }
 
 struct Outcome {
@@ -380,28 +530,27 @@ struct Outcome {
 
 template <class... Parameters, class... Arguments>
 Outcome Run(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... arguments) {
-  auto bindings = BindAll<0, Parameters...>(std::forward<Arguments>(arguments)...);
+  if (ReleasesOwned(function, arguments...)) return {TESSEL_INVALID_ARGUMENT, false};
+  auto bindings = BindAll<0, Parameters...>(IsLastSet(arguments...), std::forward<Arguments>(arguments)...);
   const auto each = [&bindings](auto use) { return std::apply(use, bindings); };
-  uint32_t status = TESSEL_OK;
-  each([&status](const auto&... bound) {
-    (static_cast<void>(status = status == TESSEL_OK ? bound.Refusal() : status), ...);
-  });
-  if (status != TESSEL_OK) return {status, false};
+  Outcome outcome{};
   bool again = true;
   while (again) {
-    status = each([function](auto&... bound) { return std::apply(function, std::tuple_cat(bound.Values()...)); });
-    again = each([status](auto&... bound) { return (static_cast<unsigned>(bound.More(status)) | ... | 0U) != 0; });
+    outcome = {RefusalOf(bindings), false};
+    if (outcome.status != TESSEL_OK) break;
+    outcome = {each([=](auto&... bound) { return std::apply(function, std::tuple_cat(bound.Values()...)); }), true};
+    again = each([=](auto&... bound) { return (static_cast<unsigned>(bound.More(outcome.status)) | ... | 0U) != 0; });
   }
-  const bool isTaken = status == TESSEL_OUT_OF_MEMORY && TakesWithoutMemory(function);
-  each([=](auto&... bound) { (bound.Finish(isTaken ? uint32_t{TESSEL_OK} : status), ...); });
-  return {status, true};
+  const bool isTaken = outcome.status == TESSEL_OUT_OF_MEMORY && kTakesWithoutMemory<decltype(function)>;
+  each([=](auto&... bound) { (bound.Finish(isTaken ? uint32_t{TESSEL_OK} : outcome.status), ...); });
+  return outcome;
 }
 
 }  // namespace detail
 
 // Calls the function and returns its status. It is not called when an argument has 2^32 octets or more
-// (TESSEL_LENGTH_TOO_LARGE), or a number does not fit its parameter, or a text that ends with a NUL has another
-// (TESSEL_INVALID_ARGUMENT).
+// (TESSEL_LENGTH_TOO_LARGE), or (TESSEL_INVALID_ARGUMENT) a number does not fit its parameter, a text that ends with a
+// NUL has another, an array of characters has none or more behind it, or an object would have two owners.
 template <class... Parameters, class... Arguments>
 [[nodiscard]] uint32_t Try(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... arguments) {
   return detail::Run(function, std::forward<Arguments>(arguments)...).status;
@@ -450,6 +599,7 @@ auto Fetch(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... argume
 template <class... Parameters, class... Arguments>
 auto Get(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... arguments) {
   std::remove_pointer_t<detail::LastOf<Parameters...>> result{};
+  static_assert(!detail::kMakes<Parameters...>, "the function makes an object: call Make");
   static_assert(!std::is_pointer_v<decltype(result)> || !(detail::kIsReadAndEnds<Arguments, Parameters...> || ...),
                 "what would be lent ends with its owner");
   Call(function, std::forward<Arguments>(arguments)..., &result);
@@ -461,6 +611,7 @@ template <class... Parameters, class... Arguments>
 auto Make(uint32_t(TESSEL_CALL* function)(Parameters...), Arguments&&... arguments) {
   using First = detail::FirstOf<Parameters...>;
   using Last = detail::LastOf<Parameters...>;
+  static_assert(detail::kMakes<Parameters...>, "the function makes no object, but lends a part of one: call Get");
   constexpr bool kIsFirst = std::is_pointer_v<std::remove_pointer_t<First>>;
   Owned<std::remove_pointer_t<std::remove_pointer_t<std::conditional_t<kIsFirst, First, Last>>>> made;
   if constexpr (kIsFirst) {

@@ -56,11 +56,8 @@ TEST(Calls, TextsComeWithoutTheirNul) {
   EXPECT_EQ("2.5.4.3", Fetch(ConvertOidToString, ObjectIdentifier("2.5.4.3")));
   EXPECT_EQ(ObjectIdentifier("1.2.3"), Fetch<ObjectIdentifier>(ConvertStringToOid, "1.2.3"));
   EXPECT_EQ("AAAA", Fetch(EncodeToBase64, Bytes(3)));
-  std::string text = "before";
-  Call(GetVersionInfo, Into(text, 1));
-  EXPECT_TRUE(text.starts_with("TESSEL v1.0 (32bit)")) << text;
-  Call(ConvertAnsiToUTF8, std::string(100, '\xC0'), Into(text, 1));
-  EXPECT_EQ(200U, text.size());
+  EXPECT_TRUE(Fetch(GetVersionInfo).starts_with("TESSEL v1.0 (32bit)"));
+  EXPECT_EQ(400U, Fetch(ConvertAnsiToUTF8, std::string(200, '\xC0')).size());
   const Owned<Certificate> certificate = Make(CreateCertificate);
   Call(SetCertificateSerialNumber, certificate, "AB");
   EXPECT_EQ("AB, ", Fetch(GetCertificateCN, certificate));
@@ -78,6 +75,59 @@ TEST(Calls, WhatIsMovedIsTakenWhenTheCallSucceeds) {
 
 TEST(Calls, WhatIsOnlyReadMayEndWithTheCall) {
   EXPECT_EQ((Bytes{0x30, 0}), Fetch(EncodeX509Name, Make(CreateX509Name)));
+}
+
+TEST(Calls, NoObjectGetsTwoOwnersOrNone) {
+  const Owned<Certificate> certificate = Make(CreateCertificate);
+  Owned<X509Name> name = Make(CreateX509Name);
+  EXPECT_EQ(TESSEL_OK, Try(SetCertificateSubject_i, certificate, name, 1));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(SetCertificateSubject_i, certificate, name, 0));
+  EXPECT_EQ(TESSEL_OK, Try(SetCertificateSubject_i, certificate, std::move(name), 1));
+  ASSERT_TRUE(name);  // NOLINT(bugprone-use-after-move): it was copied
+  EXPECT_EQ(TESSEL_OK, Try(SetCertificateSubject_i, certificate, std::move(name), 0));
+  EXPECT_FALSE(name);  // NOLINT(bugprone-use-after-move)
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(FreeCertificate, certificate));
+}
+
+TEST(Calls, AnArgumentMayBeTheResult) {
+  Owned<X509Name> name = Make(CreateX509Name);
+  Call(AddX509NameEntry, name, "A", 12, ObjectIdentifier("2.5.4.3"), 1);
+  Call(CopyX509Name, name, name.Out());
+  EXPECT_EQ(1U, Get(GetX509NameRdnCount, name));
+  std::string text(100, 'x');
+  Call(EncodeAsn1IA5String, text, Into(text));
+  EXPECT_EQ("\x16\x64" + std::string(100, 'x'), text);
+  EXPECT_EQ(TESSEL_MALFORMED, Try(DecodeX509Name, Bytes{0x30}, name.Out()));
+  EXPECT_FALSE(name);
+}
+
+// GetOctetStringsValue looks at no capacity.
+TEST(Calls, AnIdentifierIsNotFetchedBeyondItsRoom) {
+  const Owned<OctetStrings> strings = Make(CreateOctetStrings);
+  Call(AddOctetStringsValue, strings, Bytes(257));
+  Call(AddOctetStringsValue, strings, Bytes(256, 255));
+  ObjectIdentifier identifier;
+  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, Try(GetOctetStringsValue, strings, 0, Into(identifier)));
+  EXPECT_EQ(TESSEL_OK, Try(GetOctetStringsValue, strings, 1, Into(identifier)));
+  EXPECT_EQ(Bytes(255, 255), Bytes(identifier.Content().begin(), identifier.Content().end()));
+}
+
+TEST(Calls, AnArrayOfCharactersIsATextOrNothing) {
+  const Owned<X509Name> name = Make(CreateX509Name);
+  const auto add = [&name](const auto& value) {
+    return Try(AddX509NameEntry, name, value, TESSEL_KIND_BMP_STRING, ObjectIdentifier("2.5.4.3"), 1);
+  };
+  const char unended[] = {'A', 'B'};
+  const char padded[] = {'A', 'B', 0, 0};
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, add(unended));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, add("\0A\0B"));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(ConvertStringToOid, unended, nullptr, nullptr));
+  ASSERT_EQ(TESSEL_OK, add(padded));
+  Bytes value;
+  ObjectIdentifier type;
+  uint32_t tag = 0;
+  Call(GetX509NameEntry, name, 0, 0, Into(value), &tag, Into(type));
+  EXPECT_EQ((Bytes{'A', 'B'}), value);
 }
 
 TEST(Calls, FailuresTellStatusAndPlace) {

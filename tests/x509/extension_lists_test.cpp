@@ -52,7 +52,7 @@ TEST(CrlDistributionPoints, HoldWhatTheyAreGiven) {
   const Owned<ExtensionCrlDistributionPoints> list = Make(CreateExtensionCrlDistributionPoints);
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddExtensionCrlDistributionPoint(list, nullptr, nullptr, 0, nullptr));
   Owned<X509Name> name = Make(CreateX509Name);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, list, NamesOf("x"), name, 0, nullptr));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, list, NamesOf("x"), name.Get(), 0, nullptr));
   Call(AddExtensionCrlDistributionPoint, list, NamesOf("a"), nullptr, 0x60, NamesOf("b"));
   Call(AddExtensionCrlDistributionPoint, list, nullptr, std::move(name), 0, nullptr);
   Call(AddExtensionCrlDistributionPoint, list, nullptr, nullptr, 0x8000, nullptr);
