@@ -1,9 +1,11 @@
 // Names of well-known object identifiers: attribute types, algorithms, parameter sets, extensions and what they hold.
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 #include "tessel/object_identifier.hpp"
 
@@ -270,26 +272,30 @@ inline constexpr KnownIdentifier kExtensionValues[] = {
     {"1.2.643.100.113.6", "classSignToolKA1"},
 };
 
-inline std::unordered_map<std::string_view, std::string_view> CollectKnownNames() {
-  std::unordered_map<std::string_view, std::string_view> names;
-  const auto add = [&names](const auto& table) {
-    for (const KnownIdentifier& row : table) names.emplace(row.dotted, row.name);
-  };
-  add(kAttributeTypes);
-  add(kAlgorithms);
-  add(kParameterSets);
-  add(kExtensions);
-  add(kExtensionValues);
-  return names;
+template <size_t... sizes>
+constexpr auto SortedIdentifiers(const KnownIdentifier (&... tables)[sizes]) {
+  std::array<KnownIdentifier, (sizes + ...)> sorted{};
+  auto end = sorted.begin();
+  ((end = std::copy(tables, tables + sizes, end)), ...);
+  std::sort(sorted.begin(), sorted.end(), [](const auto& one, const auto& other) { return one.dotted < other.dotted; });
+  return sorted;
+}
+
+inline constexpr auto kKnownAttributeTypes = SortedIdentifiers(kAttributeTypes);
+inline constexpr auto kKnownIdentifiers =
+    SortedIdentifiers(kAttributeTypes, kAlgorithms, kParameterSets, kExtensions, kExtensionValues);
+
+template <size_t size>
+constexpr std::string_view NameIn(const std::array<KnownIdentifier, size>& sorted, std::string_view dotted) {
+  const auto found = std::ranges::lower_bound(sorted, dotted, {}, &KnownIdentifier::dotted);
+  return found == sorted.end() || found->dotted != dotted ? std::string_view() : found->name;
 }
 
 }  // namespace detail
 
 // "keyUsage" for "2.5.29.15", "CN" for "2.5.4.3". Empty when the identifier has no name here.
-inline std::string_view KnownName(std::string_view dotted) {
-  static const auto names = detail::CollectKnownNames();
-  const auto found = names.find(dotted);
-  return found == names.end() ? std::string_view() : found->second;
+constexpr std::string_view KnownName(std::string_view dotted) {
+  return detail::NameIn(detail::kKnownIdentifiers, dotted);
 }
 inline std::string_view KnownName(const ObjectIdentifier& identifier) { return KnownName(identifier.Text()); }
 

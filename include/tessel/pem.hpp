@@ -3,8 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,6 +28,15 @@ constexpr std::string_view Trimmed(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+// What a vector does that cannot grow.
+[[noreturn]] inline void FailForMemory() {
+#ifdef __cpp_exceptions
+  throw std::bad_alloc();
+#else
+  std::abort();
+#endif
 }
 
 // Base64 in pieces, so that a long text takes no more memory than its octets.
@@ -51,7 +63,9 @@ class Base64Reader {
     auto length = static_cast<uint32_t>(size_ / 4 * 3);
     octets_.resize(before + length);
     const auto size = static_cast<uint32_t>(size_);
-    if (DecodePem(piece_.data(), size, octets_.data() + before, &length) != TESSEL_OK) return false;
+    const uint32_t status = DecodePem(piece_.data(), size, octets_.data() + before, &length);
+    if (status == TESSEL_OUT_OF_MEMORY) FailForMemory();
+    if (status != TESSEL_OK) return false;
     octets_.resize(before + length);
     isPadded_ = length < size_ / 4 * 3;
     size_ = 0;
@@ -85,11 +99,15 @@ struct PemBlock {
 //
 //   for (PemReader reader(text); std::optional<PemBlock> block = reader.Next();) ...
 //
-// Other text may stand around the blocks, lines may be indented and of any length. A broken block does not hide those
-// behind it.
+// Other text may stand around the blocks, lines may be indented, of any length and end in any way. A broken block does
+// not hide those behind it.
 class PemReader {
  public:
-  explicit PemReader(std::string_view text) : rest_(text) {}
+  explicit PemReader(std::string_view text) : rest_(text) {
+    if (text.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
+  }
+  // It would end before the walk begins.
+  explicit PemReader(std::same_as<std::string> auto&& text) = delete;
 
   // Nothing when no block follows.
   std::optional<PemBlock> Next() {
@@ -110,6 +128,7 @@ class PemReader {
   static constexpr std::string_view kBegin = "-----BEGIN ";
   static constexpr std::string_view kEnd = "-----END ";
   static constexpr std::string_view kDashes = "-----";
+  static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
   struct Marker {
     std::string_view label;
@@ -124,18 +143,19 @@ class PemReader {
     return Marker{line.substr(0, end), line.substr(end + kDashes.size())};
   }
 
-  [[nodiscard]] std::string_view RawLine() const { return rest_.substr(0, rest_.find('\n')); }
+  [[nodiscard]] std::string_view RawLine() const { return rest_.substr(0, rest_.find_first_of("\r\n")); }
   [[nodiscard]] std::string_view Line() const { return detail::Trimmed(RawLine()); }
   void SkipLine() {
-    rest_.remove_prefix(std::min(RawLine().size() + 1, rest_.size()));
+    rest_.remove_prefix(RawLine().size());
+    rest_.remove_prefix(rest_.starts_with("\r\n") ? 2 : (std::min)(rest_.size(), size_t{1}));
     ++line_;
   }
+  void SkipTo(std::string_view behind) { rest_.remove_prefix(static_cast<size_t>(behind.data() - rest_.data())); }
 
   // Takes the lines up to the END line, or, where all is in one line, up to END in it.
   std::string_view TakeBody(const Marker& begin, std::string& problem) {
     if (const size_t end = begin.behind.find(kEnd); end != std::string_view::npos) {
-      CheckEnd(begin, begin.behind.substr(end), problem);
-      SkipLine();
+      TakeEnd(begin, begin.behind.substr(end), problem);
       return begin.behind.substr(0, end);
     }
     const char* const start = begin.behind.data();
@@ -146,19 +166,20 @@ class PemReader {
         return {};
       }
       if (!line.starts_with(kEnd)) continue;
-      CheckEnd(begin, line, problem);
       const std::string_view body(start, static_cast<size_t>(rest_.data() - start));
-      SkipLine();
+      TakeEnd(begin, line, problem);
       return body;
     }
     problem = "the END line is missing";
     return {};
   }
 
-  void CheckEnd(const Marker& begin, std::string_view line, std::string& problem) const {
+  // Behind END the next block may begin.
+  void TakeEnd(const Marker& begin, std::string_view line, std::string& problem) {
     const std::optional<Marker> end = ReadMarker(line, kEnd);
-    if (end && end->label == begin.label) return;
-    problem = AtLine("the END line does not fit the BEGIN line");
+    if (!end || end->label != begin.label) problem = AtLine("the END line does not fit the BEGIN line");
+    if (end) return SkipTo(end->behind);
+    SkipLine();
   }
 
   [[nodiscard]] std::string AtLine(std::string_view what) const {
@@ -168,7 +189,7 @@ class PemReader {
 
   static void ReadBody(std::string_view body, PemBlock& block) {
     body = detail::Trimmed(body);
-    if (body.substr(0, body.find('\n')).find(':') != std::string_view::npos) TakeHeaders(body, block);
+    if (body.substr(0, body.find_first_of("\r\n")).find(':') != std::string_view::npos) TakeHeaders(body, block);
     if (body.empty()) {
       block.problem = "the block is empty";
     } else if (std::optional<Bytes> octets = DecodeBase64(body)) {
@@ -180,14 +201,10 @@ class PemReader {
 
   // Headers end with an empty line.
   static void TakeHeaders(std::string_view& body, PemBlock& block) {
-    size_t end = 0;
-    while (end < body.size()) {
-      const std::string_view line = body.substr(end, body.find('\n', end) - end);
-      if (detail::Trimmed(line).empty()) break;
-      end = std::min(end + line.size() + 1, body.size());
-    }
-    block.headers = detail::Trimmed(body.substr(0, end));
-    body = detail::Trimmed(body.substr(end));
+    PemReader lines(body);
+    while (!lines.Line().empty()) lines.SkipLine();
+    block.headers = detail::Trimmed(body.substr(0, body.size() - lines.rest_.size()));
+    body = detail::Trimmed(lines.rest_);
   }
 
   std::string_view rest_;

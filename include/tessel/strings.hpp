@@ -117,11 +117,12 @@ inline void AppendHexEscaped(std::string& out, char32_t c) {
 }  // namespace detail
 
 // Whether a character can make a text show other than what is written: controls drive a terminal, line separators and
-// the marks of text direction move what stands around them.
+// the marks of text direction move what stands around them, and what has no width makes two texts look alike.
 constexpr bool IsDangerous(char32_t c) {
   if (c < 0x20 || (c >= 0x7F && c <= 0x9F) || detail::IsSurrogate(c)) return true;
-  if (c == 0x061C || c == 0x200E || c == 0x200F || c == 0xFEFF) return true;
-  return (c >= 0x2028 && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+  if (c == 0x00AD || c == 0x061C || c == 0xFEFF || c == 0xE0001) return true;
+  if ((c >= 0x200B && c <= 0x200F) || (c >= 0x2028 && c <= 0x202E)) return true;
+  return (c >= 0x2060 && c <= 0x2064) || (c >= 0x2066 && c <= 0x2069) || (c >= 0xE0020 && c <= 0xE007F);
 }
 
 // Whether octets can be the content of a character string of the universal type `tag` (TESSEL_KIND_UTF8_STRING, ...):
@@ -253,9 +254,12 @@ struct NameAttribute {
     uint32_t tag = 0;
     uint32_t length = 0;
     uint32_t headerLength = 0;
+    uint32_t isIndefinite = 0;
     const uint32_t status = GetAsn1ObjectInfo(value.data(), static_cast<uint32_t>(value.size()), &tagClass,
-                                              &constructed, &tag, &length, nullptr, &headerLength);
-    if (status != TESSEL_OK || tagClass != TESSEL_CLASS_UNIVERSAL || constructed != 0) return std::nullopt;
+                                              &constructed, &tag, &length, &isIndefinite, &headerLength);
+    const bool isPrimitive = status == TESSEL_OK && constructed == 0 && isIndefinite == 0;
+    const bool isWhole = isPrimitive && length <= value.size() - headerLength;
+    if (!isWhole || tagClass != TESSEL_CLASS_UNIVERSAL) return std::nullopt;
     return Primitive{tag, value.subspan(headerLength, length)};
   }
 };
@@ -290,17 +294,20 @@ inline std::vector<RelativeName> RelativeNamesOf(const X509Name* name) {
   return names;
 }
 
-// An attribute by RFC 4514: "CN=Example". The value is in hexadecimal, after "#", when the type has no known name or
-// the value is no character string.
+// An attribute by RFC 4514: "CN=Example". The value is the hexadecimal digits of its element, after "#", when the type
+// has no known name or the value is no well-formed character string. So is a type that is no identifier, which that RFC
+// has no form for.
 inline std::string AttributeText(const NameAttribute& attribute) {
   const std::optional<ObjectIdentifier> type = ObjectIdentifier::OfContent(attribute.type);
   std::string text = type ? type->Text() : std::string();
-  const std::string_view name = KnownName(text);
-  const auto value = name.empty() ? std::nullopt : attribute.PrimitiveValue();
-  const auto characters = value ? Characters(value->tag, value->content) : std::nullopt;
+  const std::string_view name = detail::NameIn(detail::kKnownAttributeTypes, text);
+  if (text.empty()) text.append("#").append(Hex(attribute.type));
   if (!name.empty()) text = name;
-  text += characters ? "=" : "=#";
-  return text += characters ? EscapeText(*characters, Escape::kName) : Hex(attribute.value);
+  text += '=';
+  const auto value = name.empty() ? std::nullopt : attribute.PrimitiveValue();
+  const bool isText = value && Utf8(value->tag, value->content);
+  if (!isText) return text.append("#").append(Hex(attribute.value));
+  return text += EscapeText(*Characters(value->tag, value->content), Escape::kName);
 }
 
 inline std::string RelativeNameText(const RelativeName& attributes) {

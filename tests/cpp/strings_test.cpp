@@ -39,18 +39,29 @@ TEST(Strings, NamesAreWrittenByRfc4514) {
   add("RU", TESSEL_KIND_PRINTABLE_STRING, ObjectIdentifier("2.5.4.6"), true);
   add("#1, \"2\" <3>; ", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.10"), true);
   add("Ж", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), true);
-  // a+b\, an escape sequence for terminals, U+202E, and an octet that is no UTF-8.
-  const Bytes odd = FromHex("61 2B 62 5C 1B 5B 32 4A E2 80 AE FF");
+  // a+b\, an escape sequence for terminals, and U+202E.
+  const Bytes odd = FromHex("61 2B 62 5C 1B 5B 32 4A E2 80 AE");
   add({reinterpret_cast<const char*>(odd.data()), odd.size()}, TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.11"),
       false);
   add("x", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("1.2.3.4"), true);
+  add("x", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.29.15"), true);
+  add("x", TESSEL_KIND_UTF8_STRING, *ObjectIdentifier::OfContent(FromHex("88")), true);
   add("\x80", TESSEL_KIND_BIT_STRING, ObjectIdentifier("2.5.4.45"), true);
-  EXPECT_EQ(R"(x500UniqueIdentifier=#030180,1.2.3.4=#0C0178,CN=Ж+OU=a\+b\\\1B[2J\E2\80\AE\FF,)"
-            R"(O=\#1\, \"2\" \<3\>\;\ ,C=RU)",
+  add("a\xFF", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), true);
+  EXPECT_EQ(R"(CN=#0C0261FF,x500UniqueIdentifier=#030180,#88=#0C0178,2.5.29.15=#0C0178,1.2.3.4=#0C0178,)"
+            R"(CN=Ж+OU=a\+b\\\1B[2J\E2\80\AE,O=\#1\, \"2\" \<3\>\;\ ,C=RU)",
             tessel::NameText(name));
   EXPECT_EQ("", tessel::NameText(nullptr));
   EXPECT_EQ(R"(a\0A\E2\80\A8b)", tessel::Printable("a\n\xE2\x80\xA8"
                                                    "b"));
+}
+
+TEST(Strings, AnAttributeValueIsPrimitiveOnlyInAllItsOctets) {
+  const auto value = [](const Bytes& element) { return tessel::NameAttribute{{}, element}.PrimitiveValue(); };
+  EXPECT_EQ(1U, value(FromHex("0C 01 78"))->content.size());
+  for (const char* element : {"", "0C", "0C 02 78", "0C 80 78", "2C 03 0C 01 78", "8C 01 78"}) {
+    EXPECT_FALSE(value(FromHex(element))) << element;
+  }
 }
 
 }  // namespace
