@@ -93,9 +93,7 @@ int Run(const Command& command, Arguments arguments) {
   return FinishOutput() && good ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-std::string Version() {
-  return Concat("tessel ", TESSEL_PROJECT_VERSION, '\n', tessel::Fetch(GetVersionInfo), '\n');
-}
+std::string Version() { return Concat("tessel ", TESSEL_PROJECT_VERSION, '\n', tessel::Fetch(GetVersionInfo), '\n'); }
 
 bool LooksLikeFile(const char* word) {
   std::error_code ignored;
