@@ -429,18 +429,20 @@ TEST_F(ShowTest, EveryExtensionIsDecoded) {
 TEST_F(ShowTest, NamesCannotDriveATerminal) {
   const Result made = Shell(
       "openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -keyout /dev/null -utf8 -out it.pem "
-      "-multivalue-rdn -subj \"$(printf '/CN=\\033[2J\\302\\233\\342\\200\\256\\177x/O=#1, \"2\" <3>; "
+      "-multivalue-rdn -subj \"$(printf '/CN=\\033[2J\\302\\233\\342\\200\\256\\363\\240\\201\\201\\177x/O=#1, \"2\" "
+      "<3>; "
       "/OU=a+L=\\320\\226')\"");
   ASSERT_EQ(made.status, 0) << made.err;
   const Result shown = Shell("$tessel show it.pem");
-  EXPECT_NE(shown.out.find("Subject:             CN=\\1B[2J\\C2\\9B\\E2\\80\\AE\\7Fx, "
+  EXPECT_NE(shown.out.find("Subject:             CN=\\1B[2J\\C2\\9B\\E2\\80\\AE\\F3\\A0\\81\\81\\7Fx, "
                            "O=\\#1\\, \\\"2\\\" \\<3\\>\\;\\ , OU=a+L=Ж\n"),
             std::string::npos)
       << shown.out;
   const std::string json = Shell("$tessel show --json it.pem").out;
-  EXPECT_NE(json.find(R"("value": "\u001B[2J\u009B\u202E\u007Fx")"), std::string::npos) << json;
-  EXPECT_NE(json.find(R"(CN=\\1B[2J\\C2\\9B\\E2\\80\\AE\\7Fx, O=\\#1\\, \\\"2\\\" \\<3\\>\\;\\ , OU=a+L=Ж")"),
-            std::string::npos)
+  EXPECT_NE(json.find(R"("value": "\u001B[2J\u009B\u202E\uDB40\uDC41\u007Fx")"), std::string::npos) << json;
+  EXPECT_NE(
+      json.find(R"(CN=\\1B[2J\\C2\\9B\\E2\\80\\AE\\F3\\A0\\81\\81\\7Fx, O=\\#1\\, \\\"2\\\" \\<3\\>\\;\\ , OU=a+L=Ж")"),
+      std::string::npos)
       << json;
 }
 

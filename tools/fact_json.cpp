@@ -16,11 +16,20 @@ constexpr size_t kStep = 2;
 
 bool IsPlain(char c) { return c >= 0x20 && c <= 0x7E && c != '"' && c != '\\'; }
 
+// In UTF-16, as JSON escapes.
+void AppendEscaped(std::string& out, char32_t c) {
+  if (c > 0xFFFF) {
+    AppendEscaped(out, 0xD7C0 + (c >> 10));
+    c = 0xDC00 | (c & 0x3FF);
+  }
+  const uint8_t octets[] = {static_cast<uint8_t>(c >> 8), static_cast<uint8_t>(c)};
+  out += Concat("\\u", tessel::Hex(octets));
+}
+
 void AppendCharacter(std::string& out, char32_t c) {
   if (c == '"' || c == '\\') out += '\\';
-  if (tessel::IsDangerous(c)) {  // all of these have four digits
-    const uint8_t octets[] = {static_cast<uint8_t>(c >> 8), static_cast<uint8_t>(c)};
-    out += Concat("\\u", tessel::Hex(octets));
+  if (tessel::IsDangerous(c)) {
+    AppendEscaped(out, c);
   } else {
     tessel::AppendUtf8(out, tessel::IsCharacter(c) ? c : U'\uFFFD');
   }
