@@ -61,7 +61,7 @@ TEST(Interface, EveryFreeFunctionHasItsOwner) {
 TEST(Interface, NumbersBehindIdentifiersAreToldFromSizes) {
   const std::string headers = TESSEL_SOURCE_DIR "/include/tessel/";
   const Names told =
-      Lines(std::istringstream(OutputOf("grep -oP 'kIdentifierPlace<decltype\\(&\\K\\w+' " + headers + "calls.hpp")));
+      Lines(std::istringstream(OutputOf(R"(grep -oP 'kIdentifierPlace<decltype\(&\K\w+' )" + headers + "calls.hpp")));
   const Names declared = Lines(std::istringstream(
       OutputOf("cat " + headers +
                R"(*.h | tr -s ' \n' ' ' | grep -oP 'TESSEL_CALL \K\w+(?=\([^;]*const uint8_t\* \w+, )"

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -107,7 +106,8 @@ class PemReader {
     if (text.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
   }
   // It would end before the walk begins.
-  explicit PemReader(std::same_as<std::string> auto&& text) = delete;
+  template <class Allocator>
+  explicit PemReader(std::basic_string<char, std::char_traits<char>, Allocator>&& text) = delete;
 
   // Nothing when no block follows.
   std::optional<PemBlock> Next() {

@@ -139,7 +139,7 @@ void UseTheDeepest(const Recursion& recursion) {
   ASSERT_EQ(TESSEL_OK, decoded.status);
   EXPECT_EQ(encoding, Encode(recursion.item, decoded.tree.Root()).octets);
   Bytes buffer(encoding.size());
-  uint32_t length = static_cast<uint32_t>(buffer.size());
+  auto length = static_cast<uint32_t>(buffer.size());
   EXPECT_EQ(TESSEL_OK, GetAsn1EncodedValue(decoded.tree.Root(), &recursion.item, buffer.data(), &length));
   Tree copy(recursion.item);
   if (Copy(recursion.item, decoded.tree.Root(), copy.Out()) != TESSEL_OK) return;  // a NULL cannot be copied
