@@ -120,7 +120,7 @@ TEST(Calls, AnArrayOfCharactersIsATextOrNothing) {
   const char unended[] = {'A', 'B'};
   const char padded[] = {'A', 'B', 0, 0};
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, add(unended));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, add("\0A\0B"));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, add("\0A\0B"));  // NOLINT(bugprone-string-literal-with-embedded-nul)
   EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(ConvertStringToOid, unended, nullptr, nullptr));
   ASSERT_EQ(TESSEL_OK, add(padded));
   Bytes value;
