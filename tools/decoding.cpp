@@ -20,8 +20,8 @@ tessel::Tree Decode(const Asn1Item& item, Octets octets, uint32_t* consumed) {
   return tree;
 }
 
-Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root)) {
-  tessel::Tree tree = Decode(item, octets);
+Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root), uint32_t* consumed) {
+  tessel::Tree tree = Decode(item, octets, consumed);
   Fact fact = describe(tree.Root());
   fact.Keep(std::move(tree));
   return fact;

@@ -34,6 +34,6 @@ class DecodingError : public tessel::Error {
 tessel::Tree Decode(const Asn1Item& item, Octets octets, uint32_t* consumed = nullptr);
 
 // The fact that `describe` makes of the root of such a tree, which the fact keeps.
-Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root));
+Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root), uint32_t* consumed = nullptr);
 
 }  // namespace tool

@@ -28,28 +28,29 @@ std::vector<const ExtensionReader*> ReadersFor(std::string_view dotted) {
   return found;
 }
 
-Fact ReadValue(const ExtensionReader& reader, Octets value) {
+// `length` receives how many octets of the value are told.
+Fact ReadValue(const ExtensionReader& reader, Octets value, uint32_t& length) {
   if (value.empty()) throw DecodingError(TESSEL_MALFORMED);
-  if (reader.item == nullptr) return ElementFact(value);
-  Fact fact = DecodedFact(*reader.item, value, reader.describe);
+  if (reader.item == nullptr) {
+    const std::optional<Element> element = ReadElement(value);
+    length = element ? element->headerLength + element->contentLength : static_cast<uint32_t>(value.size());
+    return ElementFact(value.first(length));
+  }
+  Fact fact = DecodedFact(*reader.item, value, reader.describe, &length);
   fact.TellIfEmpty();
   return fact;
-}
-
-// Decoders do not look at octets behind the element.
-void TellTrailingOctets(Fact& fact, Octets value) {
-  const std::optional<Element> element = ReadElement(value);
-  if (!element) return;
-  const Octets trailing = value.subspan(element->headerLength + element->contentLength);
-  if (!trailing.empty()) fact.Add("trailing", "Octets behind the value", HexFact(trailing));
 }
 
 void TellValue(Fact& fact, Octets oid, Octets value) {
   std::string label;
   for (const ExtensionReader* reader : ReadersFor(OidText(oid))) {
     try {
-      fact.Add("value", {}, ReadValue(*reader, value));
-      return TellTrailingOctets(fact, value);
+      uint32_t length = 0;
+      fact.Add("value", {}, ReadValue(*reader, value, length));
+      // Decoders do not look at octets behind the element.
+      const Octets trailing = value.subspan(length);
+      if (!trailing.empty()) fact.Add("trailing", "Octets behind the value", HexFact(trailing));
+      return;
     } catch (const DecodingError& error) {
       label = Concat("Does not decode (", error.Problem(), ')');
     }
@@ -71,8 +72,7 @@ Fact ExtensionFact(const void* extension) {
 }  // namespace
 
 Fact ExtensionsFact(const void* extensions) {
-  Fact fact = Fact::List();
-  for (const void* extension : Items(extensions)) fact.Append(ExtensionFact(extension));
+  Fact fact = ListFact(extensions, ExtensionFact);
   fact.TellIfEmpty();
   return fact;
 }

@@ -72,23 +72,20 @@ void WriteName(RelativeNames relativeNames, Extent extent, const TextSink& write
   if (relativeNames.empty()) write("(empty)");
 }
 
-Fact AttributesFact(const void* attributes) {
-  Fact fact = Fact::List();
-  for (const void* node : Items(attributes)) {
-    const tessel::NameAttribute attribute = AttributeOf(node);
-    fact.Append(OidFact(attribute.type));
-    fact.parts.back().Hide("value", ElementFact(attribute.value));
-  }
+Fact AttributeFact(const void* node) {
+  const tessel::NameAttribute attribute = AttributeOf(node);
+  Fact fact = OidFact(attribute.type);
+  fact.Hide("value", ElementFact(attribute.value));
   return fact;
 }
+
+Fact AttributesFact(const void* attributes) { return ListFact(attributes, AttributeFact); }
 
 Fact NameOf(RelativeNames relativeNames) {
   Fact fact = Fact::Object();
   WriteName(relativeNames, Extent::kBeginnings, [&fact](std::string_view piece) { fact.text += piece; });
   fact.Hide("text", [=](const TextSink& write) { WriteName(relativeNames, Extent::kWhole, write); });
-  Fact rdns = Fact::List();
-  for (const void* attributes : relativeNames) rdns.Append(AttributesFact(attributes));
-  fact.Hide("rdns", std::move(rdns));
+  fact.Hide("rdns", ListFact(relativeNames, AttributesFact));
   return fact;
 }
 
@@ -97,12 +94,11 @@ Fact OtherNameFact(Octets element) {
   const std::optional<Element> outer = ReadElement(element);
   if (!outer) return UnreadFact(element);
   Octets rest = ContentOf(*outer, element);
-  const std::optional<Element> type = ReadElement(rest);
-  if (!type || type->tagNumber != TESSEL_KIND_OBJECT_IDENTIFIER) return UnreadFact(element);
-  Fact typeFact = OidFact(ContentOf(*type, rest));
-  rest = rest.subspan(type->ContentOffset() + type->contentLength);
+  const std::optional<Octets> type = TakeContentOfType(rest, TESSEL_KIND_OBJECT_IDENTIFIER);
   const std::optional<Element> wrapper = ReadElement(rest);
-  if (!wrapper) return UnreadFact(element);
+  const bool isWrapped = wrapper && wrapper->tagClass == TESSEL_CLASS_CONTEXT && wrapper->tagNumber == 0;
+  if (!type || !isWrapped) return UnreadFact(element);
+  Fact typeFact = OidFact(*type);
   Fact value = ElementFact(ContentOf(*wrapper, rest));
   Fact fact = Fact::Object(Concat(typeFact.text, ", ", value.text));
   fact.Hide("type", std::move(typeFact));
@@ -164,8 +160,7 @@ Fact GeneralNameFact(const void* name) { return GeneralNameFact(name, false); }
 Fact SubtreeBaseFact(const void* name) { return GeneralNameFact(name, true); }
 
 Fact GeneralNamesFact(const void* names) {
-  Fact fact = Fact::List();
-  for (const void* name : Items(names)) fact.Append(GeneralNameFact(name));
+  Fact fact = ListFact(names, [](const void* name) { return GeneralNameFact(name); });
   fact.TellIfEmpty();
   return fact;
 }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "concat.h"
+#include "nodes.h"
 #include "tessel/known_identifiers.hpp"
 #include "values.h"
 
@@ -126,11 +127,14 @@ Fact IntegerFact(Octets content) {
 
 Fact SerialNumberFact(Octets content) {
   if (content.empty() || (content.front() & 0x80) == 0) return HexFact(WithoutLeadingZeros(content));
-  const tessel::Bytes negated = Negated(content);
-  return Fact::Of(Concat('-', ShortHex(WithoutLeadingZeros(negated))), [content](const TextSink& write) {
+  const auto negated = std::make_shared<const tessel::Bytes>(Negated(content));
+  const Octets magnitude = WithoutLeadingZeros(*negated);
+  Fact fact = Fact::Of(Concat('-', ShortHex(magnitude)), [magnitude](const TextSink& write) {
     write("-");
-    WriteHex(WithoutLeadingZeros(Negated(content)), write);
+    WriteHex(magnitude, write);
   });
+  fact.lender = negated;
+  return fact;
 }
 
 Fact TimeFact(uint32_t tag, Octets content) {
@@ -150,15 +154,29 @@ Fact ElementFact(Octets element) {
   return fact;
 }
 
-Fact NamedBitsFact(Octets bits, std::span<const std::string_view> names) {
-  Fact fact = Fact::List();
-  for (size_t i = 0; i < 8 * std::min<size_t>(bits.size(), 4); ++i) {
-    if ((bits[i / 8] >> (7 - i % 8) & 1) == 0) continue;
-    const std::string name = i < names.size() ? std::string(names[i]) : Concat("bit ", i);
-    fact.text += Concat(fact.text.empty() ? "" : ", ", name);
-    fact.AppendHidden(name);
-  }
-  if (fact.text.empty()) fact.text = "(none)";
+Fact NamedBitsFact(const void* bitString, std::span<const std::string_view> names) {
+  const Octets octets = BitStringContent(bitString);
+  const size_t unused = octets.empty() ? 0 : static_cast<const Asn1BitString*>(bitString)->unused;
+  const size_t count = 8 * octets.size() - std::min<size_t>(unused, 8);
+  Fact fact = Fact::List([=](const FactSink& sink) {
+    for (size_t i = 0; i < count; ++i) {
+      if ((octets[i / 8] >> (7 - i % 8) & 1) == 0) continue;
+      const std::string name = i < names.size() ? std::string(names[i]) : Concat("bit ", i);
+      Fact bit = Fact::Of(name, name);
+      bit.hidden = true;
+      if (!sink(bit)) return false;
+    }
+    return true;
+  });
+  constexpr size_t kShownBits = 32;
+  size_t shown = 0;
+  const bool isAll = fact.VisitParts([&](const Fact& bit) {
+    if (shown == kShownBits) return false;
+    fact.text += Concat(shown++ == 0 ? "" : ", ", bit.text);
+    return true;
+  });
+  if (shown == 0) fact.text = "(none)";
+  if (!isAll) fact.text += Concat("... (", OctetCount(octets.size()), ')');
   return fact;
 }
 

@@ -48,7 +48,7 @@ Fact TimeFact(uint32_t tag, Octets content);
 // Any element, by its universal type; in hexadecimal where that tells nothing.
 Fact ElementFact(Octets element);
 
-// Named bits: the names of those that are set.
-Fact NamedBitsFact(Octets bits, std::span<const std::string_view> names);
+// A BIT STRING of named bits: the names of those that are set. People see those of the first octets.
+Fact NamedBitsFact(const void* bitString, std::span<const std::string_view> names);
 
 }  // namespace tool

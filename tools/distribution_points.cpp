@@ -54,10 +54,8 @@ Fact PointFact(const void* node, Fact (*describeRelativeName)(const Asn1Choice& 
     if (name->index == kIsFullName) point.Add("fullName", {}, GeneralNamesFact(name->value));
     if (name->index == kIsRelativeName) point.Add("relativeName", "Relative name", describeRelativeName(*name));
   }
-  const Octets reasons = BitStringContent(Slot(node, kPointReasons));
-  if (std::ranges::any_of(reasons, [](uint8_t octet) { return octet != 0; })) {
-    point.Add("reasons", "Reasons", NamedBitsFact(reasons, kReasons));
-  }
+  Fact reasons = NamedBitsFact(Slot(node, kPointReasons), kReasons);
+  if (reasons.HasParts()) point.Add("reasons", "Reasons", std::move(reasons));
   if (const void* issuer = Slot(node, kPointCrlIssuer); issuer != nullptr) {
     point.Add("crlIssuer", "CRL issuer", GeneralNamesFact(issuer));
   }
@@ -65,18 +63,25 @@ Fact PointFact(const void* node, Fact (*describeRelativeName)(const Asn1Choice& 
   return point;
 }
 
-// Points are told apart by a heading when one of them takes more than a line.
-void AddHeadings(Fact& points) {
-  const auto isLong = [](const Fact& point) { return point.parts.size() != 1 || point.parts[0].parts.size() > 1; };
-  if (points.parts.size() < 2 || std::none_of(points.parts.begin(), points.parts.end(), isLong)) return;
-  for (size_t i = 0; i < points.parts.size(); ++i) points.parts[i].label = Concat("Point ", i + 1);
+bool TakesMoreThanALine(const Fact& point) {
+  size_t count = 0;
+  return point.parts.size() != 1 || !point.parts.front().VisitParts([&count](const Fact&) { return ++count < 2; });
 }
 
+// Points are told apart by a heading when one of them takes more than a line.
 Fact PointsFact(const void* list, Fact (*describeRelativeName)(const Asn1Choice& name)) {
-  Fact points = Fact::List();
-  for (const void* node : Items(list)) points.Append(PointFact(node, describeRelativeName));
-  AddHeadings(points);
-  return points;
+  const auto describe = [=](const void* node) { return PointFact(node, describeRelativeName); };
+  const Fact points = ListFact(list, describe);
+  const bool areShort = points.VisitParts([](const Fact& point) { return !TakesMoreThanALine(point); });
+  if (Items(list).size() < 2 || areShort) return points;
+  return Fact::List([=](const FactSink& sink) {
+    size_t count = 0;
+    return points.VisitParts([&](const Fact& point) {
+      Fact headed = point;
+      headed.label = Concat("Point ", ++count);
+      return sink(headed);
+    });
+  });
 }
 
 Fact LibraryPointsFact(const void* list) {

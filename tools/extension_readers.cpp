@@ -10,6 +10,7 @@
 #include "describe_values.h"
 #include "descriptors.h"
 #include "nodes.h"
+#include "values.h"
 
 namespace tool {
 namespace {
@@ -60,16 +61,15 @@ enum NoticeReferenceSlot : unsigned { kOrganization, kNoticeNumbers };
 enum PolicySlot : unsigned { kPolicyIdentifier, kQualifiers };
 enum QualifierSlot : unsigned { kQualifierId, kQualifier };
 
+Fact NumberFact(const void* number) { return IntegerFact(Content(number)); }
+
 Fact NoticeReferenceFact(const void* reference) {
   Fact organization = ElementFact(Content(Slot(reference, kOrganization)));
   Fact fact = Fact::Object(organization.text);
-  Fact numbers = Fact::List();
-  for (const void* number : Items(Slot(reference, kNoticeNumbers))) {
-    numbers.Append(IntegerFact(Content(number)));
-    fact.text += Concat(", ", numbers.parts.back().text);
-  }
+  const void* numbers = Slot(reference, kNoticeNumbers);
+  for (const void* number : Items(numbers)) fact.text += Concat(", ", IntegerText(Content(number)));
   fact.Hide("organization", std::move(organization));
-  fact.Hide("noticeNumbers", std::move(numbers));
+  fact.Hide("noticeNumbers", ListFact(numbers, NumberFact));
   return fact;
 }
 
@@ -99,9 +99,10 @@ Fact QualifierFact(const void* node) {
   const Octets qualifier = Content(Slot(node, kQualifier));
   Fact fact = OidFact(Content(Slot(node, kQualifierId)));
   const std::string name = std::exchange(fact.text, {});
-  if (name == "cps") {
+  const std::string dotted = OidText(Content(Slot(node, kQualifierId)));
+  if (dotted == "1.3.6.1.5.5.7.2.1") {
     fact.Add("value", "CPS", ElementFact(qualifier));
-  } else if (name == "userNotice") {
+  } else if (dotted == "1.3.6.1.5.5.7.2.2") {
     fact.Add("value", "User notice", ReadUserNotice(qualifier));
   } else {
     fact.Add("value", name, UnreadFact(qualifier));
@@ -111,28 +112,21 @@ Fact QualifierFact(const void* node) {
 
 Fact PolicyFact(const void* policy) {
   Fact fact = OidFact(Content(Slot(policy, kPolicyIdentifier)));
-  Fact qualifiers = Fact::List();
-  for (const void* qualifier : Items(Slot(policy, kQualifiers))) qualifiers.Append(QualifierFact(qualifier));
-  if (!qualifiers.parts.empty()) fact.Add("qualifiers", {}, std::move(qualifiers));
+  const void* qualifiers = Slot(policy, kQualifiers);
+  if (!Items(qualifiers).empty()) fact.Add("qualifiers", {}, ListFact(qualifiers, QualifierFact));
   return fact;
 }
 
-Fact PoliciesFact(const void* policies) {
-  Fact fact = Fact::List();
-  for (const void* policy : Items(policies)) fact.Append(PolicyFact(policy));
-  return fact;
-}
+Fact PoliciesFact(const void* policies) { return ListFact(policies, PolicyFact); }
 
 // ---- Other values ----
 
-Fact KeyUsageFact(const void* bits) { return NamedBitsFact(BitStringContent(bits), kKeyUsages); }
+Fact KeyUsageFact(const void* bits) { return NamedBitsFact(bits, kKeyUsages); }
 
-Fact NetscapeTypeFact(const void* bits) { return NamedBitsFact(BitStringContent(bits), kNetscapeTypes); }
+Fact NetscapeTypeFact(const void* bits) { return NamedBitsFact(bits, kNetscapeTypes); }
 
 Fact PurposesFact(const void* purposes) {
-  Fact fact = Fact::List();
-  for (const void* purpose : Items(purposes)) fact.Append(OidFact(Content(purpose)));
-  return fact;
+  return ListFact(purposes, [](const void* purpose) { return OidFact(Content(purpose)); });
 }
 
 Fact ConstraintsFact(const void* constraints) {
@@ -160,18 +154,15 @@ Fact AuthorityKeyFact(const void* identifier) {
   return fact;
 }
 
-Fact AccessesFact(const void* descriptions) {
-  Fact fact = Fact::List();
-  for (const void* description : Items(descriptions)) {
-    Fact method = OidFact(Content(Slot(description, kMethod)));
-    Fact access = Fact::Object();
-    const std::string label = method.text;
-    access.Hide("method", std::move(method));
-    access.Add("location", label, Unlabelled(GeneralNameFact(Slot(description, kLocation))));
-    fact.Append(std::move(access));
-  }
-  return fact;
+Fact AccessFact(const void* description) {
+  Fact method = OidFact(Content(Slot(description, kMethod)));
+  Fact access = Fact::Object();
+  access.Add("location", method.text, Unlabelled(GeneralNameFact(Slot(description, kLocation))));
+  access.Hide("method", std::move(method));
+  return access;
 }
+
+Fact AccessesFact(const void* descriptions) { return ListFact(descriptions, AccessFact); }
 
 Fact PeriodFact(const void* period) {
   Fact fact = Fact::Object();

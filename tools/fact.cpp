@@ -1,5 +1,6 @@
 #include "fact.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tool {
@@ -20,10 +21,10 @@ Fact Fact::Object(std::string text) {
   return fact;
 }
 
-Fact Fact::List(std::string text) {
+Fact Fact::List(LentFacts elements) {
   Fact fact;
-  fact.text = std::move(text);
   fact.shape = Shape::kList;
+  fact.lentParts = std::move(elements);
   return fact;
 }
 
@@ -33,10 +34,16 @@ void Fact::Add(std::string_view partKey, std::string_view partLabel, Fact part) 
   parts.push_back(std::move(part));
 }
 
-void Fact::Append(Fact element) { parts.push_back(std::move(element)); }
+bool Fact::VisitParts(const FactSink& sink) const {
+  return std::ranges::all_of(parts, sink) && (!lentParts || lentParts(sink));
+}
+
+bool Fact::HasParts() const {
+  return !VisitParts([](const Fact&) { return false; });
+}
 
 void Fact::TellIfEmpty() {
-  if (text.empty() && parts.empty()) text = "(empty)";
+  if (text.empty() && !HasParts()) text = "(empty)";
 }
 
 void Fact::Hide(std::string_view partKey, Fact part) {
@@ -45,10 +52,5 @@ void Fact::Hide(std::string_view partKey, Fact part) {
 }
 
 void Fact::Hide(std::string_view partKey, Scalar partValue) { Hide(partKey, Of({}, std::move(partValue))); }
-
-void Fact::AppendHidden(Scalar element) {
-  Append(Of({}, std::move(element)));
-  parts.back().hidden = true;
-}
 
 }  // namespace tool

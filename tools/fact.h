@@ -29,6 +29,14 @@ using LentText = std::function<void(const TextSink& write)>;
 // A value for programs. Texts are UTF-8.
 using Scalar = std::variant<std::nullptr_t, bool, int64_t, std::string, LentText>;
 
+struct Fact;
+
+// Is handed the parts of a fact one after the other, until it wants no more and returns false.
+using FactSink = std::function<bool(const Fact& part)>;
+
+// Hands out facts that are made for the moment, of which there may be many. False when the sink wanted no more.
+using LentFacts = std::function<bool(const FactSink& sink)>;
+
 struct Fact {
   enum class Shape { kScalar, kObject, kList };
 
@@ -42,6 +50,7 @@ struct Fact {
   std::string_view key;
   Scalar value;
   std::vector<Fact> parts;
+  LentFacts lentParts;  // behind the others
 
   // What lends octets to the fact and its parts, when nothing else keeps it.
   std::shared_ptr<const void> lender;
@@ -49,13 +58,14 @@ struct Fact {
   static Fact Of(std::string text, Scalar value);
   static Fact Flag(bool flag);
   static Fact Object(std::string text = {});
-  static Fact List(std::string text = {});
+  static Fact List(LentFacts elements);
 
   // Adds a part to an object; without a label only its text is shown. Keys are constant texts.
   void Add(std::string_view partKey, std::string_view partLabel, Fact part);
 
-  // Adds an element to a list.
-  void Append(Fact element);
+  // Hands out all parts. False when the sink wanted no more.
+  bool VisitParts(const FactSink& sink) const;
+  [[nodiscard]] bool HasParts() const;
 
   // Says so to people when there is neither a text nor a part.
   void TellIfEmpty();
@@ -63,7 +73,6 @@ struct Fact {
   // Adds what is for programs only.
   void Hide(std::string_view partKey, Fact part);
   void Hide(std::string_view partKey, Scalar partValue);
-  void AppendHidden(Scalar element);
 
   // Keeps what lends to the fact as long as the fact.
   template <typename Lender>

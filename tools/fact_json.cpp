@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "ber.h"
 #include "concat.h"
@@ -65,16 +66,18 @@ void PrintValue(const Fact& fact, size_t indent);
 
 void PrintParts(const Fact& fact, size_t indent) {
   const std::string line = Concat('\n', std::string(indent + kStep, ' '));
-  for (const Fact& part : fact.parts) {
-    if (&part != &fact.parts.front()) Print(",");
+  bool isFirst = true;
+  fact.VisitParts([&](const Fact& part) {
+    if (!std::exchange(isFirst, false)) Print(",");
     Print(line);
     if (fact.shape == Fact::Shape::kObject) {
       PrintScalar(std::string(part.key));
       Print(": ");
     }
     PrintValue(part, indent + kStep);
-  }
-  if (!fact.parts.empty()) Print(line.substr(0, line.size() - kStep));
+    return true;
+  });
+  if (!isFirst) Print(line.substr(0, line.size() - kStep));
 }
 
 void PrintValue(const Fact& fact, size_t indent) {
@@ -88,8 +91,15 @@ void PrintValue(const Fact& fact, size_t indent) {
   Print(isObject ? "}" : "]");
 }
 
+// Makes what is made for the moment.
+bool MakeParts(const Fact& fact) { return fact.VisitParts(MakeParts); }
+
 }  // namespace
 
-void PrintJson(const Fact& fact) { PrintValue(fact, 0); }
+void PrintJson(const Fact& fact) {
+  // What fails for lack of memory fails before anything is printed: half an object would be no JSON.
+  MakeParts(fact);
+  PrintValue(fact, 0);
+}
 
 }  // namespace tool

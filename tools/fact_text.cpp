@@ -1,6 +1,5 @@
 #include "fact_text.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -12,23 +11,16 @@ namespace {
 
 constexpr size_t kStep = 2;
 
-using Seen = std::vector<const Fact*>;
-
-void CollectSeen(const Fact& fact, Seen& seen) {
-  for (const Fact& part : fact.parts) {
-    if (part.hidden) continue;
-    if (part.label.empty() && part.text.empty()) {
-      CollectSeen(part, seen);
-    } else {
-      seen.push_back(&part);
-    }
-  }
+// Hands out the parts that people see. Those of a part with neither label nor text stand in its place.
+bool VisitSeen(const Fact& fact, const FactSink& sink) {
+  return fact.VisitParts([&sink](const Fact& part) {
+    if (part.hidden) return true;
+    return part.label.empty() && part.text.empty() ? VisitSeen(part, sink) : sink(part);
+  });
 }
 
-Seen SeenPartsOf(const Fact& fact) {
-  Seen seen;
-  CollectSeen(fact, seen);
-  return seen;
+bool HasSeenParts(const Fact& fact) {
+  return !VisitSeen(fact, [](const Fact&) { return false; });
 }
 
 std::string Labelled(std::string_view label, std::string_view text) {
@@ -36,34 +28,42 @@ std::string Labelled(std::string_view label, std::string_view text) {
   return text.empty() ? Concat(label, ':') : Concat(label, ": ", text);
 }
 
-// How a fact is laid out: its line, and what goes below. A single line below a mere label joins the label.
-struct Layout {
-  explicit Layout(const Fact& fact) : text(fact.text), below(SeenPartsOf(fact)) {
-    if (!text.empty() || below.size() != 1 || !SeenPartsOf(*below.front()).empty()) return;
-    text = Labelled(below.front()->label, below.front()->text);
-    below.clear();
+// What stands behind the label of a fact: its text, or, behind a mere label, the single line that would stand below.
+struct Line {
+  explicit Line(const Fact& fact) : text(fact.text) {
+    if (!text.empty()) return;
+    size_t count = 0;
+    const bool isAll = VisitSeen(fact, [&](const Fact& part) {
+      hasJoined = ++count == 1 && !HasSeenParts(part);
+      if (hasJoined) text = Labelled(part.label, part.text);
+      return hasJoined;
+    });
+    hasJoined = hasJoined && isAll;
+    if (!hasJoined) text.clear();
   }
 
   std::string text;
-  Seen below;
+  bool hasJoined = false;
 };
 
-void PrintAll(const Seen& facts, size_t indent) {
+void PrintAll(const Fact& parent, size_t indent) {
   size_t width = 0;
-  for (const Fact* fact : facts) {
-    if (!Layout(*fact).text.empty()) width = std::max(width, fact->label.size());
-  }
-  for (const Fact* fact : facts) {
-    const Layout it(*fact);
-    const size_t gap = fact->label.empty() || it.text.empty() ? 0 : width - fact->label.size();
-    const std::string text = it.text.empty() ? it.text : Concat(std::string(gap, ' '), it.text);
-    Print(Concat(std::string(indent, ' '), Labelled(fact->label, text), '\n'));
-    PrintAll(it.below, indent + kStep);
-  }
+  VisitSeen(parent, [&width](const Fact& fact) {
+    if (fact.label.size() > width && !Line(fact).text.empty()) width = fact.label.size();
+    return true;
+  });
+  VisitSeen(parent, [=](const Fact& fact) {
+    const Line line(fact);
+    const size_t gap = fact.label.empty() || line.text.empty() ? 0 : width - fact.label.size();
+    const std::string text = line.text.empty() ? line.text : Concat(std::string(gap, ' '), line.text);
+    Print(Concat(std::string(indent, ' '), Labelled(fact.label, text), '\n'));
+    if (!line.hasJoined) PrintAll(fact, indent + kStep);
+    return true;
+  });
 }
 
 }  // namespace
 
-void PrintLines(const Fact& fact, size_t indent) { PrintAll(SeenPartsOf(fact), indent); }
+void PrintLines(const Fact& fact, size_t indent) { PrintAll(fact, indent); }
 
 }  // namespace tool

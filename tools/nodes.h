@@ -1,11 +1,13 @@
 // Reading the nodes of a decoded object. Any member may be absent, so every reader takes null and passes it on.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <span>
 
 #include "ber.h"
+#include "fact.h"
 #include "tessel/nodes.h"
 
 namespace tool {
@@ -23,6 +25,18 @@ inline std::span<void* const> Items(const void* list) {
   const auto* node = static_cast<const Asn1List*>(list);
   if (node == nullptr) return {};
   return {node->items, node->count};
+}
+
+// A list of what `describe` tells of each element.
+template <typename Describe>
+Fact ListFact(std::span<void* const> items, Describe describe) {
+  return Fact::List([=](const FactSink& sink) {
+    return std::ranges::all_of(items, [&](const void* item) { return sink(describe(item)); });
+  });
+}
+template <typename Describe>
+Fact ListFact(const void* list, Describe describe) {
+  return ListFact(Items(list), describe);
 }
 
 // The alternative that a CHOICE holds.

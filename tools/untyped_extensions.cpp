@@ -96,8 +96,7 @@ Fact SubtreeFact(const void* subtree) {
 
 void AddSubtrees(Fact& fact, std::string_view key, std::string_view label, const void* subtrees) {
   if (subtrees == nullptr) return;
-  Fact list = Fact::List();
-  for (const void* subtree : Items(subtrees)) list.Append(SubtreeFact(subtree));
+  Fact list = ListFact(subtrees, SubtreeFact);
   list.TellIfEmpty();
   fact.Add(key, label, std::move(list));
 }
@@ -105,8 +104,7 @@ void AddSubtrees(Fact& fact, std::string_view key, std::string_view label, const
 Fact AttributeFact(const void* attribute) {
   Fact fact = OidFact(Content(Slot(attribute, kAttributeType)));
   fact.label = std::exchange(fact.text, {});
-  Fact values = Fact::List();
-  for (const void* value : Items(Slot(attribute, kValues))) values.Append(ElementFact(Content(value)));
+  Fact values = ListFact(Slot(attribute, kValues), [](const void* value) { return ElementFact(Content(value)); });
   values.TellIfEmpty();
   fact.Add("values", {}, std::move(values));
   return fact;
@@ -119,18 +117,16 @@ Fact FeatureFact(const void* number) {
   return fact;
 }
 
-Fact MappingsFact(const void* mappings) {
-  Fact fact = Fact::List();
-  for (const void* mapping : Items(mappings)) {
-    Fact issuer = OidFact(Content(Slot(mapping, kIssuerPolicy)));
-    Fact subject = OidFact(Content(Slot(mapping, kSubjectPolicy)));
-    Fact pair = Fact::Object(Concat(issuer.text, " -> ", subject.text));
-    pair.Hide("issuerDomainPolicy", std::move(issuer));
-    pair.Hide("subjectDomainPolicy", std::move(subject));
-    fact.Append(std::move(pair));
-  }
-  return fact;
+Fact MappingFact(const void* mapping) {
+  Fact issuer = OidFact(Content(Slot(mapping, kIssuerPolicy)));
+  Fact subject = OidFact(Content(Slot(mapping, kSubjectPolicy)));
+  Fact pair = Fact::Object(Concat(issuer.text, " -> ", subject.text));
+  pair.Hide("issuerDomainPolicy", std::move(issuer));
+  pair.Hide("subjectDomainPolicy", std::move(subject));
+  return pair;
 }
+
+Fact MappingsFact(const void* mappings) { return ListFact(mappings, MappingFact); }
 
 Fact PolicyConstraintsFact(const void* constraints) {
   Fact fact = Fact::Object();
@@ -146,17 +142,9 @@ Fact NameConstraintsFact(const void* constraints) {
   return fact;
 }
 
-Fact AttributesFact(const void* attributes) {
-  Fact fact = Fact::List();
-  for (const void* attribute : Items(attributes)) fact.Append(AttributeFact(attribute));
-  return fact;
-}
+Fact AttributesFact(const void* attributes) { return ListFact(attributes, AttributeFact); }
 
-Fact FeaturesFact(const void* features) {
-  Fact fact = Fact::List();
-  for (const void* number : Items(features)) fact.Append(FeatureFact(number));
-  return fact;
-}
+Fact FeaturesFact(const void* features) { return ListFact(features, FeatureFact); }
 
 Fact IssuerSignToolFact(const void* tools) {
   constexpr std::pair<std::string_view, std::string_view> kNames[] = {
