@@ -1,5 +1,7 @@
 #include "describe_keys.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -76,9 +78,9 @@ void TellPss(Fact& fact, Octets parameters) {
 }
 
 struct Key {
-  std::string name;  // of its algorithm
   Octets parameters;
   Octets octets;
+  const Certificate* certificate;  // whose key it is
 };
 
 // The INTEGERs that a SEQUENCE starts with: RSAPublicKey { modulus, publicExponent }, Dss-Parms { p, q, g }.
@@ -124,7 +126,8 @@ void TellModulus(Fact& fact, const Key& key) {
 void TellCurve(Fact& fact, const Key& key) {
   const std::optional<Octets> oid = ContentOfType(key.parameters, TESSEL_KIND_OBJECT_IDENTIFIER);
   if (!oid) {
-    fact.text += ", curve given by its parameters";
+    const bool isGiven = ContentOfType(key.parameters, TESSEL_KIND_SEQUENCE).has_value();
+    fact.text += isGiven ? ", curve given by its parameters" : ", without a curve";
     return TellOctets(fact, key.octets);
   }
   Fact curve = OidFact(*oid);
@@ -142,7 +145,7 @@ Fact ConsistencyFact(const Certificate* certificate) {
 }
 
 // Tells the sets that are written. Keys of RFC 9215 may have no digest set; the library checks those that have one.
-void TellGost(Fact& fact, const Key& key, const Certificate* certificate) {
+void TellGost(Fact& fact, const Key& key) {
   TellOctets(fact, ContentOfType(key.octets, TESSEL_KIND_OCTET_STRING).value_or(key.octets));
   bool isComplete = false;
   Octets rest = ContentOfType(key.parameters, TESSEL_KIND_SEQUENCE).value_or(Octets());
@@ -152,39 +155,48 @@ void TellGost(Fact& fact, const Key& key, const Certificate* certificate) {
     fact.Add(set, set, OidFact(*oid));
     isComplete = isComplete || set == "digestParamSet";
   }
-  if (isComplete) fact.Add("consistent", "Consistency check", ConsistencyFact(certificate));
+  if (isComplete) fact.Add("consistent", "Consistency check", ConsistencyFact(key.certificate));
 }
 
 // What is told of a key beyond its algorithm. Of others the number of octets is.
-void TellKey(Fact& fact, const Key& key, const Certificate* certificate) {
-  if (key.name == "rsaEncryption" || key.name == "RSASSA-PSS" || key.name == "RSAES-OAEP") return TellRsa(fact, key);
-  if (key.name == "DSA" || key.name == "DH") return TellModulus(fact, key);
-  if (key.name == "EC") return TellCurve(fact, key);
-  if (key.name == "GOST R 34.10-2001" || key.name == "GOST R 34.10-2012 256" || key.name == "GOST R 34.10-2012 512") {
-    return TellGost(fact, key, certificate);
-  }
-  TellOctets(fact, key.octets);
+struct KeyReader {
+  std::string_view dotted;
+  void (*tell)(Fact& fact, const Key& key);
+};
+constexpr std::string_view kRsassaPss = "1.2.840.113549.1.1.10";
+constexpr KeyReader kKeyReaders[] = {
+    {"1.2.840.113549.1.1.1", TellRsa},  {kRsassaPss, TellRsa},
+    {"1.2.840.113549.1.1.7", TellRsa},  {"1.2.840.10040.4.1", TellModulus},
+    {"1.2.840.10046.2.1", TellModulus}, {"1.2.840.10045.2.1", TellCurve},
+    {"1.2.643.2.2.19", TellGost},       {"1.2.643.7.1.1.1.1", TellGost},
+    {"1.2.643.7.1.1.1.2", TellGost},
+};
+
+void TellKey(Fact& fact, std::string_view dotted, const Key& key) {
+  const auto reader = std::ranges::find(kKeyReaders, dotted, &KeyReader::dotted);
+  if (reader == std::end(kKeyReaders)) return TellOctets(fact, key.octets);
+  reader->tell(fact, key);
 }
 
 }  // namespace
 
 Fact AlgorithmFact(const void* identifier) {
   const Octets parameters = Content(Slot(identifier, kParameters));
-  Fact fact = OidFact(Content(Slot(identifier, kAlgorithm)));
+  const Octets oid = Content(Slot(identifier, kAlgorithm));
+  Fact fact = OidFact(oid);
   if (parameters.empty()) return fact;
   fact.Hide("parameters", HexText(parameters));
-  if (fact.text == "RSASSA-PSS") TellPss(fact, parameters);
+  if (OidText(oid) == kRsassaPss) TellPss(fact, parameters);
   return fact;
 }
 
 Fact PublicKeyFact(const void* info, const Certificate* certificate) {
   const void* identifier = Slot(info, kKeyAlgorithm);
   Fact algorithm = AlgorithmFact(identifier);
-  const Key key{OidName(Content(Slot(identifier, kAlgorithm))), Content(Slot(identifier, kParameters)),
-                BitStringContent(Slot(info, kKeyOctets))};
+  const Key key{Content(Slot(identifier, kParameters)), BitStringContent(Slot(info, kKeyOctets)), certificate};
   Fact fact = Fact::Object(algorithm.text);
   fact.Hide("algorithm", std::move(algorithm));
-  TellKey(fact, key, certificate);
+  TellKey(fact, OidText(Content(Slot(identifier, kAlgorithm))), key);
   fact.Hide("key", HexText(key.octets));
   return fact;
 }

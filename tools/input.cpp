@@ -34,10 +34,9 @@ bool IsUtf8Text(std::string_view text) {
   return true;
 }
 
-// PEM has a BEGIN line with nothing but text before it. BER never gets that far.
+// Sound BER may hold PEM as a text.
 bool MayBePem(std::string_view text) {
-  const auto end = std::find_if_not(text.begin(), text.end(), IsTextOctet);
-  return std::string_view(text.begin(), end).find("-----BEGIN ") != std::string_view::npos;
+  return text.find("-----BEGIN ") != std::string_view::npos && FindBreak(OctetsOf(text)).has_value();
 }
 
 bool IsBase64(char c) {
@@ -55,14 +54,14 @@ std::optional<tessel::Bytes> DecodeBareBase64(std::string_view text) {
 }
 
 // Whether encodings begin with such an octet: a primitive value, a SEQUENCE, SET or segmented string, or what a
-// structure has under a tag of its own.
+// structure has under a context-specific tag. With those of applications begin words.
 bool MayBeginBer(uint8_t identifier) {
   constexpr uint8_t kConstructed[] = {0x23, 0x24, kSequence, 0x31};
   const uint8_t form = identifier & 0xE0;
   const uint8_t number = identifier & 0x1F;
   if (number == 0x1F) return false;
   if (form == 0x20) return std::ranges::count(kConstructed, identifier) != 0;
-  return (form == 0x00 && number != 0) || form == 0x60 || form == 0xA0;
+  return (form == 0x00 && number != 0) || form == 0xA0;
 }
 
 // Whether octets are BER, or are meant to be and break somewhere. Most texts in UTF-16 would be sound BER.
@@ -87,10 +86,18 @@ std::string LabelText(std::string_view label) {
   return *tessel::Utf8(characters) + std::string(kMore);
 }
 
+// "Proc-Type: 4,ENCRYPTED" (RFC 1421, 4.6.1.1)
+bool IsEncrypted(std::string_view headers) {
+  const std::string_view first = headers.substr(0, headers.find_first_of("\r\n"));
+  return first.starts_with("Proc-Type:") && first.find("ENCRYPTED") != std::string_view::npos;
+}
+
 void HandleBlock(const Input& input, const tessel::PemBlock& block, InputHandler handle) {
   if (!block.problem.empty()) throw Refusal(block.problem);
-  if (block.headers.find("ENCRYPTED") != std::string_view::npos) {
-    throw Refusal("this is an encrypted key: its octets are no BER, so that tessel can show nothing of it");
+  if (IsEncrypted(block.headers)) {
+    const std::string_view kind = block.label.ends_with("KEY") ? "key" : "block";
+    throw Refusal(
+        Concat("this is an encrypted ", kind, ": its octets are no BER, so that tessel can show nothing of it"));
   }
   handle(input);
 }
@@ -128,8 +135,9 @@ bool HandleOctets(Input input, Octets octets, InputHandler handle) {
 }  // namespace
 
 bool HandleFile(const char* name, InputHandler handle) {
+  std::string where;
+  if (!Attempt("a file", [&] { where = tessel::Printable(name); })) return false;
   bool good = true;
-  const std::string where = tessel::Printable(name);
   const bool isRead = Attempt(where, [&] {
     const FileOctets octets(name);
     Input input;

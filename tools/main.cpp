@@ -125,6 +125,11 @@ int Main(Arguments arguments) {
 }  // namespace tool
 
 int main(int argc, char** argv) {
+  // Where there is no memory for an exception either.
+  std::set_terminate([] {
+    std::fputs("tessel: there is not enough memory\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+  });
   try {
     const tool::Arguments all(argv, static_cast<size_t>(argc));
     return tool::Main(all.empty() ? all : all.subspan(1));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <string_view>
 #include <utility>
 
@@ -40,6 +41,13 @@ std::string_view AsText(Octets content) { return {reinterpret_cast<const char*>(
 
 // Month, day, hour, minute, second and Z of a plain time.
 std::string_view AfterYear(std::string_view text) { return text.substr(text.size() - 11); }
+
+// The number that digits stand for.
+unsigned NumberOf(std::string_view digits) {
+  unsigned number = 0;
+  for (const char digit : digits) number = number * 10 + static_cast<unsigned>(digit - '0');
+  return number;
+}
 
 }  // namespace
 
@@ -101,7 +109,7 @@ std::string OidText(Octets content) {
 std::string OidName(Octets content) {
   if (content.empty()) return "(empty)";
   const std::string dotted = OidText(content);
-  if (dotted.empty()) return Concat(ShortHex(content), " (not an identifier with arcs of 64 bits)");
+  if (dotted.empty()) return Concat(ShortHex(content), " (not an identifier, or too large a one)");
   const std::string_view name = tessel::KnownName(dotted);
   return name.empty() ? dotted : std::string(name);
 }
@@ -112,7 +120,7 @@ std::string TimeText(uint32_t tag, Octets content) {
   if (!IsPlainTime(tag, text)) {
     return Concat(ShortText(tag, content, tessel::Escape::kNothing), " (not a time as certificates have it)");
   }
-  const tessel::Owned<LibraryTime> time = ReadTime(tag, content);
+  const tessel::Owned<LibraryTime> time = IsoTime(tag, content) ? ReadTime(tag, content) : tessel::Owned<LibraryTime>();
   const std::string_view rest = AfterYear(text);
   const std::string year = time ? Padded(time->year, 4) : std::string(text.substr(0, text.size() - rest.size()));
   return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), ' ', rest.substr(4, 2), ':', rest.substr(6, 2),
@@ -123,14 +131,15 @@ std::optional<std::string> IsoTime(uint32_t tag, Octets content) {
   const std::string_view text = AsText(content);
   if (!IsPlainTime(tag, text)) return std::nullopt;
   const std::string_view rest = AfterYear(text);
-  // The library judges all but the year.
-  const std::string inSomeYear = Concat("2000", rest);
-  const Octets probe(reinterpret_cast<const uint8_t*>(inSomeYear.data()), inSomeYear.size());
-  if (!ReadTime(TESSEL_KIND_GENERALIZED_TIME, probe)) return std::nullopt;
-  const std::string_view year = text.substr(0, text.size() - rest.size());
-  const std::string_view century = tag == TESSEL_KIND_GENERALIZED_TIME ? "" : year < "50" ? "20" : "19";
-  return Concat(century, year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), 'T', rest.substr(4, 2), ':',
-                rest.substr(6, 2), ':', rest.substr(8, 2), 'Z');
+  const std::string_view lastDigits = text.substr(0, text.size() - rest.size());
+  const std::string_view century = tag == TESSEL_KIND_GENERALIZED_TIME ? "" : lastDigits < "50" ? "20" : "19";
+  const std::string year = Concat(century, lastDigits);
+  const auto field = [rest](size_t place) { return NumberOf(rest.substr(place, 2)); };
+  const std::chrono::year_month_day day(std::chrono::year(static_cast<int>(NumberOf(year))),
+                                        std::chrono::month(field(0)), std::chrono::day(field(2)));
+  if (!day.ok() || field(4) > 23 || field(6) > 59 || field(8) > 59) return std::nullopt;
+  return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), 'T', rest.substr(4, 2), ':', rest.substr(6, 2),
+                ':', rest.substr(8, 2), 'Z');
 }
 
 }  // namespace tool

@@ -102,9 +102,7 @@ struct PemBlock {
 // not hide those behind it.
 class PemReader {
  public:
-  explicit PemReader(std::string_view text) : rest_(text) {
-    if (text.starts_with(kByteOrderMark)) rest_.remove_prefix(kByteOrderMark.size());
-  }
+  explicit PemReader(std::string_view text) : rest_(text) {}
   // It would end before the walk begins.
   template <class Allocator>
   explicit PemReader(std::basic_string<char, std::char_traits<char>, Allocator>&& text) = delete;
@@ -144,7 +142,11 @@ class PemReader {
   }
 
   [[nodiscard]] std::string_view RawLine() const { return rest_.substr(0, rest_.find_first_of("\r\n")); }
-  [[nodiscard]] std::string_view Line() const { return detail::Trimmed(RawLine()); }
+  // Files that are put together have byte order marks at the beginnings of lines.
+  [[nodiscard]] std::string_view Line() const {
+    const std::string_view line = detail::Trimmed(RawLine());
+    return line.starts_with(kByteOrderMark) ? detail::Trimmed(line.substr(kByteOrderMark.size())) : line;
+  }
   void SkipLine() {
     rest_.remove_prefix(RawLine().size());
     rest_.remove_prefix(rest_.starts_with("\r\n") ? 2 : (std::min)(rest_.size(), size_t{1}));
@@ -191,7 +193,7 @@ class PemReader {
     body = detail::Trimmed(body);
     if (body.substr(0, body.find_first_of("\r\n")).find(':') != std::string_view::npos) TakeHeaders(body, block);
     if (body.empty()) {
-      block.problem = "the block is empty";
+      block.problem = block.headers.empty() ? "the block is empty" : "nothing follows the headers of the block";
     } else if (std::optional<Bytes> octets = DecodeBase64(body)) {
       block.octets = std::move(*octets);
     } else {

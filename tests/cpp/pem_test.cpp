@@ -30,11 +30,12 @@ TEST(PemReader, BlocksAreReadInAnyLayout) {
             "A 1 30 00\nB 2 30\n");
   EXPECT_EQ(Walked("-----BEGIN K-----\nProc-Type: 4,ENCRYPTED\nDEK-Info: X,00\n\nMAA=\n-----END K-----\n"),
             "K 1 (Proc-Type: 4,ENCRYPTED\nDEK-Info: X,00) 30 00\n");
-  EXPECT_EQ(Walked("-----BEGIN A\n-----BEGIN -----\nMAA=\n-----END -----"), " 2 30 00\n");
   EXPECT_EQ(
       Walked("\xEF\xBB\xBF-----BEGIN A-----\rMA\rA=\r-----END A----------BEGIN B-----\rX-Y: Z\r\rMA==\r"
-             "-----END B-----\r\n\n-----BEGIN C-----MA==-----END C----- -----BEGIN D-----\nMA==\n-----END D-----"),
-      "A 1 30 00\nB 4 (X-Y: Z) 30\nC 10 30\nD 10 30\n");
+             "-----END B-----\r\n\n-----BEGIN C-----MA==-----END C----- -----BEGIN D-----\nMA==\n-----END D-----\n"
+             "\xEF\xBB\xBF -----BEGIN E-----\nA: B\nMA==\n-----END E-----"),
+      "A 1 30 00\nB 4 (X-Y: Z) 30\nC 10 30\nD 10 30\n"
+      "E 13 (A: B\nMA==) nothing follows the headers of the block\n");
   EXPECT_EQ(Walked("no block"), "");
 }
 
