@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -219,6 +220,29 @@ TEST_F(ToolTest, MemoryIsThatOfTheFileAndItsTreeAndItsLackIsTold) {
                   "; echo $? >&3) >/dev/null 2>&1; done 3>&1 | sort -u | tr '\\n' ' '")
                 .out,
             "0 1 127 ");
+}
+
+TEST_F(ToolTest, JsonIsWholeWhereverMemoryEnds) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "sanitizers take address space of their own";
+#endif
+  if (IsForWindows()) GTEST_SKIP() << "Windows has no limit of this kind";
+  std::string names;
+  for (int i = 0; i < 30'000; ++i) names += Element('\x82', "a.bc");
+  Write("it.der", CertificateWith(Text("0603551D11"), Element('\x30', names)));
+  const Result all =
+      Shell("for size in $(seq 7500 20 10500); do (ulimit -v $size; $tessel show --json it.der >json.$size); done");
+  ASSERT_EQ(all.status, 0) << all.err;
+  size_t failed = 0;
+  size_t shown = 0;
+  for (int size = 7500; size <= 10500; size += 20) {
+    const std::string json = ReadAll(folder_ / ("json." + std::to_string(size)));
+    if (json.empty()) continue;  // what failed is the loader
+    ASSERT_TRUE(nlohmann::json::accept(json)) << size;
+    ++(json.size() < 1000 ? failed : shown);
+  }
+  EXPECT_LT(0U, failed);
+  EXPECT_LT(0U, shown);
 }
 
 TEST_F(ToolTest, PeopleSeeTheBeginningOfALongText) {

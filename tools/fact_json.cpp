@@ -14,6 +14,7 @@ namespace tool {
 namespace {
 
 constexpr size_t kStep = 2;
+constexpr size_t kSpare = 1 << 20;
 
 bool IsPlain(char c) { return c >= 0x20 && c <= 0x7E && c != '"' && c != '\\'; }
 
@@ -97,8 +98,12 @@ bool MakeParts(const Fact& fact) { return fact.VisitParts(MakeParts); }
 }  // namespace
 
 void PrintJson(const Fact& fact) {
-  // What fails for lack of memory fails before anything is printed: half an object would be no JSON.
+  // What fails for lack of memory fails before anything is printed: half an object would be no JSON. Then there is more
+  // memory than this took.
+  std::string spare;
+  spare.reserve(kSpare);
   MakeParts(fact);
+  std::string().swap(spare);
   PrintValue(fact, 0);
 }
 
