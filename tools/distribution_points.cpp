@@ -71,7 +71,7 @@ bool TakesMoreThanALine(const Fact& point) {
 // Points are told apart by a heading when one of them takes more than a line.
 Fact PointsFact(const void* list, Fact (*describeRelativeName)(const Asn1Choice& name)) {
   const auto describe = [=](const void* node) { return PointFact(node, describeRelativeName); };
-  const Fact points = ListFact(list, describe);
+  Fact points = ListFact(list, describe);
   const bool areShort = points.VisitParts([](const Fact& point) { return !TakesMoreThanALine(point); });
   if (Items(list).size() < 2 || areShort) return points;
   return Fact::List([=](const FactSink& sink) {
