@@ -97,13 +97,14 @@ bool MakeParts(const Fact& fact) { return fact.VisitParts(MakeParts); }
 
 }  // namespace
 
-void PrintJson(const Fact& fact) {
+void PrintJsonListItem(const Fact& fact) {
   // What fails for lack of memory fails before anything is printed: half an object would be no JSON. Then there is more
   // memory than this took.
   std::string spare;
   spare.reserve(kSpare);
   MakeParts(fact);
   std::string().swap(spare);
+  StartJsonListItem();
   PrintValue(fact, 0);
 }
 

@@ -69,8 +69,7 @@ void PrintAsJson(const Input& input, const Kind& kind, Fact&& fact) {
   whole.Hide("line", input.line ? Scalar(static_cast<int64_t>(*input.line)) : Scalar());
   whole.Hide("kind", std::string(kind.name));
   for (Fact& part : fact.parts) whole.parts.push_back(std::move(part));
-  StartJsonListItem();
-  PrintJson(whole);
+  PrintJsonListItem(whole);
 }
 
 void ShowBy(Printer print, const Input& input) {

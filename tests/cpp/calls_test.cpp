@@ -5,18 +5,10 @@
 #include <string>
 #include <utility>
 
+#include "support/objects.h"
+
 namespace test {
 namespace {
-
-using tessel::Bytes;
-using tessel::Call;
-using tessel::Fetch;
-using tessel::Get;
-using tessel::Into;
-using tessel::Make;
-using tessel::ObjectIdentifier;
-using tessel::Owned;
-using tessel::Try;
 
 TEST(Calls, ArgumentsAndResultsAreThoseOfCpp) {
   const Owned<X509Name> name = Make(CreateX509Name);
