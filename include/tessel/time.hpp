@@ -1,0 +1,15 @@
+// The Time of certificates and CRLs as a type (RFC 5280, 4.1).
+#pragma once
+
+#include "tessel/asn1.hpp"
+
+namespace tessel {
+
+struct Time : Asn1Choice {
+  enum : uint32_t { utcTime, generalTime };
+};
+
+inline constexpr auto kTime =
+    Choice<Time, Alternative<Time::utcTime, kUtcTime>, Alternative<Time::generalTime, kGeneralizedTime>>();
+
+}  // namespace tessel
