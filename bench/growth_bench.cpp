@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/descriptor.h"
+#include "tessel/asn1.hpp"
 #include "floor.h"
 #include "heap.h"
 #include "sides.h"

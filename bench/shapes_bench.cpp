@@ -3,7 +3,7 @@
 #include <list>
 #include <string>
 
-#include "engine/descriptor.h"
+#include "tessel/asn1.hpp"
 #include "floor.h"
 #include "peers/peers.h"
 #include "sides.h"

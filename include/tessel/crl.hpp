@@ -41,7 +41,7 @@ struct TbsCertList {
 inline constexpr auto kTbsCertList = Sequence{
     Member<&TbsCertList::version, Optional<kInteger>>,
     Member<&TbsCertList::signature, kAlgorithmIdentifier>,
-    Member<&TbsCertList::issuer, kName>,
+    Member<&TbsCertList::issuer, kNameChoice>,
     Member<&TbsCertList::thisUpdate, kTime>,
     Member<&TbsCertList::nextUpdate, Optional<kTime>>,
     Member<&TbsCertList::revokedCertificates, Optional<kX509RevokedCertificates>>,

@@ -49,7 +49,7 @@ inline constexpr auto kX509Name = SequenceOf<X509Name, kRelativeDistinguishedNam
 struct NameChoice : Asn1Choice {
   enum : uint32_t { rdnSequence };
 };
-inline constexpr auto kName = Choice<NameChoice, Alternative<NameChoice::rdnSequence, kX509Name>>();
+inline constexpr auto kNameChoice = Choice<NameChoice, Alternative<NameChoice::rdnSequence, kX509Name>>();
 
 inline constexpr auto kX509GeneralName =
     Choice<X509GeneralName,  //

@@ -27,6 +27,7 @@
 #include "tessel/extension_values.hpp"
 #include "tessel/extensions.hpp"
 #include "tessel/known_identifiers.hpp"
+#include "tessel/lists.hpp"
 #include "tessel/names.hpp"
 #include "tessel/nodes.hpp"
 #include "tessel/object_identifier.hpp"

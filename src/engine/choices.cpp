@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "engine/descriptor.h"
 #include "engine/encoder.h"
 #include "engine/header.h"
 #include "engine/lifecycle.h"
 #include "engine/nodes.h"
+#include "tessel/asn1.hpp"
 #include "tessel/primitives.h"
 
 namespace tessel {

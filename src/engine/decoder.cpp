@@ -4,12 +4,12 @@
 #include <cstring>
 #include <new>
 
-#include "engine/descriptor.h"
 #include "engine/header.h"
 #include "engine/lifecycle.h"
 #include "engine/lists.h"
 #include "engine/nodes.h"
 #include "engine/primitives.h"
+#include "tessel/asn1.hpp"
 
 namespace tessel {
 namespace {

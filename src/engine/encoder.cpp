@@ -5,11 +5,11 @@
 #include <cstring>
 
 #include "engine/buffer.h"
-#include "engine/descriptor.h"
 #include "engine/header.h"
 #include "engine/lifecycle.h"
 #include "engine/lists.h"
 #include "engine/nodes.h"
+#include "tessel/asn1.hpp"
 
 namespace tessel {
 namespace {

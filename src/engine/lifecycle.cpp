@@ -4,9 +4,9 @@
 #include <cstring>
 #include <new>
 
-#include "engine/descriptor.h"
 #include "engine/lists.h"
 #include "engine/nodes.h"
+#include "tessel/asn1.hpp"
 
 namespace tessel {
 namespace {
@@ -179,11 +179,11 @@ Status CompareSlots(const Asn1Item& item, const void* first, const void* second,
 
 }  // namespace
 
-Status CreateTree(const Asn1Item& item, void*& object, Leaves leaves) {
-  Pool pool(RoomBeside(item));
-  const Made made = WholeOrNothing(item, CreateInto(pool, item, leaves));
+Status CreateTree(const Plan& plan, void*& object, Leaves leaves) {
+  Pool pool(RoomBeside(*plan.item));
+  const Made made = WholeOrNothing(plan, CreateInto(pool, plan, leaves));
   // A leaf that is not wanted is not even told to be null.
-  if (made.node != nullptr || made.status.Failed() || IsOptional(item)) object = made.node;
+  if (made.node != nullptr || made.status.Failed() || IsOptional(*plan.item)) object = made.node;
   return made.status;
 }
 

@@ -14,7 +14,7 @@ namespace tessel {
 enum class Leaves : bool { kAbsent = false, kEmpty = true };
 
 // A new tree. `object` is written on success, and not even then when the root is a primitive without leaves.
-Status CreateTree(const Asn1Item& item, void*& object, Leaves leaves);
+Status CreateTree(const Plan& plan, void*& object, Leaves leaves);
 
 // A node, unless its status is a failure; returned in registers where the platform can.
 struct Made {

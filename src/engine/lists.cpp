@@ -9,13 +9,10 @@
 #include "engine/nodes.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
-
-struct OctetStrings : tessel::ListOf<Asn1Value> {};
+#include "tessel/lists.hpp"
 
 namespace tessel {
 namespace {
-
-inline constexpr auto kOctetStrings = SequenceOf<OctetStrings, kOctetString>();
 
 constexpr uint32_t kFirstCapacity = 10;
 
@@ -51,7 +48,7 @@ Status Grow(Asn1List& list) {
   return Status();
 }
 
-Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item) {
+Status AppendIfAbsent(Asn1List& list, const Plan& element, void* item) {
   Encoding encoding;
   if (Status status = encoding.Make(element, item); status.Failed()) return status;
   for (uint32_t i = 0; i < list.count; ++i) {
@@ -62,7 +59,7 @@ Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item) {
   return AppendTo(list, item);
 }
 
-Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at) {
+Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Site at) {
   if (index >= list.count) return Fail(TESSEL_INVALID_ARGUMENT, at);
   NoteChange();
   FreeTree(element, list.items[index]);
@@ -71,7 +68,7 @@ Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at
   return Status();
 }
 
-void Clear(Asn1List& list, const Asn1Item& element) {
+void Clear(Asn1List& list, const Plan& element) {
   NoteChange();
   for (uint32_t i = 0; i < list.count; ++i) FreeTree(element, std::exchange(list.items[i], nullptr));
   list.count = 0;

@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "engine/codec.h"
-#include "engine/descriptor.h"
 #include "engine/memory.h"
 #include "engine/slot.h"
 #include "engine/status.h"
 #include "engine/tree_owner.h"
+#include "tessel/asn1.hpp"
 #include "tessel/lists.h"
 #include "tessel/nodes.h"
 
@@ -67,15 +67,15 @@ inline Status AppendTo(Asn1List& list, void* item) {
 }
 
 // The same, unless the list has an item with the same encoding already: then TESSEL_ALREADY_PRESENT.
-Status AppendIfAbsent(Asn1List& list, const Asn1Item& element, void* item);
+Status AppendIfAbsent(Asn1List& list, const Plan& element, void* item);
 
 // Releases the item at an index, by its descriptor, and closes the gap.
-Status RemoveAt(Asn1List& list, const Asn1Item& element, uint32_t index, Site at = {});
+Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Site at = {});
 
 // Releases the items that `isGone(index)` names, and closes the gaps. It is asked once for each item, from the first to
 // the last, while that stands at the index still, and before any is released.
 template <class IsGone>
-void RemoveIf(Asn1List& list, const Asn1Item& element, IsGone isGone) {
+void RemoveIf(Asn1List& list, const Plan& element, IsGone isGone) {
   uint32_t left = 0;
   for (uint32_t i = 0; i < list.count; ++i) {
     if (!isGone(i)) std::swap(list.items[left++], list.items[i]);
@@ -86,7 +86,7 @@ void RemoveIf(Asn1List& list, const Asn1Item& element, IsGone isGone) {
 }
 
 // Releases all items and keeps the array.
-void Clear(Asn1List& list, const Asn1Item& element);
+void Clear(Asn1List& list, const Plan& element);
 
 // Puts the items in the order of the list's `compare`, if it has one.
 void Sort(Asn1List& list);
@@ -111,7 +111,7 @@ Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Site at = {}) {
 
 // Appends a copy of an element, which can be made of borrowed nodes.
 template <class Element>
-Status AddCopy(ListOf<Element>& list, const Item<Element>& item, const Element* source, Site at = {}) {
+Status AddCopy(ListOf<Element>& list, const TypeOf<Element>& item, const Element* source, Site at = {}) {
   TreeOwner<Element> copy(item);
   if (Status status = Copy(item, source, copy.Out(), at); status.Failed()) return status;
   return AddNew(list, std::move(copy), at);
@@ -119,7 +119,8 @@ Status AddCopy(ListOf<Element>& list, const Item<Element>& item, const Element* 
 
 // The same with the list in a slot, which is made when there is none. When it fails the slot is as it was.
 template <class List, class Element>
-Status AddCopyTo(const Slot<List>& slot, const Item<List>& listItem, const Item<Element>& item, const Element* source) {
+Status AddCopyTo(const Slot<List>& slot, const TypeOf<List>& listItem, const TypeOf<Element>& item,
+                 const Element* source) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
   if (slot.Member() != nullptr) return AddCopy(*slot.Member(), item, source, slot.At());
   TreeOwner<List> list(listItem);
@@ -130,7 +131,7 @@ Status AddCopyTo(const Slot<List>& slot, const Item<List>& listItem, const Item<
 
 // Releases the element at an index.
 template <class Element>
-Status RemoveElement(ListOf<Element>* list, const Item<Element>& item, uint32_t index, Site at = {}) {
+Status RemoveElement(ListOf<Element>* list, const TypeOf<Element>& item, uint32_t index, Site at = {}) {
   return list == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : RemoveAt(*list, item, index, at);
 }
 

@@ -33,9 +33,9 @@
 #include <span>
 #include <utility>
 
-namespace tessel {
+#include "tessel/octets.hpp"
 
-using Octets = std::span<const uint8_t>;
+namespace tessel {
 
 #ifdef TESSEL_SEPARATE_NODES
 inline constexpr bool kSeparateNodes = true;

@@ -9,6 +9,7 @@
 #include "engine/plan.h"
 #include "tessel/descriptor.h"
 #include "tessel/nodes.h"
+#include "tessel/nodes.hpp"
 
 namespace tessel {
 
@@ -27,12 +28,6 @@ inline void StoreSlot(void* node, uint32_t index, void* member) {
 inline void* NewSlots(Pool& pool, const Asn1Item& item) {
   const size_t size = std::max<size_t>(item.nodeSize, 1);
   return size > kLargestNode ? nullptr : pool.Node(size);
-}
-
-// Asn1Value or Asn1BitString: the content octets that are there.
-template <class Node>
-Octets ContentOf(const Node& node) {
-  return {node.data, node.data == nullptr ? 0 : node.length};
 }
 
 // Whether a BOOLEAN or INTEGER, an item of Form::kValueWithDefault, equals its DEFAULT.

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "engine/descriptor.h"
 #include "engine/lists.h"
 #include "engine/slot.h"
 #include "engine/status.h"
+#include "tessel/asn1.hpp"
 
 namespace tessel {
 

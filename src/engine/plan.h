@@ -1,14 +1,17 @@
 // The engine's view of a descriptor.
 //
 // What the engine asks about an item at every element of every tree stands in a Plan. The library's own items know the
-// plans of their members, which the compiler works out from the tables; for an item from outside, a plan is made each
-// time its turn comes. Both ways lead to the same code.
+// plans of their members, which the compiler works out from the types of their descriptors (asn1.hpp); for an item from
+// outside, a plan is made each time its turn comes. Both ways lead to the same code.
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
+#include "tessel/asn1.hpp"
 #include "tessel/descriptor.h"
 #include "tessel/nodes.h"
 
@@ -72,7 +75,7 @@ constexpr Shape ShapeOf(const Asn1Item& item) {
 // How an element is read and written, when that can be told at once: it carries an identifier octet of its own. The
 // items that need a closer look have no form: for a wrapper, a tag number that takes octets of its own, a DEFAULT that
 // is more than a number, or flags that do not fit the kind.
-enum class Form : uint8_t { kNone, kChoice, kSlots, kList, kBitString, kValue, kValueWithDefault, kOpen };
+enum class Form : uint8_t { kNone, kChoice, kSlots, kList, kBits, kValue, kValueWithDefault, kOpen };
 
 // Whether the node is an Asn1Value.
 constexpr bool IsValueForm(Form form) { return form >= Form::kValue; }
@@ -95,7 +98,7 @@ constexpr Form FormOf(const Asn1Item& item, bool hasDefault, bool isList) {
       if (!hasDefault) return Form::kValue;
       return unless(item.kind > TESSEL_KIND_INTEGER || !IsOptional(item), Form::kValueWithDefault);
     case Shape::kBitStringNode:
-      return unless(hasDefault || isConstructed || !isOwnOctet, Form::kBitString);
+      return unless(hasDefault || isConstructed || !isOwnOctet, Form::kBits);
     case Shape::kListNode:
       return unless(hasDefault || !isConstructed || !isOwnOctet || !isList, Form::kList);
     case Shape::kSlotsNode:
@@ -115,21 +118,30 @@ constexpr uint16_t IdentifierOf(const Asn1Item& item, Form form) {
 
 struct Plan;
 
-// A descriptor that knows the type of its nodes, and the plans of its members.
-template <class NodeType>
-struct Item : Asn1Item {
-  using Node = NodeType;
-  const Plan* plans = nullptr;
-  bool hasDefault = false;
+// A descriptor whose type tells those of its members (asn1.hpp).
+template <class Descriptor>
+concept TypedDescriptor = requires {
+  typename Descriptor::Members;
 };
+
+namespace detail {
+
+template <const auto&... items>
+constexpr const Plan* PlansOf(ItemList<items...> members);
+constexpr const Plan* PlansOf(ItemList<> /*members*/) { return nullptr; }
+
+}  // namespace detail
 
 struct Plan {
   Plan() = default;
   constexpr Plan(const Asn1Item& source)
       : Plan(source, nullptr, FormOf(source, source.defaultValue != nullptr, ElementOf(source) != nullptr)) {}
   template <class Node>
-  constexpr Plan(const Item<Node>& source)
-      : Plan(source, source.plans, FormOf(source, source.hasDefault, source.memberCount == 1)) {}
+  constexpr Plan(const Item<Node>& source) : Plan(static_cast<const Asn1Item&>(source)) {}
+  template <TypedDescriptor Descriptor>
+  constexpr Plan(const Descriptor& source)
+      : Plan(source, detail::PlansOf(typename Descriptor::Members()),
+             FormOf(source, Descriptor::kHasDefault, source.memberCount == 1)) {}
   constexpr Plan(const Asn1Item& source, const Plan* memberPlans, Form itsForm)
       : item(&source),
         members(memberPlans),
@@ -148,6 +160,28 @@ struct Plan {
   Shape shape;
   Form form;
 };
+
+namespace detail {
+
+template <const auto&... items>
+inline constexpr Plan kPlans[] = {Plan(items)...};
+
+template <const auto&... items>
+constexpr const Plan* PlansOf(ItemList<items...> /*members*/) {
+  return kPlans<items...>;
+}
+
+}  // namespace detail
+
+// What functions for values of one type are handed: the plan of any descriptor whose nodes are of that type.
+template <class NodeType>
+struct Type : Plan {
+  template <std::derived_from<Item<NodeType>> Descriptor>
+  constexpr Type(const Descriptor& descriptor) : Plan(descriptor) {}
+};
+// In parameters: the node's type is told by another argument.
+template <class Node>
+using TypeOf = std::type_identity_t<Type<Node>>;
 
 // The plans of an item's members.
 class MemberPlans {
@@ -172,5 +206,16 @@ class MemberPlans {
   const Asn1Item* const item_;
   Plan made_;  // not before one is made: most have theirs
 };
+
+// What is promised to callers of 32 bits: descriptors and nodes are fields of 32 bits each, without a gap.
+static_assert(sizeof(Asn1Item) == 5 * sizeof(uint32_t) + 2 * sizeof(void*) + (sizeof(void*) == 8 ? 4 : 0));
+static_assert(offsetof(Asn1Item, members) == 16);
+static_assert(sizeof(Asn1Oid) == sizeof(Asn1Value) && sizeof(Asn1Any) == sizeof(Asn1Value));
+static_assert(sizeof(void*) != 4 || (sizeof(Asn1Value) == 12 && offsetof(Asn1Value, data) == 8));
+static_assert(sizeof(void*) != 4 || (sizeof(Asn1BitString) == 12 && offsetof(Asn1BitString, data) == 8));
+static_assert(sizeof(void*) != 4 || (sizeof(Asn1Choice) == 8 && offsetof(Asn1Choice, value) == 4));
+static_assert(sizeof(void*) != 4 ||
+              (sizeof(Asn1List) == 20 && offsetof(Asn1List, items) == 4 && offsetof(Asn1List, capacity) == 8 &&
+               offsetof(Asn1List, compare) == 12 && offsetof(Asn1List, sorted) == 16));
 
 }  // namespace tessel

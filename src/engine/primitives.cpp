@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 
 namespace tessel {
 namespace {
@@ -69,9 +69,9 @@ Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, ui
   return Deliver(ContentOf(bits), buffer, length, at);
 }
 
-Status DecodeContent(const Item<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at) {
+Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  TreeOwner value(item);
+  TreeOwner<Asn1Value> value(item);
   Status status = Decode(item, encoding.data(), static_cast<uint32_t>(encoding.size()), value.Out(), at);
   return status.Failed() ? status : Deliver(ContentOf(*value.Get()), buffer, length, at);
 }

@@ -1,8 +1,8 @@
 #include "engine/slot.h"
 
-#include "engine/borrowed.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 
 namespace tessel {
 

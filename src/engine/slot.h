@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "engine/codec.h"
-#include "engine/descriptor.h"
 #include "engine/lifecycle.h"
 #include "engine/status.h"
 #include "engine/tree_owner.h"
+#include "tessel/asn1.hpp"
 #include "tessel/nodes.h"
 
 namespace tessel {
@@ -52,7 +52,7 @@ Slot<Node> SlotOf(Node*& handle, Site at = {}) {
 
 // Puts a node into the slot, which takes it, in place of the one that it holds.
 template <class Node>
-Status Take(const Slot<Node>& slot, const Item<Node>& item, Node* node) {
+Status Take(const Slot<Node>& slot, const TypeOf<Node>& item, Node* node) {
   if (slot.Unreachable().Failed()) return slot.Unreachable();
   NoteChange();
   Node* held = std::exchange(slot.Member(), Taken(node));
@@ -61,7 +61,7 @@ Status Take(const Slot<Node>& slot, const Item<Node>& item, Node* node) {
 }
 
 template <class Node>
-Status Remove(const Slot<Node>& slot, const Item<Node>& item) {
+Status Remove(const Slot<Node>& slot, const TypeOf<Node>& item) {
   return Take<Node>(slot, item, nullptr);
 }
 
@@ -69,7 +69,7 @@ Status Remove(const Slot<Node>& slot, const Item<Node>& item) {
 template <class Node>
 class Replacement {
  public:
-  Replacement(const Slot<Node>& slot, const Item<Node>& item, const Node* source) : slot_(slot), copy_(item) {
+  Replacement(const Slot<Node>& slot, const TypeOf<Node>& item, const Node* source) : slot_(slot), copy_(item) {
     made_ = slot.Unreachable();
     if (made_.Ok() && source != nullptr) made_ = Copy(item, source, copy_.Out(), slot.At());
   }
@@ -77,7 +77,7 @@ class Replacement {
   // Why there is no copy, or no place for it.
   [[nodiscard]] Status Made() const { return made_; }
   // Only when it is made.
-  void Take() { static_cast<void>(tessel::Take(slot_, copy_.Item(), copy_.Release())); }
+  void Take() { static_cast<void>(tessel::Take(slot_, copy_.NodeType(), copy_.Release())); }
 
  private:
   Slot<Node> slot_;
@@ -97,14 +97,14 @@ Status TakeAll(Replacements... replacements) {
 
 // The same with one.
 template <class Node>
-Status Store(const Slot<Node>& slot, const Item<Node>& item, const Node* source) {
+Status Store(const Slot<Node>& slot, const TypeOf<Node>& item, const Node* source) {
   if (slot.Unreachable().Ok() && source == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
   return TakeAll(Replacement<Node>(slot, item, source));
 }
 
 // The encoding of the member alone, in the caller's buffer.
 template <class Node>
-Status EncodeMember(const Slot<Node>& slot, const Item<Node>& item, uint8_t* buffer, uint32_t* length) {
+Status EncodeMember(const Slot<Node>& slot, const TypeOf<Node>& item, uint8_t* buffer, uint32_t* length) {
   Node* node = nullptr;
   if (Status status = slot.Load(node); status.Failed()) return status;
   return Encode(item, node, buffer, length, slot.At());

@@ -3,22 +3,22 @@
 
 #include <utility>
 
-#include "engine/descriptor.h"
 #include "engine/lifecycle.h"
+#include "engine/plan.h"
 
 namespace tessel {
 
 template <class Node>
 class TreeOwner {
  public:
-  explicit TreeOwner(const tessel::Item<Node>& item, Node* root = nullptr) : item_(&item), root_(root) {}
-  ~TreeOwner() { FreeTree(*item_, root_); }
-  TreeOwner(TreeOwner&& other) noexcept : item_(other.item_), root_(other.Release()) {}
+  explicit TreeOwner(const TypeOf<Node>& type, Node* root = nullptr) : type_(type), root_(root) {}
+  ~TreeOwner() { FreeTree(type_, root_); }
+  TreeOwner(TreeOwner&& other) noexcept : type_(other.type_), root_(other.Release()) {}
   TreeOwner(const TreeOwner&) = delete;
   TreeOwner& operator=(const TreeOwner&) = delete;
   TreeOwner& operator=(TreeOwner&&) = delete;
 
-  [[nodiscard]] const tessel::Item<Node>& Item() const { return *item_; }
+  [[nodiscard]] const Type<Node>& NodeType() const { return type_; }
   [[nodiscard]] Node* Get() const { return root_; }
   Node* operator->() const { return root_; }
   // For a function that makes the tree.
@@ -27,8 +27,13 @@ class TreeOwner {
   [[nodiscard]] Node* Release() { return std::exchange(root_, nullptr); }
 
  private:
-  const tessel::Item<Node>* item_;
+  Type<Node> type_;
   Node* root_;
 };
+
+template <class Descriptor>
+TreeOwner(const Descriptor&) -> TreeOwner<typename Descriptor::Node>;
+template <class Descriptor>
+TreeOwner(const Descriptor&, typename Descriptor::Node*) -> TreeOwner<typename Descriptor::Node>;
 
 }  // namespace tessel

@@ -9,10 +9,6 @@
 namespace tessel {
 namespace {
 
-// The alternatives of Time.
-constexpr uint32_t kUtcTimeIndex = 0;
-constexpr uint32_t kGeneralizedTimeIndex = 1;
-
 constexpr uint32_t kFirstGeneralizedYear = 2050;
 
 bool IsNull(const LibraryTime& time) { return IsLibraryTimeNull(&time) != 0; }
@@ -27,7 +23,7 @@ Status Read(const Asn1Value* node, std::optional<Record> (*parse)(Octets), Recor
 }
 
 template <class Node>
-Status DecodeAndRead(const Item<Node>& item, const uint8_t* data, uint32_t size, LibraryTime* time,
+Status DecodeAndRead(const TypeOf<Node>& item, const uint8_t* data, uint32_t size, LibraryTime* time,
                      Status (*read)(const Node&, LibraryTime*, Site), Site at = {}) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   TreeOwner<Node> tree(item);
@@ -39,8 +35,8 @@ Status DecodeAndRead(const Item<Node>& item, const uint8_t* data, uint32_t size,
 
 Status ReadTime(const Time& node, LibraryTime* time, Site at) {
   const auto* value = static_cast<const Asn1Value*>(node.value);
-  if (node.index == kUtcTimeIndex) return Read(value, ParseUtcTime, time, at);
-  if (node.index == kGeneralizedTimeIndex) return Read(value, ParseGeneralizedTime, time, at);
+  if (node.index == Time::utcTime) return Read(value, ParseUtcTime, time, at);
+  if (node.index == Time::generalTime) return Read(value, ParseGeneralizedTime, time, at);
   return Fail(TESSEL_INVALID_CONTENT);
 }
 
@@ -63,7 +59,7 @@ Status TimeNode::Hold(Asn1Kind kind, const Record* time, TimeText (*format)(cons
   text_ = format(*time);
   if (!text_.Fits()) return Fail(TESSEL_INVALID_TIME, at);
   value_ = {static_cast<uint32_t>(kind), text_.Length(), text_.Data()};
-  choice_.index = kind == TESSEL_KIND_UTC_TIME ? kUtcTimeIndex : kGeneralizedTimeIndex;
+  choice_.index = kind == TESSEL_KIND_UTC_TIME ? Time::utcTime : Time::generalTime;
   choice_.value = &value_;
   return Status();
 }

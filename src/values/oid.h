@@ -6,11 +6,11 @@
 #include <span>
 #include <string_view>
 
-#include "engine/borrowed.h"
 #include "engine/memory.h"
 #include "engine/slot.h"
 #include "engine/status.h"
 #include "tessel/nodes.h"
+#include "tessel/nodes.hpp"
 #include "tessel/oid.h"
 
 namespace tessel {
@@ -26,11 +26,6 @@ Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Site at = {
 // A member as a counted identifier. Setting always stores a new node.
 Status GetOid(const Slot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length);
 Status SetOid(const Slot<Asn1Oid>& slot, const uint8_t* counted);
-
-// A node that borrows the content of a counted identifier.
-constexpr Asn1Oid BorrowOid(const uint8_t* counted) {
-  return {Borrow(TESSEL_KIND_OBJECT_IDENTIFIER, OidContent(counted))};
-}
 
 // A counted identifier known when the library is compiled, written as text: Oid("2.5.4.3").
 struct CountedOid {

@@ -3,19 +3,15 @@
 
 #include <cstdint>
 
-#include "engine/descriptor.h"
 #include "engine/slot.h"
 #include "engine/status.h"
+#include "tessel/asn1.hpp"
 #include "tessel/nodes.h"
 #include "tessel/time.h"
+#include "tessel/time.hpp"
 #include "values/time_text.h"
 
-// Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }
-struct Time : Asn1Choice {};
-
 namespace tessel {
-
-inline constexpr auto kTime = Choice<Time, kUtcTime, kGeneralizedTime>();
 
 // As SetLibraryTime and SetLibraryPreciseTime: what passes before a field that is out of range is kept.
 Status SetFields(LibraryTime* time, const LibraryTime& fields, Site at = {});

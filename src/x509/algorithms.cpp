@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <array>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 
 using namespace tessel;
 
@@ -93,7 +93,7 @@ Status FindSet(OidTable table, const Slot<Asn1Oid>& slot, uint32_t& id) {
 }
 
 // Parameters that are no SEQUENCE of sets are malformed, whatever is wrong with them.
-Status DecodeParameters(const Item<AlgorithmGostR3410Parameters>& item, Octets parameters,
+Status DecodeParameters(const TypeOf<AlgorithmGostR3410Parameters>& item, Octets parameters,
                         TreeOwner<AlgorithmGostR3410Parameters>& tree, Site at = {}) {
   Status status = Decode(item, parameters.data(), static_cast<uint32_t>(parameters.size()), tree.Out(), at);
   return status.Ok() || status == TESSEL_OUT_OF_MEMORY ? status : Fail(TESSEL_MALFORMED, at);
@@ -122,7 +122,7 @@ Status FindSetOids(const GostParameterSets& sets, GostSetOids& oids, Site at = {
   return status;
 }
 
-Status EncodeSets(const Item<AlgorithmGostR3410Parameters>& item, const GostSetOids& oids, uint8_t* buffer,
+Status EncodeSets(const TypeOf<AlgorithmGostR3410Parameters>& item, const GostSetOids& oids, uint8_t* buffer,
                   uint32_t* length, Site at) {
   if (oids.publicKey == nullptr || oids.digest == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   Asn1Oid publicKey = BorrowOid(oids.publicKey);

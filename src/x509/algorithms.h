@@ -4,58 +4,12 @@
 #include <array>
 #include <cstdint>
 
-#include "engine/descriptor.h"
 #include "engine/slot.h"
 #include "engine/status.h"
-#include "tessel/algorithms.h"
+#include "tessel/algorithms.hpp"
 #include "values/oid.h"
 
-// AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY OPTIONAL }
-struct AlgorithmIdentifier {
-  Asn1Oid* algorithm;
-  Asn1Any* parameters;
-};
-
-struct SubjectPublicKeyInfo {
-  AlgorithmIdentifier* algorithm;
-  Asn1BitString* subjectPublicKey;
-};
-
-// AlgorithmGostR34102001Parameters and AlgorithmGostR34102012Parameters alike.
-struct AlgorithmGostR3410Parameters {
-  Asn1Oid* publicKeyParamSet;
-  Asn1Oid* digestParamSet;
-  Asn1Oid* encryptionParamSet;
-};
-
 namespace tessel {
-
-inline constexpr auto kAlgorithmIdentifier = Sequence{
-    Member<&AlgorithmIdentifier::algorithm, kOid>,
-    Member<&AlgorithmIdentifier::parameters, Optional<kAny>>,
-};
-
-inline constexpr auto kSubjectPublicKeyInfo = Sequence{
-    Member<&SubjectPublicKeyInfo::algorithm, kAlgorithmIdentifier>,
-    Member<&SubjectPublicKeyInfo::subjectPublicKey, kBitString>,
-};
-
-inline constexpr CountedOid kGost28147CryptoProA = Oid("1.2.643.2.2.31.1");
-inline constexpr CountedOid kGost28147Tc26Z = Oid("1.2.643.7.1.2.5.1.1");
-inline constexpr Asn1Oid kGost28147CryptoProANode = BorrowOid(kGost28147CryptoProA.Data());
-inline constexpr Asn1Oid kGost28147Tc26ZNode = BorrowOid(kGost28147Tc26Z.Data());
-
-inline constexpr auto kAlgorithmGostR34102001Parameters = Sequence{
-    Member<&AlgorithmGostR3410Parameters::publicKeyParamSet, kOid>,
-    Member<&AlgorithmGostR3410Parameters::digestParamSet, kOid>,
-    Member<&AlgorithmGostR3410Parameters::encryptionParamSet, Default<kOid, kGost28147CryptoProANode>>,
-};
-
-inline constexpr auto kAlgorithmGostR34102012Parameters = Sequence{
-    Member<&AlgorithmGostR3410Parameters::publicKeyParamSet, kOid>,
-    Member<&AlgorithmGostR3410Parameters::digestParamSet, kOid>,
-    Member<&AlgorithmGostR3410Parameters::encryptionParamSet, Default<kOid, kGost28147Tc26ZNode>>,
-};
 
 // The numbers of algorithms that the GOST functions look at (oid.h).
 enum GostAlgorithm : uint32_t {

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstring>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/encoder.h"
@@ -11,7 +10,10 @@
 #include "engine/nodes.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
-#include "x509/extension_lists.h"
+#include "tessel/extension_lists.hpp"
+#include "tessel/nodes.hpp"
+#include "values/time.h"
+#include "x509/algorithms.h"
 #include "x509/name_text.h"
 
 using namespace tessel;
@@ -358,9 +360,9 @@ uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* c
   if (size > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
 
   Asn1Value text = Borrow(TESSEL_KIND_IA5_STRING, {reinterpret_cast<const uint8_t*>(uri), size});
-  X509GeneralName generalName{{kUniformResourceIdentifier, &text}};
+  X509GeneralName generalName{{X509GeneralName::uniformResourceIdentifier, &text}};
   BorrowedList<X509GeneralNames> fullName(&generalName);
-  DistributionPointName name{{kFullName, fullName.Node()}};
+  DistributionPointName name{{DistributionPointName::fullName, fullName.Node()}};
   DistributionPoint point{&name, nullptr, nullptr};
   BorrowedList<ExtensionCrlDistributionPoints> points(&point);
 

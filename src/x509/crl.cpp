@@ -1,4 +1,4 @@
-#include "x509/crl.h"
+#include "tessel/crl.hpp"
 
 #include "engine/codec.h"
 

@@ -1,8 +1,7 @@
-#include "x509/extension_lists.h"
+#include "tessel/extension_lists.hpp"
 
 #include <algorithm>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/lists.h"
@@ -10,6 +9,7 @@
 #include "engine/path.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 #include "values/oid.h"
 
 using namespace tessel;
@@ -170,7 +170,9 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
   TreeOwner<X509Name> relative(kX509Name, relativeName);
   TreeOwner<X509GeneralNames> issuer(kX509GeneralNames, cRLIssuer);
   // Copied without the names, whose places the caller's own then take.
-  DistributionPointName name{{fullName != nullptr ? kFullName : kNameRelativeToCrlIssuer, nullptr}};
+  DistributionPointName name{
+      {fullName != nullptr ? DistributionPointName::fullName : DistributionPointName::nameRelativeToCRLIssuer,
+       nullptr}};
   NamedBitsNode bits(reasons);
   const DistributionPoint source{fullName == nullptr && relativeName == nullptr ? nullptr : &name,
                                  reasons == 0 ? nullptr : bits.Member(), nullptr};
@@ -194,7 +196,7 @@ uint32_t TESSEL_CALL GetExtensionCrlDistributionPoint(const ExtensionCrlDistribu
   if (Status status = GetElement(list, index, &point); status.Failed()) return status;
   if (const DistributionPointName* name = point->distributionPoint; name != nullptr) {
     if (name->index >= kDistributionPointName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
-    if (name->index == kFullName) {
+    if (name->index == DistributionPointName::fullName) {
       *fullName = static_cast<X509GeneralNames*>(name->value);
     } else {
       *relativeName = static_cast<X509Name*>(name->value);

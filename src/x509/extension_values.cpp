@@ -1,12 +1,12 @@
-#include "x509/extension_values.h"
+#include "tessel/extension_values.hpp"
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/nodes.h"
 #include "engine/path.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 #include "values/time.h"
 
 using namespace tessel;
@@ -25,9 +25,9 @@ constexpr Path<&BasicConstraints::cA> kCa;
 constexpr Path<&BasicConstraints::pathLenConstraint> kPathLength;
 
 // Reads a value of one node, and hands the node to `read`.
-template <class Node, class Read>
-Status DecodeValue(const Item<Node>& item, const uint8_t* data, uint32_t size, Read read, Site at = {}) {
-  TreeOwner<Node> tree(item);
+template <class Descriptor, class Read>
+Status DecodeValue(const Descriptor& item, const uint8_t* data, uint32_t size, Read read, Site at = {}) {
+  TreeOwner tree(item);
   if (Status status = Decode(item, data, size, tree.Out(), at); status.Failed()) return status;
   return read(*tree.Get());
 }
@@ -239,8 +239,9 @@ uint32_t TESSEL_CALL EncodeExtensionIssuingDistributionPoint(
     uint32_t hasOnlyContainsUserCerts, uint8_t onlyContainsCACerts, uint32_t hasOnlyContainsCACerts,
     uint32_t onlySomeReasons, uint32_t hasOnlySomeReasons, uint8_t indirectCRL, uint32_t hasIndirectCRL,
     uint8_t onlyContainsAttributeCerts, uint32_t hasOnlyContainsAttributeCerts, uint8_t* buffer, uint32_t* length) {
-  DistributionPointName name{{kFullName, const_cast<X509GeneralNames*>(fullName)}};
-  if (fullName == nullptr) name = {{kNameRelativeToCrlIssuer, const_cast<X509Name*>(relativeName)}};
+  DistributionPointName name{{DistributionPointName::fullName, const_cast<X509GeneralNames*>(fullName)}};
+  if (fullName == nullptr)
+    name = {{DistributionPointName::nameRelativeToCRLIssuer, const_cast<X509Name*>(relativeName)}};
   NamedBitsNode reasons(onlySomeReasons);
   const IssuingDistributionPoint point{
       name.value == nullptr ? nullptr : &name,
@@ -270,7 +271,7 @@ uint32_t TESSEL_CALL DecodeExtensionIssuingDistributionPoint(
   TreeOwner<IssuingDistributionPoint> point(kIssuingDistributionPoint);
   if (Status status = DecodeIssuingDistributionPoint(data, size, point); status.Failed()) return status;
   if (const DistributionPointName* name = point->distributionPoint; name != nullptr) {
-    if (name->index == kFullName) {
+    if (name->index == DistributionPointName::fullName) {
       *fullName = static_cast<const X509GeneralNames*>(&kPresent.list);
     } else {
       *relativeName = static_cast<const X509Name*>(&kPresent.list);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/lists.h"
@@ -10,6 +9,7 @@
 #include "engine/path.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 
 using namespace tessel;
 

@@ -1,29 +1,12 @@
 // Extensions and lists of them.
 #pragma once
 
-#include "engine/descriptor.h"
 #include "engine/slot.h"
 #include "engine/status.h"
-#include "tessel/extensions.h"
+#include "tessel/extensions.hpp"
 #include "values/oid.h"
 
-struct X509Extension {
-  Asn1Oid* extnID;
-  Asn1Value* critical;
-  Asn1Value* extnValue;
-};
-
-struct X509Extensions : tessel::ListOf<X509Extension> {};
-
 namespace tessel {
-
-inline constexpr auto kX509Extension = Sequence{
-    Member<&X509Extension::extnID, kOid>,
-    Member<&X509Extension::critical, Default<kBoolean, kFalse>>,
-    Member<&X509Extension::extnValue, kOctetString>,
-};
-
-inline constexpr auto kX509Extensions = SequenceOf<X509Extensions, kX509Extension>();
 
 inline constexpr CountedOid kSubjectKeyIdentifierOid = Oid("2.5.29.14");
 inline constexpr CountedOid kCrlDistributionPointsOid = Oid("2.5.29.31");

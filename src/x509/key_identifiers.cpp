@@ -4,18 +4,18 @@
 #include <array>
 #include <string_view>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/codec.h"
 #include "engine/encoder.h"
 #include "engine/nodes.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/extension_values.hpp"
+#include "tessel/nodes.hpp"
 #include "tessel/text.h"
 #include "values/sha1.h"
 #include "values/text.h"
 #include "x509/certificate.h"
-#include "x509/extension_values.h"
 #include "x509/extensions.h"
 #include "x509/names.h"
 
@@ -127,7 +127,7 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier2(Certificate* certific
     if (Status status = encodedIssuer.Make(kX509Name, issuer); status.Failed()) return status;
     directoryName = BorrowOpenValue(encodedIssuer.Get());
   }
-  X509GeneralName generalName{{kDirectoryName, &directoryName}};
+  X509GeneralName generalName{{X509GeneralName::directoryName, &directoryName}};
   BorrowedList<X509GeneralNames> names(&generalName);
   const AuthorityKeyIdentifier identifier{NullIfEmpty(key), issuer == nullptr ? nullptr : names.Node(),
                                           NullIfEmpty(number)};

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "engine/borrowed.h"
 #include "engine/buffer.h"
 #include "engine/choices.h"
 #include "engine/codec.h"
@@ -13,6 +12,7 @@
 #include "engine/path.h"
 #include "engine/primitives.h"
 #include "engine/tree_owner.h"
+#include "tessel/nodes.hpp"
 #include "values/oid.h"
 
 using namespace tessel;
@@ -38,7 +38,7 @@ Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
     X509Name* empty = nullptr;
     if (Status status = Create(kX509Name, Leaves::kEmpty, &empty, slot.At()); status.Failed()) return status;
     // Only what there is to clear could fail.
-    static_cast<void>(SetChoice(kName, *choice, 0, empty));
+    static_cast<void>(SetChoice(kNameChoice, *choice, 0, empty));
   }
   *name = static_cast<X509Name*>(choice->value);
   return Status();
@@ -55,11 +55,11 @@ Status SetName(const Slot<NameChoice>& slot, const X509Name* name, Ownership own
   if (Status status = slot.Load(choice); status.Failed()) return status;
   if (ownership == Ownership::kTakes) {
     if (name != choice->value && !CanBeTaken(name)) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
-    return name == choice->value ? Status() : SetChoice(kName, *choice, 0, const_cast<X509Name*>(name));
+    return name == choice->value ? Status() : SetChoice(kNameChoice, *choice, 0, const_cast<X509Name*>(name));
   }
   X509Name* copy = nullptr;
   if (Status status = Copy(kX509Name, name, &copy, slot.At()); status.Failed()) return status;
-  return SetChoice(kName, *choice, 0, copy);
+  return SetChoice(kNameChoice, *choice, 0, copy);
 }
 
 namespace {
@@ -129,7 +129,8 @@ Status WithGeneralName(uint32_t alternative, const uint8_t* value, uint32_t size
   if (alternative >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE, at);
   const uint32_t tag = TagOfAlternative(alternative);
   if (tag == 0 && size == 0) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  Asn1Value node = alternative == kRegisteredId ? BorrowOid(value) : Borrow(tag == 0 ? value[0] : tag, {value, size});
+  Asn1Value node = alternative == X509GeneralName::registeredID ? BorrowOid(value)
+                                                                : Borrow(tag == 0 ? value[0] : tag, {value, size});
   const X509GeneralName name{{alternative, &node}};
   return use(name);
 }
@@ -311,8 +312,8 @@ uint32_t TESSEL_CALL GetX509GeneralNameValue(const X509GeneralName* name, uint32
   if (name->index >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
   const auto* value = static_cast<const Asn1Value*>(name->value);
   if (value == nullptr) return Fail(TESSEL_ABSENT);
-  return name->index == kRegisteredId ? DeliverOid(ContentOf(*value), buffer, length)
-                                      : ReadValue(*value, buffer, length);
+  return name->index == X509GeneralName::registeredID ? DeliverOid(ContentOf(*value), buffer, length)
+                                                      : ReadValue(*value, buffer, length);
 }
 
 uint32_t TESSEL_CALL GetX509NameFromGeneralNames(const X509GeneralNames* names, X509Name** name) {
@@ -320,7 +321,8 @@ uint32_t TESSEL_CALL GetX509NameFromGeneralNames(const X509GeneralNames* names, 
   *name = nullptr;
   for (uint32_t i = 0; i < names->count; ++i) {
     const X509GeneralName* candidate = names->At(i);
-    if (candidate == nullptr || candidate->index != kDirectoryName || candidate->value == nullptr) continue;
+    if (candidate == nullptr || candidate->index != X509GeneralName::directoryName || candidate->value == nullptr)
+      continue;
     const Octets encoding = ContentOf(*static_cast<const Asn1Value*>(candidate->value));
     if (encoding.empty()) continue;
     Status status = Decode(kX509Name, encoding.data(), static_cast<uint32_t>(encoding.size()), name);

@@ -104,7 +104,7 @@ TEST(Sizes, OfEncodingsAreExactUpTo32Bits) {
       {"value", kOctetString, &huge, huge.length, 6},
       {"bits", kBitString, &bits, bits.length, 7},
       {"EXPLICIT", kExplicitString, &huge, huge.length, 12},
-      {"CHOICE", kTestTime, &choice, huge.length, 6},
+      {"CHOICE", kTime, &choice, huge.length, 6},
       {"EXPLICIT in a CHOICE", kTestChoice, &wrapped, huge.length, 12},
       {"EXPLICIT open value", kExplicitAny, &huge, huge.length, 6},
       {"SEQUENCE", kTestSequence, &sequence, huge.length, 9},

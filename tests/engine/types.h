@@ -1,7 +1,8 @@
 // Small types for the tests of the engine.
 #pragma once
 
-#include "engine/descriptor.h"
+#include "tessel/asn1.hpp"
+#include "tessel/time.hpp"
 
 namespace test {
 
@@ -36,14 +37,17 @@ inline constexpr auto kTestSequence = Sequence{
 };
 
 // CHOICE { INTEGER, [1] IMPLICIT INTEGER, [2] EXPLICIT INTEGER, an open SEQUENCE, an open value without a tag }
-struct TestChoice : Asn1Choice {};
+struct TestChoice : Asn1Choice {
+  enum : uint32_t { number, implicitNumber, explicitNumber, openSequence, open };
+};
 inline constexpr Item<Asn1Any> kOpenSequence{Plain(TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_ANY, TESSEL_KIND_SEQUENCE)};
 inline constexpr auto kTestChoice =
-    Choice<TestChoice, kInteger, Implicit<1, kInteger>, Explicit<2, kInteger>, kOpenSequence, kAny>();
+    Choice<TestChoice, Alternative<TestChoice::number, kInteger>,
+           Alternative<TestChoice::implicitNumber, Implicit<1, kInteger>>,
+           Alternative<TestChoice::explicitNumber, Explicit<2, kInteger>>,
+           Alternative<TestChoice::openSequence, kOpenSequence>, Alternative<TestChoice::open, kAny>>();
 inline constexpr auto kOptionalChoice = Optional<kTestChoice>;
-struct TestTime : Asn1Choice {};
-inline constexpr auto kTestTime = Choice<TestTime, kUtcTime, kGeneralizedTime>();
-inline constexpr auto kExplicitChoice = Explicit<0, kTestTime>;
+inline constexpr auto kExplicitChoice = Explicit<0, kTime>;
 
 struct Values : ListOf<Asn1Value> {};
 inline constexpr auto kIntegers = SequenceOf<Values, kInteger>();

@@ -6,8 +6,8 @@
 #include "support/objects.h"
 #include "support/octets.h"
 #include "support/samples.h"
+#include "tessel/certificate.hpp"
 #include "tessel/tessel.h"
-#include "x509/certificate.h"
 
 namespace test {
 namespace {

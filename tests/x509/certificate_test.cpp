@@ -1,4 +1,4 @@
-#include "x509/certificate.h"
+#include "tessel/certificate.hpp"
 
 #include <gtest/gtest.h>
 
