@@ -20,7 +20,7 @@ Status ClearChoice(const Asn1Item& item, Asn1Choice& choice) {
 }
 
 Status SetChoice(const Asn1Item& item, Asn1Choice& choice, uint32_t index, void* value) {
-  if (Status status = ClearChoice(item, choice); status.Failed()) return status;
+  TRY(ClearChoice(item, choice));
   NoteChange();
   choice = {index, Taken(value)};
   return Status();
@@ -37,10 +37,10 @@ Status SetOpenValue(Asn1Any& any, ElementTag tag, uint32_t storedTag, Octets con
                          nullptr};
   const Asn1Value value{tag.number, static_cast<uint32_t>(content.size()), const_cast<uint8_t*>(content.data())};
   uint32_t length = 0;
-  if (Status status = MeasureTree(element, &value, length); status.Failed()) return status;
+  TRY(MeasureTree(element, &value, length));
   Scratch<uint8_t> encoding(static_cast<uint8_t*>(AllocateOctets(length)));
   if (encoding == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  if (Status status = WriteTree(element, &value, encoding.get(), length); status.Failed()) return status;
+  TRY(WriteTree(element, &value, encoding.get(), length));
   NoteChange();
   ReleaseOctets(any.data);
   any.tag = storedTag;
@@ -74,7 +74,7 @@ uint32_t TESSEL_CALL GetAsn1AnyInfo(const Asn1Any* any, uint8_t* tagClass, uint8
   }
   const Octets encoding = ContentOf(*any);
   Header header{};
-  if (Status status = ReadHeader(encoding, header); status.Failed()) return status;
+  TRY(ReadHeader(encoding, header));
   if (header.indefinite) {
     Status status = ScanIndefiniteContent(encoding.subspan(header.headerLength), header.contentLength);
     if (status.Failed()) return status;

@@ -13,7 +13,7 @@
 namespace tessel {
 
 template <class Node>
-Status Decode(const TypeOf<Node>& item, const uint8_t* data, uint32_t size, Node** object, Site at = {}) {
+Status Decode(const TypeOf<Node>& item, const uint8_t* data, uint32_t size, Node** object, Caller at = {}) {
   if (data == nullptr || object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   const Decoded decoded = DecodeTree(item, Octets(data, size));
   *object = static_cast<Node*>(decoded.node);
@@ -21,7 +21,7 @@ Status Decode(const TypeOf<Node>& item, const uint8_t* data, uint32_t size, Node
 }
 
 template <class Node>
-Status Encode(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status Encode(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   if (object == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return EncodeTree(item, object, buffer, *length);
 }
@@ -29,7 +29,7 @@ Status Encode(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uin
 // The same for an object of an opaque type, which can only be one that the library made. As long as it is as it was
 // decoded, its size is known. Not for borrowed nodes.
 template <class Node>
-Status EncodeObject(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status EncodeObject(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   if (object == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   const uint32_t size = buffer == nullptr ? EncodedSizeOf(object) : 0;
   if (size == 0) return EncodeTree(item, object, buffer, *length);
@@ -38,7 +38,7 @@ Status EncodeObject(const TypeOf<Node>& item, const Node* object, uint8_t* buffe
 }
 
 template <class Node>
-Status Create(const TypeOf<Node>& item, Leaves leaves, Node** object, Site at = {}) {
+Status Create(const TypeOf<Node>& item, Leaves leaves, Node** object, Caller at = {}) {
   if (object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   void* created = nullptr;
   Status status = CreateTree(item, created, leaves);
@@ -47,7 +47,7 @@ Status Create(const TypeOf<Node>& item, Leaves leaves, Node** object, Site at = 
 }
 
 template <class Node>
-Status Copy(const TypeOf<Node>& item, const Node* source, Node** copy, Site at = {}) {
+Status Copy(const TypeOf<Node>& item, const Node* source, Node** copy, Caller at = {}) {
   if (source == nullptr || copy == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   const Made made = CopyTree(item, source);
   *copy = static_cast<Node*>(made.node);

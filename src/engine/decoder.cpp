@@ -38,7 +38,7 @@ class Nesting {
 uint32_t ElementsWithin(Octets input) { return static_cast<uint32_t>(input.size() / 2); }
 
 Decoded Failure(Status status) { return {nullptr, 0, status}; }
-Decoded OutOfMemory(Site at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at)); }
+Decoded OutOfMemory(SourceLocation at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at)); }
 
 // Decodes one tree. Each function reads at the start of the octets that it is given and stays within them. A level that
 // fails releases what it made; only a value whose content is invalid is handed up, and released by the level above.
@@ -105,7 +105,7 @@ bool IsMinimal(const Header& header) {
 // A value that equals its DEFAULT is not written again. Only numbers are compared; of others that is not known.
 inline void Decoder::LookForDefault(const Plan& plan, const void* node) {
   if (plan.item->defaultValue == nullptr || node == nullptr) return;
-  const bool isNumber = plan.shape == Shape::kValueNode && plan.kind <= TESSEL_KIND_INTEGER;
+  const bool isNumber = plan.layout == NodeLayout::kValueNode && plan.kind <= TESSEL_KIND_INTEGER;
   keepsSize_ &= isNumber && !EqualsDefault(plan, *static_cast<const Asn1Value*>(node));
 }
 
@@ -183,8 +183,8 @@ bool MatchesAlternative(const Header& header, uint8_t identifier, const Plan& pl
 }
 
 inline Decoded Decoder::Tagged(const Plan& plan, Octets input, Tagging tagging) {
-  if (plan.shape == Shape::kChoiceNode) return ChosenElement(plan, input);
-  if (plan.shape == Shape::kOpenNode) return OpenElement(plan, input, tagging);
+  if (plan.layout == NodeLayout::kChoiceNode) return ChosenElement(plan, input);
+  if (plan.layout == NodeLayout::kOpenNode) return OpenElement(plan, input, tagging);
   return TypedElement(plan, input, tagging);
 }
 
@@ -267,8 +267,8 @@ Decoded Decoder::OpenElement(const Plan& plan, Octets input, Tagging tagging) {
 // indefinite.
 
 Decoded Decoder::Constructed(const Plan& plan, Octets content, bool indefinite) {
-  if (plan.shape == Shape::kSlotsNode) return Slots(plan, content, indefinite);
-  if (plan.shape == Shape::kListNode) return List(plan, content, indefinite);
+  if (plan.layout == NodeLayout::kSlotsNode) return Slots(plan, content, indefinite);
+  if (plan.layout == NodeLayout::kListNode) return List(plan, content, indefinite);
   if (plan.kind == TESSEL_KIND_OCTET_STRING) return SegmentedString(content, indefinite);
   return Failure(Fail(TESSEL_INVALID_ARGUMENT));
 }
@@ -389,8 +389,8 @@ Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
 }
 
 Decoded Decoder::Primitive(const Plan& plan, Octets content) {
-  if (plan.shape == Shape::kBitStringNode) return BitString(content);
-  return plan.shape == Shape::kValueNode ? Value(plan.kind, content) : Failure(Fail(TESSEL_UNSUPPORTED_KIND));
+  if (plan.layout == NodeLayout::kBitStringNode) return BitString(content);
+  return plan.layout == NodeLayout::kValueNode ? Value(plan.kind, content) : Failure(Fail(TESSEL_UNSUPPORTED_KIND));
 }
 
 inline Decoded Decoder::Value(uint32_t kind, Octets content) {

@@ -202,9 +202,9 @@ Encoded Encoder<pass>::Wrapped(const Plan& plan, const void* node, uint64_t leng
   const Asn1Item& item = *plan.item;
   if (item.tagNumber < 0) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   Encoded inner{length, Status()};
-  if (plan.shape == Shape::kOpenNode) {
+  if (plan.layout == NodeLayout::kOpenNode) {
     inner.length = NodeContent(*static_cast<const Asn1Value*>(node), length);
-  } else if (plan.shape == Shape::kChoiceNode) {
+  } else if (plan.layout == NodeLayout::kChoiceNode) {
     inner = Alternative(plan, *static_cast<const Asn1Choice*>(node), length);
   } else {
     inner = Content(plan, node, length);
@@ -215,8 +215,8 @@ Encoded Encoder<pass>::Wrapped(const Plan& plan, const void* node, uint64_t leng
 
 template <Pass pass>
 Encoded Encoder<pass>::Own(const Plan& plan, const void* node, uint64_t length) {
-  if (plan.shape == Shape::kChoiceNode) return Alternative(plan, *static_cast<const Asn1Choice*>(node), length);
-  if (plan.shape == Shape::kOpenNode) return OpenValue(*plan.item, *static_cast<const Asn1Value*>(node), length);
+  if (plan.layout == NodeLayout::kChoiceNode) return Alternative(plan, *static_cast<const Asn1Choice*>(node), length);
+  if (plan.layout == NodeLayout::kOpenNode) return OpenValue(*plan.item, *static_cast<const Asn1Value*>(node), length);
   const Asn1Item& item = *plan.item;
   const Encoded content = Content(plan, node, length);
   return {Header(TagClass(item) | ConstructedBit(item), OwnTag(item), length, content.length), content.status};
@@ -252,10 +252,11 @@ Encoded Encoder<pass>::OpenValue(const Asn1Item& item, const Asn1Value& value, u
 
 template <Pass pass>
 [[gnu::always_inline]] inline Encoded Encoder<pass>::Content(const Plan& plan, const void* node, uint64_t length) {
-  if (plan.shape == Shape::kSlotsNode) return Members(plan, node, length);
-  if (plan.shape == Shape::kListNode) return List(plan, *static_cast<const Asn1List*>(node), length);
-  if (plan.shape == Shape::kValueNode) return {NodeContent(*static_cast<const Asn1Value*>(node), length), Status()};
-  if (plan.shape == Shape::kBitStringNode) {
+  if (plan.layout == NodeLayout::kSlotsNode) return Members(plan, node, length);
+  if (plan.layout == NodeLayout::kListNode) return List(plan, *static_cast<const Asn1List*>(node), length);
+  if (plan.layout == NodeLayout::kValueNode)
+    return {NodeContent(*static_cast<const Asn1Value*>(node), length), Status()};
+  if (plan.layout == NodeLayout::kBitStringNode) {
     const auto& bits = *static_cast<const Asn1BitString*>(node);
     return {Octet(static_cast<uint8_t>(bits.unused), NodeContent(bits, length)), Status()};
   }
@@ -351,17 +352,18 @@ Status EncodeTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t&
 
   uint64_t needed = 0;
   const bool isKnown = WriteUnmeasured(plan, node, place, needed);
-  if (isKnown && needed <= place.size()) return Deliver(place.last(static_cast<size_t>(needed)), buffer, &length);
-  if (isKnown) {
+  if (isKnown && needed <= place.size())
+    return Deliver(place.last(static_cast<size_t>(needed)), buffer, &length, SourceLocation());
+  if (!isKnown) {
+    TRY(MeasureTree(plan, node, length));
+  } else {
     length = static_cast<uint32_t>(needed);
-  } else if (Status status = MeasureTree(plan, node, length); status.Failed()) {
-    return status;
   }
   return capacity < length ? Fail(TESSEL_BUFFER_TOO_SMALL) : WriteTree(plan, node, buffer, length);
 }
 
 Status Encoding::Make(const Plan& plan, const void* node) {
-  if (Status status = MeasureTree(plan, node, length_); status.Failed()) return status;
+  TRY(MeasureTree(plan, node, length_));
   block_.reset(static_cast<uint8_t*>(AllocateOctets(length_)));
   return block_ == nullptr ? Fail(TESSEL_OUT_OF_MEMORY) : WriteTree(plan, node, block_.get(), length_);
 }
@@ -377,7 +379,7 @@ uint32_t TESSEL_CALL Asn1Encode(const void* object, const Asn1Item* descriptor, 
   if (*length == 0) return Status();
   Scratch<uint8_t> block(static_cast<uint8_t*>(AllocateOctets(*length)));
   if (block == nullptr) return Fail(TESSEL_OUT_OF_MEMORY);
-  if (Status status = WriteTree(*descriptor, object, block.get(), *length); status.Failed()) return status;
+  TRY(WriteTree(*descriptor, object, block.get(), *length));
   *buffer = block.release();
   return Status();
 }

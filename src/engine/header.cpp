@@ -57,7 +57,7 @@ Status ScanIndefiniteContent(Octets content, uint32_t& size) {
       continue;
     }
     Header header;
-    if (Status status = ReadHeader(rest, header); status.Failed()) return status;
+    TRY(ReadHeader(rest, header));
     at += header.headerLength;
     if (header.indefinite) {
       ++open;
@@ -95,10 +95,10 @@ uint32_t TESSEL_CALL GetAsn1ObjectInfo(const uint8_t* data, uint32_t size, uint8
   }
   const Octets input(data, size);
   Header header{};
-  if (Status status = ReadHeader(input, header); status.Failed()) return status;
+  TRY(ReadHeader(input, header));
   if (indefinite == nullptr) {
     Octets content;
-    if (Status status = ReadContent(input, header, content); status.Failed()) return status;
+    TRY(ReadContent(input, header, content));
   } else {
     *indefinite = header.indefinite ? 1 : 0;
   }

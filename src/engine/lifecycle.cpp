@@ -16,14 +16,14 @@ constexpr size_t kRoomForTree = 3584;
 constexpr size_t kRoomForLeaf = 64;
 
 size_t RoomBeside(const Asn1Item& item) {
-  if (ShapeOf(item) != Shape::kSlotsNode || !IsConsistent(item)) return 0;
+  if (NodeLayoutOf(item) != NodeLayout::kSlotsNode || !IsConsistent(item)) return 0;
   for (uint32_t i = 0; i < item.memberCount; ++i) {
-    if (ShapeOf(*item.members[i]) == Shape::kSlotsNode) return kRoomForTree;
+    if (NodeLayoutOf(*item.members[i]) == NodeLayout::kSlotsNode) return kRoomForTree;
   }
   return std::min<size_t>(item.memberCount, kRoomForTree / kRoomForLeaf) * kRoomForLeaf;
 }
 
-Made OutOfMemory(Site at = {}) { return {nullptr, Fail(TESSEL_OUT_OF_MEMORY, at)}; }
+Made OutOfMemory(SourceLocation at = {}) { return {nullptr, Fail(TESSEL_OUT_OF_MEMORY, at)}; }
 
 template <class Node>
 Made Place(Pool& pool, const Node& value) {
@@ -66,20 +66,20 @@ Made CreateMembers(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth =
 Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth) {
   const Asn1Item& item = *plan.item;
   if (IsOptional(item)) return item.defaultValue == nullptr ? Made() : CopyInto(pool, plan, item.defaultValue);
-  switch (plan.shape) {
-    case Shape::kValueNode:
+  switch (plan.layout) {
+    case NodeLayout::kValueNode:
       return leaves == Leaves::kAbsent ? Made() : Place(pool, Asn1Value{});
-    case Shape::kBitStringNode:
+    case NodeLayout::kBitStringNode:
       return leaves == Leaves::kAbsent ? Made() : Place(pool, Asn1BitString{});
-    case Shape::kOpenNode:
+    case NodeLayout::kOpenNode:
       return Place(pool, Asn1Value{});
-    case Shape::kChoiceNode:
+    case NodeLayout::kChoiceNode:
       return Place(pool, Asn1Choice{});
-    case Shape::kListNode:
+    case NodeLayout::kListNode:
       return Place(pool, kEmptyList);
-    case Shape::kSlotsNode:
+    case NodeLayout::kSlotsNode:
       return CreateMembers(pool, plan, leaves, depth);
-    case Shape::kNotAKind:
+    case NodeLayout::kNotAKind:
       break;
   }
   return {nullptr, Fail(TESSEL_UNSUPPORTED_KIND)};
@@ -137,13 +137,13 @@ Made CopySlots(Pool& pool, const Plan& plan, const void* source) {
 // After a failure the node, if there is one, is complete up to it.
 Made CopyNode(Pool& pool, const Plan& plan, const void* source) {
   if (source == nullptr) return {nullptr, Fail(TESSEL_INVALID_ARGUMENT)};
-  if (IsValueShape(plan.shape) && plan.kind != TESSEL_KIND_NULL) {
+  if (IsValueLayout(plan.layout) && plan.kind != TESSEL_KIND_NULL) {
     return CopyContent(pool, *static_cast<const Asn1Value*>(source));
   }
-  if (plan.shape == Shape::kSlotsNode) return CopySlots(pool, plan, source);
-  if (plan.shape == Shape::kListNode) return CopyList(pool, plan, *static_cast<const Asn1List*>(source));
-  if (plan.shape == Shape::kChoiceNode) return CopyChoice(pool, plan, *static_cast<const Asn1Choice*>(source));
-  if (plan.shape == Shape::kBitStringNode) return CopyContent(pool, *static_cast<const Asn1BitString*>(source));
+  if (plan.layout == NodeLayout::kSlotsNode) return CopySlots(pool, plan, source);
+  if (plan.layout == NodeLayout::kListNode) return CopyList(pool, plan, *static_cast<const Asn1List*>(source));
+  if (plan.layout == NodeLayout::kChoiceNode) return CopyChoice(pool, plan, *static_cast<const Asn1Choice*>(source));
+  if (plan.layout == NodeLayout::kBitStringNode) return CopyContent(pool, *static_cast<const Asn1BitString*>(source));
   return {nullptr, Fail(TESSEL_UNSUPPORTED_KIND)};
 }
 
@@ -161,8 +161,7 @@ Status CompareLists(const Asn1Item& item, const Asn1List& first, const Asn1List&
   if (!IsConsistent(item)) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
   equal = first.count == second.count;
   for (uint32_t i = 0; equal && i < first.count; ++i) {
-    if (Status status = CompareTrees(*item.members[0], first.items[i], second.items[i], equal); status.Failed())
-      return status;
+    TRY(CompareTrees(*item.members[0], first.items[i], second.items[i], equal));
   }
   return Status();
 }
@@ -203,7 +202,7 @@ void FreeBranch(const Plan& plan, void* node);
 // Most nodes are values.
 inline void FreeNode(const Plan& plan, void* node) {
   if (node == nullptr) return;
-  if (!IsValueShape(plan.shape)) return FreeBranch(plan, node);
+  if (!IsValueLayout(plan.layout)) return FreeBranch(plan, node);
   uint8_t* data = static_cast<Asn1Value*>(node)->data;
   if (!OwnsItsMemory(node) && !OwnsItsMemory(data)) return;
   ReleaseOctets(data);
@@ -226,17 +225,17 @@ void FreeList(const Plan& plan, Asn1List& list) {
 
 // Tested in the order of how often they are met: a jump by a table would be foreseen less often.
 void FreeBranch(const Plan& plan, void* node) {
-  if (plan.shape == Shape::kSlotsNode) {
+  if (plan.layout == NodeLayout::kSlotsNode) {
     MemberPlans members(plan);
     const uint32_t count = members.AreConsistent() ? members.Count() : 0;
     for (uint32_t i = 0; i < count; ++i) {
       if (void* member = LoadSlot(node, i); member != nullptr) FreeNode(members[i], member);
     }
-  } else if (plan.shape == Shape::kListNode) {
+  } else if (plan.layout == NodeLayout::kListNode) {
     FreeList(plan, *static_cast<Asn1List*>(node));
-  } else if (plan.shape == Shape::kChoiceNode) {
+  } else if (plan.layout == NodeLayout::kChoiceNode) {
     FreeChoice(plan, *static_cast<Asn1Choice*>(node));
-  } else if (plan.shape == Shape::kBitStringNode) {
+  } else if (plan.layout == NodeLayout::kBitStringNode) {
     ReleaseOctets(static_cast<Asn1BitString*>(node)->data);
   } else {
     return;
@@ -247,7 +246,7 @@ void FreeBranch(const Plan& plan, void* node) {
 }  // namespace
 
 void FreeTree(const Plan& plan, void* node) {
-  if (plan.shape != Shape::kNotAKind && IsUnchangedRoot(node)) return ReleaseRoot(node);
+  if (plan.layout != NodeLayout::kNotAKind && IsUnchangedRoot(node)) return ReleaseRoot(node);
   FreeNode(plan, node);
 }
 
@@ -257,19 +256,19 @@ Status CompareTrees(const Asn1Item& item, const void* first, const void* second,
     return Status();
   }
   if (item.kind == TESSEL_KIND_NULL || item.kind == TESSEL_KIND_ENUMERATED) return Fail(TESSEL_UNSUPPORTED_KIND);
-  switch (ShapeOf(item)) {
-    case Shape::kValueNode:
+  switch (NodeLayoutOf(item)) {
+    case NodeLayout::kValueNode:
       return CompareValues(*static_cast<const Asn1Value*>(first), *static_cast<const Asn1Value*>(second), equal);
-    case Shape::kBitStringNode:
+    case NodeLayout::kBitStringNode:
       return CompareBitStrings(*static_cast<const Asn1BitString*>(first), *static_cast<const Asn1BitString*>(second),
                                equal);
-    case Shape::kListNode:
+    case NodeLayout::kListNode:
       return CompareLists(item, *static_cast<const Asn1List*>(first), *static_cast<const Asn1List*>(second), equal);
-    case Shape::kSlotsNode:
+    case NodeLayout::kSlotsNode:
       return CompareSlots(item, first, second, equal);
-    case Shape::kOpenNode:
-    case Shape::kChoiceNode:
-    case Shape::kNotAKind:
+    case NodeLayout::kOpenNode:
+    case NodeLayout::kChoiceNode:
+    case NodeLayout::kNotAKind:
       break;
   }
   return Fail(TESSEL_UNSUPPORTED_KIND);
@@ -286,7 +285,8 @@ uint32_t TESSEL_CALL CreateAsn1Object(const Asn1Item* descriptor, void** object,
 
 uint32_t TESSEL_CALL CreateOptionalAsn1Sequence(const Asn1Item* descriptor, void** object, uint32_t withLeaves) {
   if (descriptor == nullptr || object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (!IsOptional(*descriptor) || ShapeOf(*descriptor) != Shape::kSlotsNode) return Fail(TESSEL_INVALID_ARGUMENT);
+  if (!IsOptional(*descriptor) || NodeLayoutOf(*descriptor) != NodeLayout::kSlotsNode)
+    return Fail(TESSEL_INVALID_ARGUMENT);
   Pool pool(RoomBeside(*descriptor));
   const Leaves leaves = withLeaves != 0 ? Leaves::kEmpty : Leaves::kAbsent;
   const Made made = WholeOrNothing(*descriptor, CreateMembers(pool, *descriptor, leaves));

@@ -50,16 +50,16 @@ Status Grow(Asn1List& list) {
 
 Status AppendIfAbsent(Asn1List& list, const Plan& element, void* item) {
   Encoding encoding;
-  if (Status status = encoding.Make(element, item); status.Failed()) return status;
+  TRY(encoding.Make(element, item));
   for (uint32_t i = 0; i < list.count; ++i) {
     Encoding present;
-    if (Status status = present.Make(element, list.items[i]); status.Failed()) return status;
+    TRY(present.Make(element, list.items[i]));
     if (std::ranges::equal(present.Get(), encoding.Get())) return Fail(TESSEL_ALREADY_PRESENT);
   }
   return AppendTo(list, item);
 }
 
-Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Site at) {
+Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Caller at) {
   if (index >= list.count) return Fail(TESSEL_INVALID_ARGUMENT, at);
   NoteChange();
   FreeTree(element, list.items[index]);
@@ -112,7 +112,7 @@ uint32_t TESSEL_CALL GetOctetStringsValue(const OctetStrings* strings, uint32_t 
                                           uint32_t* length) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Asn1Value* value = nullptr;
-  if (Status status = GetElement(strings, index, &value); status.Failed()) return status;
+  TRY(GetElement(strings, index, &value));
   *length = value->length;
   const Octets content = ContentOf(*value);
   if (buffer != nullptr) std::copy(content.begin(), content.end(), buffer);

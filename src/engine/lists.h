@@ -52,7 +52,7 @@ Status Grow(Asn1List& list);
 // Appends an item of the same blocks.
 inline Status AppendInside(Asn1List& list, void* item) {
   if (list.count == list.capacity) {
-    if (Status status = Grow(list); status.Failed()) return status;
+    TRY(Grow(list));
   }
   list.items[list.count++] = item;
   return Status();
@@ -70,7 +70,7 @@ inline Status AppendTo(Asn1List& list, void* item) {
 Status AppendIfAbsent(Asn1List& list, const Plan& element, void* item);
 
 // Releases the item at an index, by its descriptor, and closes the gap.
-Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Site at = {});
+Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Caller at = {});
 
 // Releases the items that `isGone(index)` names, and closes the gaps. It is asked once for each item, from the first to
 // the last, while that stands at the index still, and before any is released.
@@ -95,14 +95,14 @@ void Sort(Asn1List& list);
 
 // Takes the element. TESSEL_INVALID_ARGUMENT also when it is a part of another object.
 template <class Element>
-Status Add(ListOf<Element>* list, Element* element, Site at = {}) {
+Status Add(ListOf<Element>* list, Element* element, Caller at = {}) {
   if (list == nullptr || element == nullptr || !CanBeTaken(element)) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return AppendTo(*list, element);
 }
 
 // Appends an element that was just made, if there was memory for it; the list takes it when that succeeds.
 template <class Element>
-Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Site at = {}) {
+Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Caller at = {}) {
   if (element.Get() == nullptr) return Fail(TESSEL_OUT_OF_MEMORY, at);
   Status status = AppendTo(list, element.Get());
   if (status.Ok()) static_cast<void>(element.Release());
@@ -111,9 +111,9 @@ Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Site at = {}) {
 
 // Appends a copy of an element, which can be made of borrowed nodes.
 template <class Element>
-Status AddCopy(ListOf<Element>& list, const TypeOf<Element>& item, const Element* source, Site at = {}) {
+Status AddCopy(ListOf<Element>& list, const TypeOf<Element>& item, const Element* source, Caller at = {}) {
   TreeOwner<Element> copy(item);
-  if (Status status = Copy(item, source, copy.Out(), at); status.Failed()) return status;
+  TRY(Copy(item, source, copy.Out(), at));
   return AddNew(list, std::move(copy), at);
 }
 
@@ -121,21 +121,21 @@ Status AddCopy(ListOf<Element>& list, const TypeOf<Element>& item, const Element
 template <class List, class Element>
 Status AddCopyTo(const Slot<List>& slot, const TypeOf<List>& listItem, const TypeOf<Element>& item,
                  const Element* source) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  TRY(slot.Unreachable());
   if (slot.Member() != nullptr) return AddCopy(*slot.Member(), item, source, slot.At());
   TreeOwner<List> list(listItem);
-  if (Status status = Create(listItem, Leaves::kEmpty, list.Out()); status.Failed()) return status;
-  if (Status status = AddCopy(*list.Get(), item, source, slot.At()); status.Failed()) return status;
+  TRY(Create(listItem, Leaves::kEmpty, list.Out(), slot.At()));
+  TRY(AddCopy(*list.Get(), item, source, slot.At()));
   return Take(slot, listItem, list.Release());
 }
 
 // Releases the element at an index.
 template <class Element>
-Status RemoveElement(ListOf<Element>* list, const TypeOf<Element>& item, uint32_t index, Site at = {}) {
+Status RemoveElement(ListOf<Element>* list, const TypeOf<Element>& item, uint32_t index, Caller at = {}) {
   return list == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : RemoveAt(*list, item, index, at);
 }
 
-inline Status GetCount(const Asn1List* list, uint32_t* count, Site at = {}) {
+inline Status GetCount(const Asn1List* list, uint32_t* count, Caller at = {}) {
   if (list == nullptr || count == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   *count = list->count;
   return Status();
@@ -143,7 +143,7 @@ inline Status GetCount(const Asn1List* list, uint32_t* count, Site at = {}) {
 
 // Lends the element.
 template <class Element>
-Status GetElement(const ListOf<Element>* list, uint32_t index, Element** element, Site at = {}) {
+Status GetElement(const ListOf<Element>* list, uint32_t index, Element** element, Caller at = {}) {
   if (list == nullptr || element == nullptr || index >= list->count) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (list->At(index) == nullptr) return Fail(TESSEL_ABSENT, at);
   *element = list->At(index);

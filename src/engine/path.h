@@ -1,4 +1,4 @@
-// The way to a member of a tree, named once under its struct and used by every function that touches the member.
+// The way to a member of a tree, named once in a source file and used by every function that touches the member.
 #pragma once
 
 #include <cstdint>
@@ -18,38 +18,55 @@ class Path {
 
  public:
   // The slot of the last member. Unreachable: a null root is TESSEL_INVALID_ARGUMENT, a null member on the way
-  // TESSEL_ABSENT. Functions that only read have a const root; all they do with the slot is to load it.
-  static auto In(const Root* root, Site at = {}) {
-    return Step<first, rest...>(const_cast<Root*>(root), root == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : Status(),
-                                at);
+  // TESSEL_ABSENT.
+  static auto In(Root* root, Caller at = {}) { return Step<Slot, first, rest...>(root, StatusOf(root, at), at); }
+  static auto In(const Root* root, Caller at = {}) {
+    return Step<ReadSlot, first, rest...>(root, StatusOf(root, at), at);
   }
 
-  // The same in the node that a slot holds. Unreachable also as Slot::Load tells.
-  static auto In(const Slot<Root>& slot) {
-    Root* root = nullptr;
-    Status status = slot.Load(root);
-    return Step<first, rest...>(root, status, slot.At());
-  }
-
-  // The same in an element of a list. Unreachable also as GetElement tells.
-  static auto InElement(const ListOf<Root>* list, uint32_t index, Site at = {}) {
-    Root* element = nullptr;
-    Status status = GetElement(list, index, &element, at);
-    return Step<first, rest...>(element, status, at);
-  }
+  // The same in the node that a slot holds. Unreachable also as its Load tells.
+  static auto In(const Slot<Root>& slot) { return StepFrom<Slot>(slot); }
+  static auto In(const ReadSlot<Root>& slot) { return StepFrom<ReadSlot>(slot); }
 
  private:
-  template <auto member, auto... further, class Struct>
-  static auto Step(Struct* parent, Status status, Site at) {
-    using Child = std::remove_pointer_t<std::remove_reference_t<decltype(parent->*member)>>;
+  static Status StatusOf(const Root* root, SourceLocation at) {
+    return root == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : Status();
+  }
+
+  template <template <class> class Result>
+  static auto StepFrom(const auto& slot) {
+    Root* root = nullptr;
+    Status status = slot.Load(root);
+    return Step<Result, first, rest...>(root, status, slot.At());
+  }
+
+  template <template <class> class Result, auto member, auto... further, class Struct>
+  static auto Step(Struct* parent, Status status, SourceLocation at) {
+    using Child = std::remove_pointer_t<std::remove_cvref_t<decltype(parent->*member)>>;
     if constexpr (sizeof...(further) == 0) {
-      return status.Failed() ? Slot<Child>(status, at) : Slot<Child>(parent->*member, at);
+      return status.Failed() ? Result<Child>(status, at) : Result<Child>(parent->*member, at);
     } else {
       Child* child = status.Failed() ? nullptr : parent->*member;
       if (status.Ok() && child == nullptr) status = Fail(TESSEL_ABSENT, at);
-      return Step<further...>(child, status, at);
+      return Step<Result, further...>(child, status, at);
     }
   }
 };
+
+// An element of a list, for a path to lead on from. Unreachable as GetElement tells.
+template <class Element>
+ReadSlot<Element> ElementOf(const ListOf<Element>* list, uint32_t index, Caller at = {}) {
+  Element* element = nullptr;
+  const Status status = GetElement(list, index, &element, at);
+  return status.Failed() ? ReadSlot<Element>(status, at) : ReadSlot<Element>(element, at);
+}
+
+// The same of the list that a slot holds. Unreachable also as its Load tells.
+template <class List>
+auto ElementOf(const ReadSlot<List>& slot, uint32_t index) {
+  List* list = nullptr;
+  const Status status = slot.Load(list);
+  return status.Failed() ? ReadSlot<typename List::ElementType>(status, slot.At()) : ElementOf(list, index, slot.At());
+}
 
 }  // namespace tessel

@@ -6,8 +6,8 @@ namespace tessel {
 namespace {
 
 bool HasRightCount(const Asn1Item& item) {
-  if (ShapeOf(item) == Shape::kListNode) return item.memberCount == 1;
-  if (ShapeOf(item) == Shape::kSlotsNode) return item.nodeSize == uint64_t{item.memberCount} * sizeof(void*);
+  if (NodeLayoutOf(item) == NodeLayout::kListNode) return item.memberCount == 1;
+  if (NodeLayoutOf(item) == NodeLayout::kSlotsNode) return item.nodeSize == uint64_t{item.memberCount} * sizeof(void*);
   return true;
 }
 

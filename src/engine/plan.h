@@ -42,34 +42,44 @@ bool IsConsistent(const Asn1Item& item);
 inline constexpr uint32_t kMaximumDepth = 64;
 
 // What a kind's nodes look like.
-enum class Shape : uint8_t { kNotAKind, kValueNode, kOpenNode, kBitStringNode, kChoiceNode, kListNode, kSlotsNode };
+enum class NodeLayout : uint8_t {
+  kNotAKind,
+  kValueNode,
+  kOpenNode,
+  kBitStringNode,
+  kChoiceNode,
+  kListNode,
+  kSlotsNode
+};
 
-constexpr bool IsValueShape(Shape shape) { return shape == Shape::kValueNode || shape == Shape::kOpenNode; }
+constexpr bool IsValueLayout(NodeLayout layout) {
+  return layout == NodeLayout::kValueNode || layout == NodeLayout::kOpenNode;
+}
 
 namespace detail {
 
 inline constexpr uint32_t kKindCount = TESSEL_KIND_SET_OF + 1;
 
-consteval std::array<Shape, kKindCount> MakeShapes() {
-  std::array<Shape, kKindCount> shapes{};
-  for (size_t kind : {1U, 2U, 4U, 5U, 6U, 10U, 12U, 30U}) shapes[kind] = Shape::kValueNode;
+consteval std::array<NodeLayout, kKindCount> MakeNodeLayouts() {
+  std::array<NodeLayout, kKindCount> layouts{};
+  for (size_t kind : {1U, 2U, 4U, 5U, 6U, 10U, 12U, 30U}) layouts[kind] = NodeLayout::kValueNode;
   for (size_t kind = TESSEL_KIND_NUMERIC_STRING; kind <= TESSEL_KIND_UNIVERSAL_STRING; ++kind) {
-    shapes[kind] = Shape::kValueNode;
+    layouts[kind] = NodeLayout::kValueNode;
   }
-  shapes[TESSEL_KIND_BIT_STRING] = Shape::kBitStringNode;
-  shapes[TESSEL_KIND_ANY] = Shape::kOpenNode;
-  shapes[TESSEL_KIND_CHOICE] = Shape::kChoiceNode;
-  shapes[TESSEL_KIND_SEQUENCE_OF] = shapes[TESSEL_KIND_SET_OF] = Shape::kListNode;
-  shapes[TESSEL_KIND_SEQUENCE] = shapes[TESSEL_KIND_SET] = Shape::kSlotsNode;
-  return shapes;
+  layouts[TESSEL_KIND_BIT_STRING] = NodeLayout::kBitStringNode;
+  layouts[TESSEL_KIND_ANY] = NodeLayout::kOpenNode;
+  layouts[TESSEL_KIND_CHOICE] = NodeLayout::kChoiceNode;
+  layouts[TESSEL_KIND_SEQUENCE_OF] = layouts[TESSEL_KIND_SET_OF] = NodeLayout::kListNode;
+  layouts[TESSEL_KIND_SEQUENCE] = layouts[TESSEL_KIND_SET] = NodeLayout::kSlotsNode;
+  return layouts;
 }
 
-inline constexpr std::array<Shape, kKindCount> kShapes = MakeShapes();
+inline constexpr std::array<NodeLayout, kKindCount> kNodeLayouts = MakeNodeLayouts();
 
 }  // namespace detail
 
-constexpr Shape ShapeOf(const Asn1Item& item) {
-  return item.kind < detail::kKindCount ? detail::kShapes[item.kind] : Shape::kNotAKind;
+constexpr NodeLayout NodeLayoutOf(const Asn1Item& item) {
+  return item.kind < detail::kKindCount ? detail::kNodeLayouts[item.kind] : NodeLayout::kNotAKind;
 }
 
 // How an element is read and written, when that can be told at once: it carries an identifier octet of its own. The
@@ -88,22 +98,22 @@ constexpr Form FormOf(const Asn1Item& item, bool hasDefault, bool isList) {
   const bool isConstructed = ConstructedBit(item) != 0;
   const bool isOwnOctet = OwnTag(item) < kSmallestHighTag && (OwnTag(item) | TagClass(item)) != 0;
   const auto unless = [](bool isOdd, Form form) { return isOdd ? Form::kNone : form; };
-  switch (ShapeOf(item)) {
-    case Shape::kOpenNode:
+  switch (NodeLayoutOf(item)) {
+    case NodeLayout::kOpenNode:
       return unless(hasDefault || TagClass(item) != TESSEL_CLASS_UNIVERSAL, Form::kOpen);
-    case Shape::kChoiceNode:
+    case NodeLayout::kChoiceNode:
       return unless(hasDefault, Form::kChoice);
-    case Shape::kValueNode:
+    case NodeLayout::kValueNode:
       if (isConstructed || !isOwnOctet) return Form::kNone;
       if (!hasDefault) return Form::kValue;
       return unless(item.kind > TESSEL_KIND_INTEGER || !IsOptional(item), Form::kValueWithDefault);
-    case Shape::kBitStringNode:
+    case NodeLayout::kBitStringNode:
       return unless(hasDefault || isConstructed || !isOwnOctet, Form::kBits);
-    case Shape::kListNode:
+    case NodeLayout::kListNode:
       return unless(hasDefault || !isConstructed || !isOwnOctet || !isList, Form::kList);
-    case Shape::kSlotsNode:
+    case NodeLayout::kSlotsNode:
       return unless(hasDefault || !isConstructed || !isOwnOctet || item.kind == TESSEL_KIND_SET, Form::kSlots);
-    case Shape::kNotAKind:
+    case NodeLayout::kNotAKind:
       break;
   }
   return Form::kNone;
@@ -148,7 +158,7 @@ struct Plan {
         memberCount(source.memberCount),
         kind(source.kind),
         identifier(IdentifierOf(source, itsForm)),
-        shape(ShapeOf(source)),
+        layout(NodeLayoutOf(source)),
         form(itsForm) {}
 
   const Asn1Item* item;
@@ -157,7 +167,7 @@ struct Plan {
   uint32_t memberCount;
   uint32_t kind;
   uint16_t identifier;
-  Shape shape;
+  NodeLayout layout;
   Form form;
 };
 

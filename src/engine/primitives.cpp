@@ -33,18 +33,18 @@ void Replace(Node& node, uint8_t* data, uint32_t length) {
 // The descriptor of a primitive type whose content is plain octets, made of the low octet of a tag.
 Status PlainType(uint32_t tag, Item<Asn1Value>& item) {
   item = {{0, tag & 0xFF, kNoTagNumber, 0, nullptr, 0, nullptr}};
-  return ShapeOf(item) == Shape::kValueNode ? Status() : Fail(TESSEL_UNSUPPORTED_KIND);
+  return NodeLayoutOf(item) == NodeLayout::kValueNode ? Status() : Fail(TESSEL_UNSUPPORTED_KIND);
 }
 
 }  // namespace
 
-Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Site at) {
+Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Caller at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (value.data == nullptr && value.length != 0) return Fail(TESSEL_ABSENT, at);
   return Deliver(ContentOf(value), buffer, length, at);
 }
 
-Status ReadInt32(const Asn1Value& value, int32_t* number, Site at) {
+Status ReadInt32(const Asn1Value& value, int32_t* number, Caller at) {
   if (number == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (value.data == nullptr) return Fail(TESSEL_ABSENT, at);
   const Octets content = ContentOf(value);
@@ -55,21 +55,21 @@ Status ReadInt32(const Asn1Value& value, int32_t* number, Site at) {
   return Status();
 }
 
-Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Site at) {
+Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Caller at) {
   if (flag == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (!IsBooleanContent(ContentOf(value))) return Fail(TESSEL_INVALID_CONTENT, at);
   *flag = value.data[0] != 0 ? 1 : 0;
   return Status();
 }
 
-Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused, Site at) {
+Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused, Caller at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (bits.data == nullptr) return Fail(TESSEL_ABSENT, at);
   if (unused != nullptr) *unused = static_cast<uint8_t>(bits.unused);
   return Deliver(ContentOf(bits), buffer, length, at);
 }
 
-Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at) {
+Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Caller at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   TreeOwner<Asn1Value> value(item);
   Status status = Decode(item, encoding.data(), static_cast<uint32_t>(encoding.size()), value.Out(), at);
@@ -93,7 +93,7 @@ Status SetContent(Asn1Value& value, uint32_t tag, Octets content) {
   return Status();
 }
 
-Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Site at) {
+Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Caller at) {
   constexpr uint8_t kMostUnusedBits = 7;
   if (octets == nullptr || unused > kMostUnusedBits) return Fail(TESSEL_INVALID_ARGUMENT, at);
   uint8_t* copy = nullptr;
@@ -198,7 +198,7 @@ uint32_t TESSEL_CALL EncodeAsn1Int32(int32_t number, uint8_t* buffer, uint32_t* 
 uint32_t TESSEL_CALL DecodeAsn1Int32(const uint8_t* data, uint32_t size, int32_t* number) {
   if (number == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   TreeOwner value(kInteger);
-  if (Status status = Decode(kInteger, data, size, value.Out()); status.Failed()) return status;
+  TRY(Decode(kInteger, data, size, value.Out()));
   return GetAsn1Int32(value.Get(), number);
 }
 
@@ -206,7 +206,7 @@ uint32_t TESSEL_CALL EncodeAsn1PrimitiveValue(uint32_t tag, const uint8_t* conte
                                               uint32_t* length) {
   if (content == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Item<Asn1Value> item{};
-  if (Status status = PlainType(tag, item); status.Failed()) return status;
+  TRY(PlainType(tag, item));
   const Asn1Value value = Borrow(item.kind, {content, size});
   return Encode(item, &value, buffer, length);
 }
@@ -215,7 +215,7 @@ uint32_t TESSEL_CALL DecodeAsn1PrimitiveValue(uint32_t tag, const uint8_t* data,
                                               uint32_t* length) {
   if (data == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Item<Asn1Value> item{};
-  if (Status status = PlainType(tag, item); status.Failed()) return status;
+  TRY(PlainType(tag, item));
   return DecodeContent(item, {data, size}, buffer, length);
 }
 

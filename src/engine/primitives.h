@@ -20,13 +20,14 @@ inline bool IsIntegerContent(Octets content) {
 }
 
 // As the exported functions of these names, GetAsn1..., on nodes that are there.
-Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Site at = {});
-Status ReadInt32(const Asn1Value& value, int32_t* number, Site at = {});
-Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Site at = {});
-Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr, Site at = {});
+Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Caller at = {});
+Status ReadInt32(const Asn1Value& value, int32_t* number, Caller at = {});
+Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Caller at = {});
+Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr,
+                Caller at = {});
 
 // Reads the element of a plain type at the start of `encoding`, and delivers its content.
-Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Site at = {});
+Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Caller at = {});
 
 // A new node with a copy of the content, or null when there is no memory.
 Asn1Value* NewValue(uint32_t tag, Octets content);
@@ -35,6 +36,6 @@ Asn1Value* NewValue(uint32_t tag, Octets content);
 Status SetContent(Asn1Value& value, uint32_t tag, Octets content);
 
 // Replaces the bits of a node by a copy. Unused bits become 0. When it fails the node is as it was.
-Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Site at = {});
+Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Caller at = {});
 
 }  // namespace tessel

@@ -6,22 +6,22 @@
 
 namespace tessel {
 
-Status GetContent(const Slot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length) {
+Status GetContent(const ReadSlot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length) {
   Asn1Value* value = nullptr;
-  if (Status status = slot.Load(value); status.Failed()) return status;
+  TRY(slot.Load(value));
   return ReadValue(*value, buffer, length, slot.At());
 }
 
 Status SetContent(const Slot<Asn1Value>& slot, Asn1Kind kind, const uint8_t* octets, uint32_t size) {
   Asn1Value* value = nullptr;
-  if (Status status = slot.Load(value); status.Failed()) return status;
+  TRY(slot.Load(value));
   if (octets == nullptr || size == 0) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
   return SetContent(*value, static_cast<uint32_t>(kind), {octets, size});
 }
 
-Status GetNumber(const Slot<Asn1Value>& slot, int32_t* number) {
+Status GetNumber(const ReadSlot<Asn1Value>& slot, int32_t* number) {
   Asn1Value* value = nullptr;
-  if (Status status = slot.Load(value); status.Failed()) return status;
+  TRY(slot.Load(value));
   return ReadInt32(*value, number, slot.At());
 }
 
@@ -29,18 +29,18 @@ Status SetNumber(const Slot<Asn1Value>& slot, int32_t number) {
   return Store(slot, kInteger, &NumberNode(TESSEL_KIND_INTEGER, number).Node());
 }
 
-Status GetBits(const Slot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* length, uint8_t* unused) {
+Status GetBits(const ReadSlot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* length, uint8_t* unused) {
   Asn1BitString* bits = nullptr;
-  if (Status status = slot.Load(bits); status.Failed()) return status;
+  TRY(slot.Load(bits));
   return ReadBits(*bits, buffer, length, unused, slot.At());
 }
 
 Status SetBits(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint32_t size, uint8_t unused) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  TRY(slot.Unreachable());
   const Asn1BitString none{};
   TreeOwner<Asn1BitString> bits(kBitString);
-  if (Status status = Copy(kBitString, &none, bits.Out()); status.Failed()) return status;
-  if (Status status = SetBits(*bits.Get(), octets, size, unused, slot.At()); status.Failed()) return status;
+  TRY(Copy(kBitString, &none, bits.Out(), slot.At()));
+  TRY(SetBits(*bits.Get(), octets, size, unused, slot.At()));
   return Take(slot, kBitString, bits.Release());
 }
 

@@ -6,6 +6,7 @@
 
 #include "engine/codec.h"
 #include "engine/lifecycle.h"
+#include "engine/require.h"
 #include "engine/status.h"
 #include "engine/tree_owner.h"
 #include "tessel/asn1.hpp"
@@ -13,47 +14,73 @@
 
 namespace tessel {
 
-// Where the pointer to a member stands, or why it cannot be reached. Made by Path and by functions that start from a
-// public handle; every function below first passes on that reason.
+// A member that a function reads, or why it cannot be reached. Slots are made by Path and by functions that start from
+// a public handle; every function below first passes on that reason.
 template <class Node>
-class Slot {
+class ReadSlot {
  public:
-  Slot(Node*& member, Site at) : member_(&member), at_(at) {}
-  Slot(Status unreachable, Site at) : unreachable_(unreachable), at_(at) {}
+  // The node can be null: a member that is absent.
+  ReadSlot(Node* node, SourceLocation at) : node_(node), at_(at) {}
+  ReadSlot(Status unreachable, SourceLocation at) : unreachable_(unreachable), at_(at) {}
 
   // The place of the function that the slot was made for.
-  [[nodiscard]] Site At() const { return at_; }
+  [[nodiscard]] SourceLocation At() const { return at_; }
   [[nodiscard]] Status Unreachable() const { return unreachable_; }
-  // Only of a slot that is reachable.
-  [[nodiscard]] Node*& Member() const { return *member_; }
 
   // The member's node. TESSEL_ABSENT: there is none.
   Status Load(Node*& node) const {
-    if (unreachable_.Failed()) return unreachable_;
-    if (*member_ == nullptr) return Fail(TESSEL_ABSENT, at_);
-    node = *member_;
+    TRY(unreachable_);
+    if (node_ == nullptr) return Fail(TESSEL_ABSENT, at_);
+    node = node_;
     return Status();
   }
 
   // The node, or null when it is absent or cannot be reached.
-  [[nodiscard]] Node* OrNull() const { return unreachable_.Ok() ? *member_ : nullptr; }
+  [[nodiscard]] Node* OrNull() const { return node_; }
+
+ private:
+  Status unreachable_;
+  Node* node_ = nullptr;
+  SourceLocation at_;
+};
+
+// A member that a function changes: where the pointer to its node stands.
+template <class Node>
+class Slot {
+ public:
+  Slot(Node*& member, SourceLocation at) : member_(&member), at_(at) {}
+  Slot(Status unreachable, SourceLocation at) : unreachable_(unreachable), at_(at) {}
+
+  operator ReadSlot<Node>() const {
+    return unreachable_.Failed() ? ReadSlot<Node>(unreachable_, at_) : ReadSlot<Node>(*member_, at_);
+  }
+  [[nodiscard]] SourceLocation At() const { return at_; }
+  [[nodiscard]] Status Unreachable() const { return unreachable_; }
+  Status Load(Node*& node) const { return ReadSlot<Node>(*this).Load(node); }
+  [[nodiscard]] Node* OrNull() const { return ReadSlot<Node>(*this).OrNull(); }
+
+  // Only of a slot that is reachable.
+  [[nodiscard]] Node*& Member() const {
+    Require(unreachable_.Ok());
+    return *member_;
+  }
 
  private:
   Status unreachable_;
   Node** member_ = nullptr;
-  Site at_;
+  SourceLocation at_;
 };
 
 // A handle as a slot. Unreachable: a null one is TESSEL_INVALID_ARGUMENT.
 template <class Node>
-Slot<Node> SlotOf(Node*& handle, Site at = {}) {
+Slot<Node> SlotOf(Node*& handle, Caller at = {}) {
   return handle == nullptr ? Slot<Node>(Fail(TESSEL_INVALID_ARGUMENT, at), at) : Slot<Node>(handle, at);
 }
 
 // Puts a node into the slot, which takes it, in place of the one that it holds.
 template <class Node>
 Status Take(const Slot<Node>& slot, const TypeOf<Node>& item, Node* node) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  TRY(slot.Unreachable());
   NoteChange();
   Node* held = std::exchange(slot.Member(), Taken(node));
   if (held != node) FreeTree(item, held);
@@ -89,10 +116,9 @@ class Replacement {
 // what they are copied from can be a part of what the slots hold.
 template <class... Replacements>
 Status TakeAll(Replacements... replacements) {
-  Status status;
-  ((status = status.Ok() ? replacements.Made() : status), ...);
-  if (status.Ok()) (replacements.Take(), ...);
-  return status;
+  TRY(FirstFailure(replacements.Made()...));
+  (replacements.Take(), ...);
+  return Status();
 }
 
 // The same with one.
@@ -104,24 +130,24 @@ Status Store(const Slot<Node>& slot, const TypeOf<Node>& item, const Node* sourc
 
 // The encoding of the member alone, in the caller's buffer.
 template <class Node>
-Status EncodeMember(const Slot<Node>& slot, const TypeOf<Node>& item, uint8_t* buffer, uint32_t* length) {
+Status EncodeMember(const ReadSlot<Node>& slot, const TypeOf<Node>& item, uint8_t* buffer, uint32_t* length) {
   Node* node = nullptr;
-  if (Status status = slot.Load(node); status.Failed()) return status;
+  TRY(slot.Load(node));
   return Encode(item, node, buffer, length, slot.At());
 }
 
 // Members of primitive types.
 
 // An INTEGER, OCTET STRING, ... as content octets. Setting needs at least one, and a node to put them in.
-Status GetContent(const Slot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length);
+Status GetContent(const ReadSlot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length);
 Status SetContent(const Slot<Asn1Value>& slot, Asn1Kind kind, const uint8_t* octets, uint32_t size);
 
 // An INTEGER as a number. Setting makes the node when there is none.
-Status GetNumber(const Slot<Asn1Value>& slot, int32_t* number);
+Status GetNumber(const ReadSlot<Asn1Value>& slot, int32_t* number);
 Status SetNumber(const Slot<Asn1Value>& slot, int32_t number);
 
 // A BIT STRING; `unused` can be null. Setting stores a new node.
-Status GetBits(const Slot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr);
+Status GetBits(const ReadSlot<Asn1BitString>& slot, uint8_t* buffer, uint32_t* length, uint8_t* unused = nullptr);
 Status SetBits(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint32_t size, uint8_t unused = 0);
 
 }  // namespace tessel

@@ -14,7 +14,7 @@ std::atomic<uint32_t> lastLine{UINT32_MAX};
 
 }  // namespace
 
-void RecordFailure(Site at) {
+void RecordFailure(SourceLocation at) {
   lastModule.store(at.module, std::memory_order_relaxed);
   lastLine.store(at.line, std::memory_order_relaxed);
 }

@@ -15,45 +15,45 @@ bool IsNull(const LibraryTime& time) { return IsLibraryTimeNull(&time) != 0; }
 bool IsNull(const LibraryPreciseTime& time) { return IsLibraryPreciseTimeNull(&time) != 0; }
 
 template <class Record>
-Status Read(const Asn1Value* node, std::optional<Record> (*parse)(Octets), Record* time, Site at) {
+Status Read(const Asn1Value* node, std::optional<Record> (*parse)(Octets), Record* time, Caller at) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  if (node == nullptr || ContentOf(*node).empty()) return Fail(TESSEL_MALFORMED);
+  if (node == nullptr || ContentOf(*node).empty()) return Fail(TESSEL_MALFORMED, at);
   const std::optional<Record> fields = parse(ContentOf(*node));
-  return fields ? SetFields(time, *fields) : Fail(TESSEL_INVALID_CONTENT);
+  return fields ? SetFields(time, *fields, at) : Fail(TESSEL_INVALID_CONTENT, at);
 }
 
 template <class Node>
-Status DecodeAndRead(const TypeOf<Node>& item, const uint8_t* data, uint32_t size, LibraryTime* time,
-                     Status (*read)(const Node&, LibraryTime*, Site), Site at = {}) {
+Status DecodeAndRead(const Type<Node>& type, const uint8_t* data, uint32_t size, LibraryTime* time,
+                     Status (*read)(const Node&, LibraryTime*, Caller), Caller at = {}) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  TreeOwner<Node> tree(item);
-  if (Status status = Decode(item, data, size, tree.Out(), at); status.Failed()) return status;
+  TreeOwner<Node> tree(type);
+  TRY(Decode(type, data, size, tree.Out(), at));
   return read(*tree.Get(), time, at);
 }
 
 }  // namespace
 
-Status ReadTime(const Time& node, LibraryTime* time, Site at) {
+Status ReadTime(const Time& node, LibraryTime* time, Caller at) {
   const auto* value = static_cast<const Asn1Value*>(node.value);
   if (node.index == Time::utcTime) return Read(value, ParseUtcTime, time, at);
   if (node.index == Time::generalTime) return Read(value, ParseGeneralizedTime, time, at);
-  return Fail(TESSEL_INVALID_CONTENT);
+  return Fail(TESSEL_INVALID_CONTENT, at);
 }
 
-Status ReadGeneralizedTime(const Asn1Value& node, LibraryTime* time, Site at) {
+Status ReadGeneralizedTime(const Asn1Value& node, LibraryTime* time, Caller at) {
   return Read(&node, ParseGeneralizedTime, time, at);
 }
 
-Status ReadPreciseTime(const Asn1Value& node, LibraryPreciseTime* time, Site at) {
+Status ReadPreciseTime(const Asn1Value& node, LibraryPreciseTime* time, Caller at) {
   return Read(&node, ParsePreciseTime, time, at);
 }
 
-Status ReadCrlIssuedTime(const Asn1Value& node, LibraryTime* time, Site at) {
+Status ReadCrlIssuedTime(const Asn1Value& node, LibraryTime* time, Caller at) {
   return Read(&node, ParseCrlIssuedTime, time, at);
 }
 
 template <class Record>
-Status TimeNode::Hold(Asn1Kind kind, const Record* time, TimeText (*format)(const Record&), Site at) {
+Status TimeNode::Hold(Asn1Kind kind, const Record* time, TimeText (*format)(const Record&), Caller at) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (IsNull(*time)) return Fail(TESSEL_INVALID_TIME, at);
   text_ = format(*time);
@@ -64,28 +64,28 @@ Status TimeNode::Hold(Asn1Kind kind, const Record* time, TimeText (*format)(cons
   return Status();
 }
 
-Status TimeNode::Set(const LibraryTime* time, Site at) {
+Status TimeNode::Set(const LibraryTime* time, Caller at) {
   if (time != nullptr && time->year >= kFirstGeneralizedYear) return SetGeneralized(time, at);
   return Hold(TESSEL_KIND_UTC_TIME, time, FormatUtcTime, at);
 }
 
-Status TimeNode::SetGeneralized(const LibraryTime* time, Site at) {
+Status TimeNode::SetGeneralized(const LibraryTime* time, Caller at) {
   return Hold(TESSEL_KIND_GENERALIZED_TIME, time, FormatGeneralizedTime, at);
 }
 
-Status TimeNode::SetGeneralized(const LibraryPreciseTime* time, Site at) {
+Status TimeNode::SetGeneralized(const LibraryPreciseTime* time, Caller at) {
   return Hold(TESSEL_KIND_GENERALIZED_TIME, time, FormatPreciseTime, at);
 }
 
-Status GetTime(const Slot<Time>& slot, LibraryTime* time) {
+Status GetTime(const ReadSlot<Time>& slot, LibraryTime* time) {
   Time* node = nullptr;
-  if (Status status = slot.Load(node); status.Failed()) return status;
+  TRY(slot.Load(node));
   return ReadTime(*node, time, slot.At());
 }
 
 Status SetTime(const Slot<Time>& slot, const LibraryTime* time) {
   TimeNode node;
-  if (Status status = node.Set(time, slot.At()); status.Failed()) return status;
+  TRY(node.Set(time, slot.At()));
   return Store(slot, kTime, static_cast<const Time*>(node.AsTime()));
 }
 
@@ -94,23 +94,23 @@ Status SetTime(const Slot<Time>& slot, const LibraryTime* time) {
 using namespace tessel;
 
 uint32_t TESSEL_CALL DecodeTime(const uint8_t* data, uint32_t size, LibraryTime* time) {
-  return DecodeAndRead(kTime, data, size, time, ReadTime);
+  return DecodeAndRead<Time>(kTime, data, size, time, ReadTime);
 }
 
 uint32_t TESSEL_CALL DecodeAsn1GeneralizedTime(const uint8_t* data, uint32_t size, LibraryTime* time) {
-  return DecodeAndRead(kGeneralizedTime, data, size, time, ReadGeneralizedTime);
+  return DecodeAndRead<Asn1Value>(kGeneralizedTime, data, size, time, ReadGeneralizedTime);
 }
 
 uint32_t TESSEL_CALL EncodeTime(const LibraryTime* time, uint8_t* buffer, uint32_t* length) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   TimeNode node;
-  if (Status status = node.Set(time); status.Failed()) return status;
+  TRY(node.Set(time));
   return Encode(kTime, node.AsTime(), buffer, length);
 }
 
 uint32_t TESSEL_CALL EncodeAsn1GeneralizedTime(const LibraryTime* time, uint8_t* buffer, uint32_t* length) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   TimeNode node;
-  if (Status status = node.SetGeneralized(time); status.Failed()) return status;
+  TRY(node.SetGeneralized(time));
   return Encode(kGeneralizedTime, node.AsValue(), buffer, length);
 }

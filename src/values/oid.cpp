@@ -135,7 +135,7 @@ bool AppendArcs(std::string_view text, OidBuilder& oid) {
 
 }  // namespace
 
-Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Site at) {
+Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Caller at) {
   if (content.size() > kMaximumOidContent) return Fail(TESSEL_MALFORMED, at);
   Status status = Offer(content.size() + 1, buffer, length, at);
   if (status.Failed() || buffer == nullptr) return status;
@@ -144,9 +144,9 @@ Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Site at) {
   return status;
 }
 
-Status GetOid(const Slot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length) {
+Status GetOid(const ReadSlot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length) {
   Asn1Oid* oid = nullptr;
-  if (Status status = slot.Load(oid); status.Failed()) return status;
+  TRY(slot.Load(oid));
   return DeliverOid(ContentOf(*oid), buffer, length, slot.At());
 }
 
@@ -156,7 +156,7 @@ Status SetOid(const Slot<Asn1Oid>& slot, const uint8_t* counted) {
   return Store(slot, kOid, &source);
 }
 
-Status FindId(OidTable table, Octets content, uint32_t& id, Site at) {
+Status FindId(OidTable table, Octets content, uint32_t& id, Caller at) {
   for (const OidRow& row : table) {
     if (!std::ranges::equal(row.oid.Content(), content)) continue;
     id = row.id;
@@ -165,7 +165,7 @@ Status FindId(OidTable table, Octets content, uint32_t& id, Site at) {
   return Fail(TESSEL_UNKNOWN_OID, at);
 }
 
-Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Site at) {
+Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Caller at) {
   for (const OidRow& row : table) {
     if (row.id != id) continue;
     counted = row.oid.Data();
@@ -178,15 +178,15 @@ OidTable AlgorithmTable() { return kAlgorithms; }
 
 namespace {
 
-Status TellId(OidTable table, const uint8_t* counted, uint32_t* id, Site at = {}) {
+Status TellId(OidTable table, const uint8_t* counted, uint32_t* id, Caller at = {}) {
   if (counted == nullptr || id == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return FindId(table, OidContent(counted), *id, at);
 }
 
-Status DeliverOidOf(OidTable table, uint32_t id, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status DeliverOidOf(OidTable table, uint32_t id, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   const uint8_t* counted = nullptr;
-  if (Status status = FindOid(table, id, counted, at); status.Failed()) return status;
+  TRY(FindOid(table, id, counted, at));
   return DeliverOid(OidContent(counted), buffer, length, at);
 }
 
@@ -220,13 +220,13 @@ uint32_t TESSEL_CALL DecodeAsn1Oid(const uint8_t* data, uint32_t size, uint8_t* 
   if (data == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Octets input(data, size);
   Header header{};
-  if (Status status = ReadHeader(input, header); status.Failed()) return status;
+  TRY(ReadHeader(input, header));
   if (header.indefinite) return Fail(TESSEL_INDEFINITE_LENGTH);
   if (header.tagClass != TESSEL_CLASS_UNIVERSAL || header.tagNumber != TESSEL_KIND_OBJECT_IDENTIFIER) {
     return Fail(TESSEL_MALFORMED);
   }
   Octets content;
-  if (Status status = ReadContent(input, header, content); status.Failed()) return status;
+  TRY(ReadContent(input, header, content));
   return DeliverOid(content, buffer, length);
 }
 

@@ -21,10 +21,10 @@ inline constexpr size_t kMaximumOidContent = 255;
 constexpr Octets OidContent(const uint8_t* counted) { return {counted + 1, counted[0]}; }
 
 // Delivers content octets as a counted identifier. TESSEL_MALFORMED: there are more than can be counted.
-Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Site at = {});
+Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Caller at = {});
 
 // A member as a counted identifier. Setting always stores a new node.
-Status GetOid(const Slot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length);
+Status GetOid(const ReadSlot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length);
 Status SetOid(const Slot<Asn1Oid>& slot, const uint8_t* counted);
 
 // A counted identifier known when the library is compiled, written as text: Oid("2.5.4.3").
@@ -73,8 +73,8 @@ struct OidRow {
 };
 using OidTable = std::span<const OidRow>;
 
-Status FindId(OidTable table, Octets content, uint32_t& id, Site at = {});
-Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Site at = {});
+Status FindId(OidTable table, Octets content, uint32_t& id, Caller at = {});
+Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Caller at = {});
 
 // As FindAlgIdByOid and GetPublicKeyAlgorithmOid have it.
 OidTable AlgorithmTable();

@@ -62,7 +62,7 @@ constexpr std::string_view kShortParameterSets = "ABCXYDabcxy";
 
 bool IsKeyLength(uint32_t size) { return size == kShortKey || size == kLongKey; }
 
-Status Reverse(const uint8_t* signature, uint32_t size, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status Reverse(const uint8_t* signature, uint32_t size, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   if (signature == nullptr || length == nullptr || !IsKeyLength(size)) return Fail(TESSEL_INVALID_ARGUMENT, at);
   std::array<uint8_t, kLongKey> reversed;
   std::reverse_copy(signature, signature + size, reversed.begin());

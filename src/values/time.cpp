@@ -21,7 +21,7 @@ namespace {
 // Records.
 
 template <class Record>
-Status CreateRecord(Record** record, Site at = {}) {
+Status CreateRecord(Record** record, Caller at = {}) {
   if (record == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   void* memory = AllocateOctets(sizeof(Record));
   *record = memory == nullptr ? nullptr : new (memory) Record{};
@@ -34,7 +34,7 @@ Status FreeRecord(void* record) {
 }
 
 template <class Record>
-Status CopyRecord(Record* destination, const Record* source, Site at = {}) {
+Status CopyRecord(Record* destination, const Record* source, Caller at = {}) {
   if (destination == nullptr || source == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   *destination = *source;
   return Status();
@@ -56,7 +56,7 @@ AccuracyFields FieldsOf(const Accuracy& accuracy) {
 }
 
 template <class Record, size_t count>
-Status GetFields(const Record* record, uint32_t* const (&outputs)[count], Site at = {}) {
+Status GetFields(const Record* record, uint32_t* const (&outputs)[count], Caller at = {}) {
   for (const uint32_t* output : outputs) {
     if (output == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   }
@@ -102,7 +102,7 @@ constexpr uint32_t DaysIn(uint32_t month, uint32_t february) {
 constinit std::atomic<uint32_t> lastFebruary{kShortFebruary};
 
 template <class Record>
-Status AddDays(Record* time, uint32_t days, Site at = {}) {
+Status AddDays(Record* time, uint32_t days, Caller at = {}) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (!IsMonth(time->month)) return Fail(TESSEL_INVALID_TIME, at);
   uint32_t february = IsLeap(time->year) ? kLongFebruary : lastFebruary.load(std::memory_order_relaxed);
@@ -206,7 +206,7 @@ bool StoreAll(LibraryPreciseTime& time, const LibraryPreciseTime& fields) {
 }
 
 template <class Record>
-Status StoreFields(Record* time, const Record& fields, Site at) {
+Status StoreFields(Record* time, const Record& fields, Caller at) {
   if (time == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return StoreAll(*time, fields) ? Status() : Fail(TESSEL_INVALID_TIME, at);
 }
@@ -220,9 +220,9 @@ LibraryTime ReadForComparison(const LibraryTime* time) {
 
 }  // namespace
 
-Status SetFields(LibraryTime* time, const LibraryTime& fields, Site at) { return StoreFields(time, fields, at); }
+Status SetFields(LibraryTime* time, const LibraryTime& fields, Caller at) { return StoreFields(time, fields, at); }
 
-Status SetFields(LibraryPreciseTime* time, const LibraryPreciseTime& fields, Site at) {
+Status SetFields(LibraryPreciseTime* time, const LibraryPreciseTime& fields, Caller at) {
   return StoreFields(time, fields, at);
 }
 

@@ -14,16 +14,16 @@
 namespace tessel {
 
 // As SetLibraryTime and SetLibraryPreciseTime: what passes before a field that is out of range is kept.
-Status SetFields(LibraryTime* time, const LibraryTime& fields, Site at = {});
-Status SetFields(LibraryPreciseTime* time, const LibraryPreciseTime& fields, Site at = {});
+Status SetFields(LibraryTime* time, const LibraryTime& fields, Caller at = {});
+Status SetFields(LibraryPreciseTime* time, const LibraryPreciseTime& fields, Caller at = {});
 
 // Read a node into a record, by SetFields. A null handle is TESSEL_INVALID_ARGUMENT, no content TESSEL_MALFORMED,
 // another alternative or a text of another form TESSEL_INVALID_CONTENT.
-Status ReadTime(const Time& node, LibraryTime* time, Site at = {});
-Status ReadGeneralizedTime(const Asn1Value& node, LibraryTime* time, Site at = {});
-Status ReadPreciseTime(const Asn1Value& node, LibraryPreciseTime* time, Site at = {});
+Status ReadTime(const Time& node, LibraryTime* time, Caller at = {});
+Status ReadGeneralizedTime(const Asn1Value& node, LibraryTime* time, Caller at = {});
+Status ReadPreciseTime(const Asn1Value& node, LibraryPreciseTime* time, Caller at = {});
 // For the crlIssuedTime of a CrlValidatedId: a UTCTime of 13 octets, as every valid one is, is TESSEL_INVALID_CONTENT.
-Status ReadCrlIssuedTime(const Asn1Value& node, LibraryTime* time, Site at = {});
+Status ReadCrlIssuedTime(const Asn1Value& node, LibraryTime* time, Caller at = {});
 
 // A record made into a node that lives in its own scope, to be encoded or copied from there. It is no part of a tree.
 class TimeNode {
@@ -34,9 +34,9 @@ class TimeNode {
 
   // Set makes a UTCTime when the year is below 2050, otherwise a GeneralizedTime. A null handle is
   // TESSEL_INVALID_ARGUMENT; a null time, or a field too large for its place in the text, TESSEL_INVALID_TIME.
-  Status Set(const LibraryTime* time, Site at = {});
-  Status SetGeneralized(const LibraryTime* time, Site at = {});
-  Status SetGeneralized(const LibraryPreciseTime* time, Site at = {});
+  Status Set(const LibraryTime* time, Caller at = {});
+  Status SetGeneralized(const LibraryTime* time, Caller at = {});
+  Status SetGeneralized(const LibraryPreciseTime* time, Caller at = {});
 
   [[nodiscard]] Time* AsTime() { return &choice_; }
   // The UTCTime or GeneralizedTime itself.
@@ -44,7 +44,7 @@ class TimeNode {
 
  private:
   template <class Record>
-  Status Hold(Asn1Kind kind, const Record* time, TimeText (*format)(const Record&), Site at);
+  Status Hold(Asn1Kind kind, const Record* time, TimeText (*format)(const Record&), Caller at);
 
   TimeText text_;
   Asn1Value value_{};
@@ -52,7 +52,7 @@ class TimeNode {
 };
 
 // Members. Setting stores a new node; the statuses are those of TimeNode.
-Status GetTime(const Slot<Time>& slot, LibraryTime* time);
+Status GetTime(const ReadSlot<Time>& slot, LibraryTime* time);
 Status SetTime(const Slot<Time>& slot, const LibraryTime* time);
 
 }  // namespace tessel

@@ -86,21 +86,21 @@ const Item<AlgorithmGostR3410Parameters>* GostParametersOf(uint32_t algorithm) {
   }
 }
 
-Status FindSet(OidTable table, const Slot<Asn1Oid>& slot, uint32_t& id) {
+Status FindSet(OidTable table, const ReadSlot<Asn1Oid>& slot, uint32_t& id) {
   Asn1Oid* oid = nullptr;
-  if (Status status = slot.Load(oid); status.Failed()) return status;
+  TRY(slot.Load(oid));
   return FindId(table, ContentOf(*oid), id, slot.At());
 }
 
 // Parameters that are no SEQUENCE of sets are malformed, whatever is wrong with them.
 Status DecodeParameters(const TypeOf<AlgorithmGostR3410Parameters>& item, Octets parameters,
-                        TreeOwner<AlgorithmGostR3410Parameters>& tree, Site at = {}) {
+                        TreeOwner<AlgorithmGostR3410Parameters>& tree, Caller at = {}) {
   Status status = Decode(item, parameters.data(), static_cast<uint32_t>(parameters.size()), tree.Out(), at);
   return status.Ok() || status == TESSEL_OUT_OF_MEMORY ? status : Fail(TESSEL_MALFORMED, at);
 }
 
 // For numbers the schema of 2001 serves for all algorithms.
-Status DecodeSets(Octets parameters, GostParameterSets& sets, Site at = {}) {
+Status DecodeSets(Octets parameters, GostParameterSets& sets, Caller at = {}) {
   TreeOwner<AlgorithmGostR3410Parameters> tree(kAlgorithmGostR34102001Parameters);
   Status status = DecodeParameters(kAlgorithmGostR34102001Parameters, parameters, tree, at);
   if (status.Ok()) status = FindSet(kPublicKeySets, kPublicKeyParamSet.In(tree.Get(), at), sets.publicKey);
@@ -115,7 +115,7 @@ struct GostSetOids {
   const uint8_t* encryption = nullptr;
 };
 
-Status FindSetOids(const GostParameterSets& sets, GostSetOids& oids, Site at = {}) {
+Status FindSetOids(const GostParameterSets& sets, GostSetOids& oids, Caller at = {}) {
   Status status = FindOid(kPublicKeySets, sets.publicKey, oids.publicKey, at);
   if (status.Ok()) status = FindOid(kDigestSets, sets.digest, oids.digest, at);
   if (status.Ok()) status = FindOid(kEncryptionSets, sets.encryption, oids.encryption, at);
@@ -123,7 +123,7 @@ Status FindSetOids(const GostParameterSets& sets, GostSetOids& oids, Site at = {
 }
 
 Status EncodeSets(const TypeOf<AlgorithmGostR3410Parameters>& item, const GostSetOids& oids, uint8_t* buffer,
-                  uint32_t* length, Site at) {
+                  uint32_t* length, Caller at) {
   if (oids.publicKey == nullptr || oids.digest == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   Asn1Oid publicKey = BorrowOid(oids.publicKey);
   Asn1Oid digest = BorrowOid(oids.digest);
@@ -134,7 +134,7 @@ Status EncodeSets(const TypeOf<AlgorithmGostR3410Parameters>& item, const GostSe
 }
 
 Status EncodeGostParameters(uint32_t algorithm, uint8_t mode, const GostSetOids& oids, uint8_t* buffer,
-                            uint32_t* length, Site at = {}) {
+                            uint32_t* length, Caller at = {}) {
   const Item<AlgorithmGostR3410Parameters>* item = GostParametersOf(algorithm);
   if (item == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   switch (mode) {
@@ -150,18 +150,18 @@ Status EncodeGostParameters(uint32_t algorithm, uint8_t mode, const GostSetOids&
 }
 
 Status EncodeGostParameters(uint8_t mode, const GostParameterSets& sets, uint8_t* buffer, uint32_t* length,
-                            Site at = {}) {
+                            Caller at = {}) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   GostSetOids oids;
   if (mode == kParameterSets) {
-    if (Status status = FindSetOids(sets, oids, at); status.Failed()) return status;
+    TRY(FindSetOids(sets, oids, at));
   }
   return EncodeGostParameters(kGostR34102001, mode, oids, buffer, length, at);
 }
 
 }  // namespace
 
-AlgorithmHalves GetAlgorithmHalves(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to) {
+AlgorithmHalves GetAlgorithmHalves(const ReadSlot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to) {
   AlgorithmIdentifier* identifier = nullptr;
   if (Status status = slot.Load(identifier); status.Failed()) return {status, status};
   AlgorithmHalves halves;
@@ -175,7 +175,7 @@ AlgorithmHalves GetAlgorithmHalves(const Slot<AlgorithmIdentifier>& slot, const 
   return halves;
 }
 
-Status GetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to) {
+Status GetAlgorithm(const ReadSlot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to) {
   const AlgorithmHalves halves = GetAlgorithmHalves(slot, to);
   if (halves.parameters == TESSEL_BUFFER_TOO_SMALL) return halves.parameters;
   return halves.oid.Failed() ? halves.oid : halves.parameters;
@@ -201,7 +201,7 @@ class AlgorithmReplacement {
 };
 
 template <class... Slots>
-Status SetAll(const uint8_t* oid, Octets parameters, Site at, const Slots&... slots) {
+Status SetAll(const uint8_t* oid, Octets parameters, SourceLocation at, const Slots&... slots) {
   if (oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   const Asn1Oid identifier = BorrowOid(oid);
   const bool isGiven = parameters.data() != nullptr && !parameters.empty();
@@ -216,9 +216,9 @@ Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const uint8_t* oid, O
 }
 
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets parameters) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  TRY(slot.Unreachable());
   const uint8_t* oid = nullptr;
-  if (Status status = FindOid(AlgorithmTable(), id, oid, slot.At()); status.Failed()) return status;
+  TRY(FindOid(AlgorithmTable(), id, oid, slot.At()));
   return SetAlgorithm(slot, oid, parameters);
 }
 
@@ -227,7 +227,7 @@ Status SetAlgorithms(const Slot<AlgorithmIdentifier>& one, const Slot<AlgorithmI
   return SetAll(oid, parameters, one.At(), one, other);
 }
 
-Status EncodedGostAlgorithm::Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Site at) {
+Status EncodedGostAlgorithm::Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Caller at) {
   length_ = static_cast<uint32_t>(parameters_.size());
   Status status = EncodeGostParameters(mode, sets, parameters_.data(), &length_, at);
   return status.Failed() ? status : FindOid(AlgorithmTable(), id, oid_, at);
@@ -235,15 +235,15 @@ Status EncodedGostAlgorithm::Make(uint32_t id, uint8_t mode, const GostParameter
 
 Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,
                         const GostParameterSets& sets) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
+  TRY(slot.Unreachable());
   EncodedGostAlgorithm algorithm;
   Status status = algorithm.Make(id, mode, sets, slot.At());
   return status.Failed() ? status : SetAlgorithm(slot, algorithm.Oid(), algorithm.Parameters());
 }
 
-Status GetGostParameterSets(const Slot<AlgorithmIdentifier>& slot, GostParameterSets& sets) {
+Status GetGostParameterSets(const ReadSlot<AlgorithmIdentifier>& slot, GostParameterSets& sets) {
   AlgorithmIdentifier* identifier = nullptr;
-  if (Status status = slot.Load(identifier); status.Failed()) return status;
+  TRY(slot.Load(identifier));
   std::array<uint8_t, 100> oid;
   std::array<uint8_t, 100> parameters;
   uint32_t oidLength = oid.size();
@@ -270,7 +270,7 @@ uint32_t TESSEL_CALL DecodeSubjectPublicKeyInfo(const uint8_t* data, uint32_t si
                                                 uint32_t* parametersLength) {
   if (keyLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   TreeOwner<SubjectPublicKeyInfo> info(kSubjectPublicKeyInfo);
-  if (Status status = Decode(kSubjectPublicKeyInfo, data, size, info.Out()); status.Failed()) return status;
+  TRY(Decode(kSubjectPublicKeyInfo, data, size, info.Out()));
   const AlgorithmHalves halves =
       GetAlgorithmHalves(kKeyAlgorithm.In(info.Get()), {oid, oidLength, parameters, parametersLength});
   Status keyStatus = GetBits(kKey.In(info.Get()), key, keyLength);
@@ -292,7 +292,7 @@ uint32_t TESSEL_CALL DecodeAlgorithmGostR34102001Parameters(const uint8_t* param
   if (*mode != kParameterSets) return Status();
   if (AnyNull(publicKeySet, digestSet, encryptionSet)) return Fail(TESSEL_INVALID_ARGUMENT);
   GostParameterSets sets;
-  if (Status status = DecodeSets(encoding, sets); status.Failed()) return status;
+  TRY(DecodeSets(encoding, sets));
   *publicKeySet = sets.publicKey;
   *digestSet = sets.digest;
   *encryptionSet = sets.encryption;
@@ -314,7 +314,7 @@ uint32_t TESSEL_CALL DecodeAlgorithmGostR3410ParameterOids(uint32_t algorithm, c
     return Status();
   }
   TreeOwner<AlgorithmGostR3410Parameters> tree(*item);
-  if (Status status = DecodeParameters(*item, encoding, tree); status.Failed()) return status;
+  TRY(DecodeParameters(*item, encoding, tree));
   Status publicKey = GetOid(kPublicKeyParamSet.In(tree.Get()), publicKeySet, publicKeySetLength);
   Status digest = GetOid(kDigestParamSet.In(tree.Get()), digestSet, digestSetLength);
   Status encryption = GetOid(kEncryptionParamSet.In(tree.Get()), encryptionSet, encryptionSetLength);

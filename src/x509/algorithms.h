@@ -42,10 +42,10 @@ struct AlgorithmHalves {
   Status oid;
   Status parameters;
 };
-AlgorithmHalves GetAlgorithmHalves(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
+AlgorithmHalves GetAlgorithmHalves(const ReadSlot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
 
 // The convention of all functions named ...AlgorithmOidAndParameters and ...AlgorithmIdAndParameters.
-Status GetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
+Status GetAlgorithm(const ReadSlot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to);
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, const uint8_t* oid, Octets parameters);
 Status SetAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, Octets parameters);
 
@@ -56,7 +56,7 @@ Status SetAlgorithms(const Slot<AlgorithmIdentifier>& one, const Slot<AlgorithmI
 // An algorithm identifier by numbers, as SetAlgorithmGostR34102001AndParameters takes them.
 class EncodedGostAlgorithm {
  public:
-  Status Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Site at = {});
+  Status Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Caller at = {});
   [[nodiscard]] const uint8_t* Oid() const { return oid_; }
   [[nodiscard]] Octets Parameters() const { return Octets(parameters_).first(length_); }
 
@@ -72,6 +72,6 @@ Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint
                         const GostParameterSets& sets);
 
 // The parameter sets of a key, checked to be those of its algorithm. As GetCertificateDecodedPublicKeyGostR34102012.
-Status GetGostParameterSets(const Slot<AlgorithmIdentifier>& slot, GostParameterSets& sets);
+Status GetGostParameterSets(const ReadSlot<AlgorithmIdentifier>& slot, GostParameterSets& sets);
 
 }  // namespace tessel

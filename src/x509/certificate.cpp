@@ -35,11 +35,11 @@ constexpr Path<&Certificate::signatureAlgorithm> kOuterSignatureAlgorithm;
 constexpr Path<&Certificate::signatureValue> kSignatureValue;
 
 // What stands beside the to-be-signed part counts only with it.
-template <class Member>
-auto InSigned(const Member& member, const Certificate* certificate, Site at = {}) {
+template <class Member, class Handle>
+auto InSigned(const Member& member, Handle* certificate, Caller at = {}) {
   auto slot = member.In(certificate, at);
   TbsCertificate* part = nullptr;
-  Status status = kToBeSignedPart.In(certificate, at).Load(part);
+  const Status status = kToBeSignedPart.In(certificate, at).Load(part);
   return status.Failed() ? decltype(slot)(status, at) : slot;
 }
 
@@ -49,24 +49,25 @@ Status SetUniqueId(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint3
 }
 
 // In the to-be-signed part and beside the signature.
-Status SetSignatureAlgorithms(const Certificate* certificate, const uint8_t* oid, Octets parameters, Site at = {}) {
+Status SetSignatureAlgorithms(Certificate* certificate, const uint8_t* oid, Octets parameters, Caller at = {}) {
   return SetAlgorithms(kInnerSignatureAlgorithm.In(certificate, at), kOuterSignatureAlgorithm.In(certificate, at), oid,
                        parameters);
 }
 
-Status SetGostSignatureAlgorithms(const Certificate* certificate, uint32_t id, uint8_t mode,
-                                  const GostParameterSets& sets, Site at = {}) {
+Status SetGostSignatureAlgorithms(Certificate* certificate, uint32_t id, uint8_t mode, const GostParameterSets& sets,
+                                  Caller at = {}) {
   const Slot<AlgorithmIdentifier> inner = kInnerSignatureAlgorithm.In(certificate, at);
-  if (inner.Unreachable().Failed()) return inner.Unreachable();
+  TRY(inner.Unreachable());
   EncodedGostAlgorithm algorithm;
   Status status = algorithm.Make(id, mode, sets, at);
   return status.Failed() ? status : SetSignatureAlgorithms(certificate, algorithm.Oid(), algorithm.Parameters(), at);
 }
 
 // Reads the OCTET STRING that the subject's public key holds, when that has no more than `largest` octets.
-Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* buffer, uint32_t* length,
+                     Caller at = {}) {
   Asn1BitString* key = nullptr;
-  if (Status status = kCertificatePublicKey.In(certificate, at).Load(key); status.Failed()) return status;
+  TRY(kCertificatePublicKey.In(certificate, at).Load(key));
   const Octets encoding = ContentOf(*key);
   if (encoding.empty()) return Fail(TESSEL_ABSENT, at);
   if (encoding.size() > largest) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL, at);
@@ -75,7 +76,7 @@ Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* bu
 
 }  // namespace
 
-Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Site at) {
+Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Caller at) {
   if (certificate == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (certificate->tbsCertificate == nullptr) return Fail(TESSEL_NOT_FOUND, at);
   return FindExtensionValue(kCertificateExtensions.In(certificate, at), oid, value);
@@ -333,7 +334,7 @@ uint32_t TESSEL_CALL GetCertificateDecodedPublicKeyGostR34102012(const Certifica
 uint32_t TESSEL_CALL GetCertificateExtensions(Certificate* certificate, X509ExtensionsSlot** slot) {
   if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Slot<X509Extensions> extensions = kCertificateExtensions.In(certificate);
-  if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+  TRY(extensions.Unreachable());
   *slot = PublicSlot(extensions.Member());
   return Status();
 }
@@ -354,7 +355,7 @@ uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* c
   constexpr size_t kLargestValue = 2048;
   if (uri == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Slot<X509Extensions> extensions = kCertificateExtensions.In(certificate);
-  if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+  TRY(extensions.Unreachable());
   // A text can have more octets than a node can tell.
   const size_t size = std::strlen(uri);
   if (size > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
@@ -367,19 +368,19 @@ uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* c
   BorrowedList<ExtensionCrlDistributionPoints> points(&point);
 
   Encoding value;
-  if (Status status = value.Make(kCrlDistributionPoints, points.Node()); status.Failed()) return status;
+  TRY(value.Make(kCrlDistributionPoints, points.Node()));
   if (value.Get().size() > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
   return ReplaceExtension(extensions, kCrlDistributionPointsOid, value.Get());
 }
 
 uint32_t TESSEL_CALL GetCertificateCN(const Certificate* certificate, char* buffer, uint32_t* length) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const Slot<NameChoice> subject = kSubject.In(certificate);
-  if (subject.Unreachable().Failed()) return subject.Unreachable();
+  const ReadSlot<NameChoice> subject = kSubject.In(certificate);
+  TRY(subject.Unreachable());
   NameText text;
   if (const Asn1Value* serial = kCertificateSerialNumber.In(certificate).OrNull(); serial != nullptr) {
-    if (Status status = text.AppendSerialNumber(ContentOf(*serial)); status.Failed()) return status;
+    TRY(text.AppendSerialNumber(ContentOf(*serial)));
   }
-  if (Status status = text.AppendCommonNames(NameOrNull(subject)); status.Failed()) return status;
+  TRY(text.AppendCommonNames(NameOrNull(subject)));
   return text.DeliverTo(buffer, length);
 }

@@ -16,6 +16,6 @@ inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subjectPubl
 inline constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::extensions> kCertificateExtensions;
 
 // The value of an extension; lent. TESSEL_NOT_FOUND also when there is no to-be-signed part.
-Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Site at = {});
+Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Caller at = {});
 
 }  // namespace tessel

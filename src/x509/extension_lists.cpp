@@ -30,10 +30,10 @@ constexpr Path<&PolicyQualifierInfo::policyQualifierId> kQualifierId;
 
 // The qualifiers of a policy, for those who ask for one of them: without any there is no such index.
 Status LoadQualifiers(const ExtensionCertificatePolicies* list, uint32_t policyIndex, PolicyQualifiers*& qualifiers,
-                      Site at = {}) {
-  const Slot<PolicyQualifiers> slot = kQualifiersOfPolicy.InElement(list, policyIndex, at);
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
-  qualifiers = slot.Member();
+                      Caller at = {}) {
+  const ReadSlot<PolicyQualifiers> slot = kQualifiersOfPolicy.In(ElementOf(list, policyIndex, at));
+  TRY(slot.Unreachable());
+  qualifiers = slot.OrNull();
   return qualifiers == nullptr ? Fail(TESSEL_INVALID_ARGUMENT, at) : Status();
 }
 
@@ -73,7 +73,7 @@ uint32_t TESSEL_CALL AddExtensionExtendedKeyUsage(ExtensionExtendedKeyUsage* lis
 uint32_t TESSEL_CALL GetExtensionExtendedKeyUsage(const ExtensionExtendedKeyUsage* list, uint32_t index,
                                                   uint8_t* purpose, uint32_t* length) {
   Asn1Oid* oid = nullptr;
-  if (Status status = GetElement(list, index, &oid); status.Failed()) return status;
+  TRY(GetElement(list, index, &oid));
   return DeliverOid(ContentOf(*oid), purpose, length);
 }
 
@@ -114,7 +114,7 @@ uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityIn
   Asn1Oid method = BorrowOid(accessMethod);
   const AccessDescription source{&method, nullptr};
   TreeOwner<AccessDescription> description(kAccessDescription);
-  if (Status status = Copy(kAccessDescription, &source, description.Out()); status.Failed()) return status;
+  TRY(Copy(kAccessDescription, &source, description.Out()));
   description->accessLocation = Taken(location.Release());
   return AddNew(*list, std::move(description));
 }
@@ -122,8 +122,8 @@ uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityIn
 uint32_t TESSEL_CALL GetExtensionAuthorityInformationAccess(const ExtensionAuthorityInformationAccess* list,
                                                             uint32_t index, uint8_t* accessMethod, uint32_t* length,
                                                             X509GeneralName** accessLocation) {
-  if (accessLocation != nullptr) *accessLocation = kAccessLocation.InElement(list, index).OrNull();
-  return GetOid(kAccessMethod.InElement(list, index), accessMethod, length);
+  if (accessLocation != nullptr) *accessLocation = kAccessLocation.In(ElementOf(list, index)).OrNull();
+  return GetOid(kAccessMethod.In(ElementOf(list, index)), accessMethod, length);
 }
 
 uint32_t TESSEL_CALL RemoveExtensionAuthorityInformationAccess(ExtensionAuthorityInformationAccess* list,
@@ -177,7 +177,7 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
   const DistributionPoint source{fullName == nullptr && relativeName == nullptr ? nullptr : &name,
                                  reasons == 0 ? nullptr : bits.Member(), nullptr};
   TreeOwner<DistributionPoint> point(kDistributionPoint);
-  if (Status status = Copy(kDistributionPoint, &source, point.Out()); status.Failed()) return status;
+  TRY(Copy(kDistributionPoint, &source, point.Out()));
   if (fullName != nullptr) point->distributionPoint->value = Taken(full.Release());
   if (relativeName != nullptr) point->distributionPoint->value = Taken(relative.Release());
   point->cRLIssuer = Taken(issuer.Release());
@@ -193,7 +193,7 @@ uint32_t TESSEL_CALL GetExtensionCrlDistributionPoint(const ExtensionCrlDistribu
   *reasons = 0;
   *cRLIssuer = nullptr;
   DistributionPoint* point = nullptr;
-  if (Status status = GetElement(list, index, &point); status.Failed()) return status;
+  TRY(GetElement(list, index, &point));
   if (const DistributionPointName* name = point->distributionPoint; name != nullptr) {
     if (name->index >= kDistributionPointName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE);
     if (name->index == DistributionPointName::fullName) {
@@ -247,7 +247,7 @@ uint32_t TESSEL_CALL AddExtensionPolicyInformation(ExtensionCertificatePolicies*
 
 uint32_t TESSEL_CALL GetExtensionPolicyInformation(const ExtensionCertificatePolicies* list, uint32_t index,
                                                    uint8_t* policy, uint32_t* length) {
-  return GetOid(kPolicyIdentifier.InElement(list, index), policy, length);
+  return GetOid(kPolicyIdentifier.In(ElementOf(list, index)), policy, length);
 }
 
 uint32_t TESSEL_CALL RemoveExtensionPolicyInformation(ExtensionCertificatePolicies* list, uint32_t index) {
@@ -258,9 +258,9 @@ uint32_t TESSEL_CALL GetExtensionPolicyQualifiersCount(const ExtensionCertificat
                                                        uint32_t* count) {
   if (count == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Asn1Oid* identifier = nullptr;
-  Status status = kPolicyIdentifier.InElement(list, policyIndex).Load(identifier);
+  Status status = kPolicyIdentifier.In(ElementOf(list, policyIndex)).Load(identifier);
   if (status.Failed()) return status;
-  const PolicyQualifiers* qualifiers = kQualifiersOfPolicy.InElement(list, policyIndex).OrNull();
+  const PolicyQualifiers* qualifiers = kQualifiersOfPolicy.In(ElementOf(list, policyIndex)).OrNull();
   *count = qualifiers == nullptr ? 0 : qualifiers->count;
   return Status();
 }
@@ -270,7 +270,7 @@ uint32_t TESSEL_CALL AddExtensionPolicyQualifier(ExtensionCertificatePolicies* l
                                                  uint32_t /*size*/) {
   if (qualifierId == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   PolicyInformation* policy = nullptr;
-  if (Status status = GetElement(list, policyIndex, &policy); status.Failed()) return status;
+  TRY(GetElement(list, policyIndex, &policy));
   // The policy itself would be released twice: a stand-in that reads as it does takes its place.
   const PolicyQualifierInfo standIn{policy->policyIdentifier, nullptr};
   return AddCopyTo(kQualifiersOfPolicy.In(policy), kPolicyQualifiers, kPolicyQualifierInfo, &standIn);
@@ -282,9 +282,9 @@ uint32_t TESSEL_CALL GetExtensionPolicyQualifier(const ExtensionCertificatePolic
                                                  uint32_t* qualifierLength) {
   if (qualifierIdLength == nullptr || qualifierLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   PolicyQualifiers* qualifiers = nullptr;
-  if (Status status = LoadQualifiers(list, policyIndex, qualifiers); status.Failed()) return status;
+  TRY(LoadQualifiers(list, policyIndex, qualifiers));
   PolicyQualifierInfo* info = nullptr;
-  if (Status status = GetElement(qualifiers, qualifierIndex, &info); status.Failed()) return status;
+  TRY(GetElement(qualifiers, qualifierIndex, &info));
   const Octets encoding = info->qualifier == nullptr ? Octets() : ContentOf(*info->qualifier);
   Status qualifierStatus = Deliver(encoding, qualifier, qualifierLength);
   Status idStatus = GetOid(kQualifierId.In(info), qualifierId, qualifierIdLength);
@@ -294,6 +294,6 @@ uint32_t TESSEL_CALL GetExtensionPolicyQualifier(const ExtensionCertificatePolic
 uint32_t TESSEL_CALL RemoveExtensionPolicyQualifier(ExtensionCertificatePolicies* list, uint32_t policyIndex,
                                                     uint32_t qualifierIndex) {
   PolicyQualifiers* qualifiers = nullptr;
-  if (Status status = LoadQualifiers(list, policyIndex, qualifiers); status.Failed()) return status;
+  TRY(LoadQualifiers(list, policyIndex, qualifiers));
   return RemoveElement(qualifiers, kPolicyQualifierInfo, qualifierIndex);
 }

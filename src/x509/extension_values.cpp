@@ -24,55 +24,47 @@ constexpr uint32_t kNoPathLength = 0xFFFFFFFF;
 constexpr Path<&BasicConstraints::cA> kCa;
 constexpr Path<&BasicConstraints::pathLenConstraint> kPathLength;
 
-// Reads a value of one node, and hands the node to `read`.
-template <class Descriptor, class Read>
-Status DecodeValue(const Descriptor& item, const uint8_t* data, uint32_t size, Read read, Site at = {}) {
-  TreeOwner tree(item);
-  if (Status status = Decode(item, data, size, tree.Out(), at); status.Failed()) return status;
-  return read(*tree.Get());
-}
-
-Status EncodeNamedBits(uint32_t flags, uint8_t* buffer, uint32_t* length, Site at = {}) {
+Status EncodeNamedBits(uint32_t flags, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   return Encode(kBitString, &NamedBitsNode(flags).Node(), buffer, length, at);
 }
 
-Status DecodeNamedBits(const uint8_t* data, uint32_t size, uint32_t* flags, Site at = {}) {
+Status DecodeNamedBits(const uint8_t* data, uint32_t size, uint32_t* flags, Caller at = {}) {
   if (flags == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  const auto read = [flags](const Asn1BitString& bits) {
-    *flags = NamedBitsOf(bits);
-    return Status();
-  };
-  return DecodeValue(kBitString, data, size, read, at);
-}
-
-// A field that is absent has the length 0.
-Status DeliverOptional(const Asn1Value* field, uint8_t* buffer, uint32_t* length, Site at = {}) {
-  return Deliver(field == nullptr ? Octets() : ContentOf(*field), buffer, length, at);
-}
-
-Status DecodeUsageTime(const Asn1Value* field, LibraryTime* time) {
-  if (field != nullptr) return ReadGeneralizedTime(*field, time);
-  // It is refused, and so the record stays.
-  static_cast<void>(SetLibraryTimeToNull(time));
+  TreeOwner bits(kBitString);
+  TRY(Decode(kBitString, data, size, bits.Out(), at));
+  *flags = NamedBitsOf(*bits.Get());
   return Status();
 }
 
+// A field that is absent has the length 0.
+Status DeliverOptional(const Asn1Value* field, uint8_t* buffer, uint32_t* length, Caller at = {}) {
+  return Deliver(field == nullptr ? Octets() : ContentOf(*field), buffer, length, at);
+}
+
+// The record of a time that is absent stays as it was.
+Status ReadUsageTime(const Asn1Value* field, LibraryTime* time, Caller at = {}) {
+  return field == nullptr ? Status() : ReadGeneralizedTime(*field, time, at);
+}
+
 // What a decoded issuing distribution point says about its name. It stands where no release takes anything away.
+template <class List>
 struct alignas(kHeapAlignment) PresenceMark {
   void* offTheHeapsAlignment = nullptr;
-  Asn1List list = kEmptyList;
+  List list{{kEmptyList}};
 };
-constexpr PresenceMark kPresent;
+template <class List>
+constexpr PresenceMark<List> kPresent;
 
 // A [1] that cannot be the BOOLEAN is the reasons: no value has a flag under this tag.
 constexpr int32_t kNeverUsed = INT32_MAX;
 constexpr const auto& kIssuingDistributionPointWithReasons =
     kIssuingDistributionPointWith<Default<Implicit<kNeverUsed, kBoolean>, kFalse>>;
 
-Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, TreeOwner<IssuingDistributionPoint>& point) {
-  Status status = Decode(kIssuingDistributionPoint, data, size, point.Out());
+Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, TreeOwner<IssuingDistributionPoint>& point,
+                                      Caller at = {}) {
+  Status status = Decode(kIssuingDistributionPoint, data, size, point.Out(), at);
   if (status != TESSEL_INVALID_CONTENT) return status;
-  Status withReasons = Decode(kIssuingDistributionPointWithReasons, data, size, point.Out());
+  Status withReasons = Decode(kIssuingDistributionPointWithReasons, data, size, point.Out(), at);
   if (withReasons == TESSEL_OUT_OF_MEMORY) return withReasons;
   // Empty reasons would look like the flag.
   const Asn1BitString* reasons = withReasons.Ok() ? point.Get()->onlySomeReasons : nullptr;
@@ -143,10 +135,9 @@ uint32_t TESSEL_CALL EncodeExtensionReasonCode(int32_t reason, uint8_t* buffer, 
 
 uint32_t TESSEL_CALL DecodeExtensionReasonCode(const uint8_t* data, uint32_t size, int32_t* reason) {
   if (reason == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const auto read = [reason](const Asn1Value& value) {
-    return ContentOf(value).empty() ? Fail(TESSEL_MALFORMED) : ReadInt32(value, reason);
-  };
-  return DecodeValue(kEnumerated, data, size, read);
+  TreeOwner code(kEnumerated);
+  TRY(Decode(kEnumerated, data, size, code.Out()));
+  return ContentOf(*code.Get()).empty() ? Fail(TESSEL_MALFORMED) : ReadInt32(*code.Get(), reason);
 }
 
 uint32_t TESSEL_CALL EncodeExtensionInvalidityDate(const LibraryTime* time, uint8_t* buffer, uint32_t* length) {
@@ -169,18 +160,15 @@ uint32_t TESSEL_CALL EncodeExtensionBasicConstraints(uint32_t cA, uint32_t pathL
 uint32_t TESSEL_CALL DecodeExtensionBasicConstraints(const uint8_t* data, uint32_t size, uint8_t* cA,
                                                      uint32_t* pathLength) {
   if (cA == nullptr || pathLength == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const auto read = [cA, pathLength](const BasicConstraints& constraints) {
-    Asn1Value* flag = nullptr;
-    if (Status status = kCa.In(&constraints).Load(flag); status.Failed()) return status;
-    int32_t number = -1;
-    if (constraints.pathLenConstraint != nullptr) {
-      if (Status status = GetNumber(kPathLength.In(&constraints), &number); status.Failed()) return status;
-    }
-    *cA = flag->data[0];
-    *pathLength = static_cast<uint32_t>(number);
-    return Status();
-  };
-  return DecodeValue(kBasicConstraints, data, size, read);
+  TreeOwner constraints(kBasicConstraints);
+  TRY(Decode(kBasicConstraints, data, size, constraints.Out()));
+  Asn1Value* flag = nullptr;
+  TRY(kCa.In(constraints.Get()).Load(flag));
+  int32_t number = -1;
+  if (constraints->pathLenConstraint != nullptr) TRY(GetNumber(kPathLength.In(constraints.Get()), &number));
+  *cA = flag->data[0];
+  *pathLength = static_cast<uint32_t>(number);
+  return Status();
 }
 
 uint32_t TESSEL_CALL EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyIdentifier, uint32_t keyIdentifierSize,
@@ -197,14 +185,13 @@ uint32_t TESSEL_CALL DecodeExtensionAuthorityKeyIdentifier(const uint8_t* data, 
                                                            uint8_t* serial, uint32_t* serialLength) {
   if (AnyNull(keyIdentifierLength, names, serialLength)) return Fail(TESSEL_INVALID_ARGUMENT);
   *names = nullptr;
-  const auto read = [=](const AuthorityKeyIdentifier& identifier) {
-    Status keyStatus = DeliverOptional(identifier.keyIdentifier, keyIdentifier, keyIdentifierLength);
-    Status serialStatus = DeliverOptional(identifier.authorityCertSerialNumber, serial, serialLength);
-    if (keyStatus.Failed()) return keyStatus;
-    if (serialStatus.Failed() || identifier.authorityCertIssuer == nullptr) return serialStatus;
-    return Copy(kX509GeneralNames, identifier.authorityCertIssuer, names);
-  };
-  return DecodeValue(kAuthorityKeyIdentifier, data, size, read);
+  TreeOwner identifier(kAuthorityKeyIdentifier);
+  TRY(Decode(kAuthorityKeyIdentifier, data, size, identifier.Out()));
+  const Status keyStatus = DeliverOptional(identifier->keyIdentifier, keyIdentifier, keyIdentifierLength);
+  const Status serialStatus = DeliverOptional(identifier->authorityCertSerialNumber, serial, serialLength);
+  TRY(FirstFailure(keyStatus, serialStatus));
+  if (identifier->authorityCertIssuer == nullptr) return Status();
+  return Copy(kX509GeneralNames, identifier->authorityCertIssuer, names);
 }
 
 uint32_t TESSEL_CALL EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* notBefore, const LibraryTime* notAfter,
@@ -214,11 +201,11 @@ uint32_t TESSEL_CALL EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* not
   TimeNode end;
   PrivateKeyUsagePeriod period{};
   if (notBefore != nullptr) {
-    if (Status status = start.SetGeneralized(notBefore); status.Failed()) return status;
+    TRY(start.SetGeneralized(notBefore));
     period.notBefore = start.AsValue();
   }
   if (notAfter != nullptr) {
-    if (Status status = end.SetGeneralized(notAfter); status.Failed()) return status;
+    TRY(end.SetGeneralized(notAfter));
     period.notAfter = end.AsValue();
   }
   return Encode(kPrivateKeyUsagePeriod, &period, buffer, length);
@@ -227,11 +214,10 @@ uint32_t TESSEL_CALL EncodeExtensionPrivateKeyUsagePeriod(const LibraryTime* not
 uint32_t TESSEL_CALL DecodeExtensionPrivateKeyUsagePeriod(const uint8_t* data, uint32_t size, LibraryTime* notBefore,
                                                           LibraryTime* notAfter) {
   if (size == 0 || notBefore == nullptr || notAfter == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const auto read = [notBefore, notAfter](const PrivateKeyUsagePeriod& period) {
-    Status status = DecodeUsageTime(period.notBefore, notBefore);
-    return status.Failed() ? status : DecodeUsageTime(period.notAfter, notAfter);
-  };
-  return DecodeValue(kPrivateKeyUsagePeriod, data, size, read);
+  TreeOwner period(kPrivateKeyUsagePeriod);
+  TRY(Decode(kPrivateKeyUsagePeriod, data, size, period.Out()));
+  TRY(ReadUsageTime(period->notBefore, notBefore));
+  return ReadUsageTime(period->notAfter, notAfter);
 }
 
 uint32_t TESSEL_CALL EncodeExtensionIssuingDistributionPoint(
@@ -269,12 +255,12 @@ uint32_t TESSEL_CALL DecodeExtensionIssuingDistributionPoint(
   *hasOnlyContainsUserCerts = *hasOnlyContainsCACerts = *hasOnlySomeReasons = *hasIndirectCRL =
       *hasOnlyContainsAttributeCerts = 0;
   TreeOwner<IssuingDistributionPoint> point(kIssuingDistributionPoint);
-  if (Status status = DecodeIssuingDistributionPoint(data, size, point); status.Failed()) return status;
+  TRY(DecodeIssuingDistributionPoint(data, size, point));
   if (const DistributionPointName* name = point->distributionPoint; name != nullptr) {
     if (name->index == DistributionPointName::fullName) {
-      *fullName = static_cast<const X509GeneralNames*>(&kPresent.list);
+      *fullName = &kPresent<X509GeneralNames>.list;
     } else {
-      *relativeName = static_cast<const X509Name*>(&kPresent.list);
+      *relativeName = &kPresent<X509Name>.list;
     }
   }
   TellFlag(point->onlyContainsUserCerts, onlyContainsUserCerts, hasOnlyContainsUserCerts);

@@ -27,15 +27,27 @@ bool HasId(const X509Extension* extension, Octets oid) {
   return extension != nullptr && extension->extnID != nullptr && std::ranges::equal(ContentOf(*extension->extnID), oid);
 }
 
-// Hands an extension that borrows its parts to `use`.
-template <class Use>
-Status WithExtension(const uint8_t* oid, bool critical, const uint8_t* value, uint32_t size, Use use, Site at = {}) {
-  if (oid == nullptr || value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  Asn1Oid id = BorrowOid(oid);
-  Asn1Value content = Borrow(TESSEL_KIND_OCTET_STRING, {value, size});
-  const X509Extension extension{&id, BorrowBoolean(critical), &content};
-  return use(extension);
-}
+// An extension that borrows its parts.
+class BorrowedExtension {
+ public:
+  BorrowedExtension() = default;
+  BorrowedExtension(const BorrowedExtension&) = delete;
+  BorrowedExtension& operator=(const BorrowedExtension&) = delete;
+
+  Status Make(const uint8_t* oid, bool critical, const uint8_t* value, uint32_t size, Caller at = {}) {
+    if (oid == nullptr || value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+    id_ = BorrowOid(oid);
+    content_ = Borrow(TESSEL_KIND_OCTET_STRING, {value, size});
+    extension_ = {&id_, BorrowBoolean(critical), &content_};
+    return Status();
+  }
+  [[nodiscard]] const X509Extension& Node() const { return extension_; }
+
+ private:
+  Asn1Oid id_{};
+  Asn1Value content_{};
+  X509Extension extension_{};
+};
 
 Status AddExtension(const Slot<X509Extensions>& slot, const X509Extension& extension) {
   return AddCopyTo(slot, kX509Extensions, kX509Extension, &extension);
@@ -47,13 +59,18 @@ Status AddExtension(const Slot<X509Extensions>& slot, const X509Extension& exten
 // that there is one type by which the place is reached.
 X509ExtensionsSlot* PublicSlot(X509Extensions*& member) { return reinterpret_cast<X509ExtensionsSlot*>(&member); }
 
-Slot<X509Extensions> MemberOf(const X509ExtensionsSlot* slot, Site at) {
+Slot<X509Extensions> MemberOf(X509ExtensionsSlot* slot, Caller at) {
   if (slot == nullptr) return {Fail(TESSEL_INVALID_ARGUMENT, at), at};
-  return {*reinterpret_cast<X509Extensions**>(const_cast<X509ExtensionsSlot*>(slot)), at};
+  return {*reinterpret_cast<X509Extensions**>(slot), at};
 }
 
-Status FindExtension(const Slot<X509Extensions>& slot, Octets oid, uint32_t& index) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
+ReadSlot<X509Extensions> MemberOf(const X509ExtensionsSlot* slot, Caller at) {
+  if (slot == nullptr) return {Fail(TESSEL_INVALID_ARGUMENT, at), at};
+  return {*reinterpret_cast<X509Extensions* const*>(slot), at};
+}
+
+Status FindExtension(const ReadSlot<X509Extensions>& slot, Octets oid, uint32_t& index) {
+  TRY(slot.Unreachable());
   const X509Extensions* list = slot.OrNull();
   const uint32_t count = list == nullptr ? 0 : list->count;
   for (uint32_t i = 0; i < count; ++i) {
@@ -64,13 +81,11 @@ Status FindExtension(const Slot<X509Extensions>& slot, Octets oid, uint32_t& ind
   return Fail(TESSEL_NOT_FOUND, slot.At());
 }
 
-Status FindExtensionValue(const Slot<X509Extensions>& slot, Octets oid, Octets& value) {
+Status FindExtensionValue(const ReadSlot<X509Extensions>& slot, Octets oid, Octets& value) {
   uint32_t index = 0;
-  if (Status status = FindExtension(slot, oid, index); status.Failed()) return status;
+  TRY(FindExtension(slot, oid, index));
   Asn1Value* node = nullptr;
-  if (Status status = kExtensionValue.InElement(slot.Member(), index, slot.At()).Load(node); status.Failed()) {
-    return status;
-  }
+  TRY(kExtensionValue.In(ElementOf(slot, index)).Load(node));
   // An empty value has a place too: to decode it is malformed, not a null argument.
   static constexpr uint8_t kNothing = 0;
   value = node->length == 0 ? Octets(&kNothing, 0) : ContentOf(*node);
@@ -78,14 +93,14 @@ Status FindExtensionValue(const Slot<X509Extensions>& slot, Octets oid, Octets& 
 }
 
 Status ReplaceExtension(const Slot<X509Extensions>& slot, const CountedOid& oid, Octets value) {
-  if (slot.Unreachable().Failed()) return slot.Unreachable();
-  const auto add = [&slot](const X509Extension& extension) { return AddExtension(slot, extension); };
-  Status status = WithExtension(oid.Data(), false, value.data(), static_cast<uint32_t>(value.size()), add, slot.At());
-  if (status.Failed()) return status;
+  TRY(slot.Unreachable());
+  BorrowedExtension extension;
+  TRY(extension.Make(oid.Data(), false, value.data(), static_cast<uint32_t>(value.size()), slot.At()));
+  TRY(AddExtension(slot, extension.Node()));
   X509Extensions& list = *slot.Member();
   const uint32_t added = list.count - 1;
   RemoveIf(list, kX509Extension, [&](uint32_t i) { return i < added && HasId(list.At(i), oid.Content()); });
-  return status;
+  return Status();
 }
 
 }  // namespace tessel
@@ -96,19 +111,19 @@ uint32_t TESSEL_CALL CreateX509Extension(X509Extension** extension, const uint8_
                                          const uint8_t* value, uint32_t size) {
   if (extension == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   *extension = nullptr;
-  const auto copy = [extension](const X509Extension& source) { return Copy(kX509Extension, &source, extension); };
-  return WithExtension(oid, critical != 0, value, size, copy);
+  BorrowedExtension source;
+  TRY(source.Make(oid, critical != 0, value, size));
+  return Copy(kX509Extension, &source.Node(), extension);
 }
 
 uint32_t TESSEL_CALL SetX509Extension(X509Extension* extension, const uint8_t* oid, uint32_t critical,
                                       const uint8_t* value, uint32_t size) {
   if (extension == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const auto set = [extension](const X509Extension& source) {
-    return TakeAll(Replacement<Asn1Oid>(kExtensionId.In(extension), kOid, source.extnID),
-                   Replacement<Asn1Value>(kCritical.In(extension), kBoolean, source.critical),
-                   Replacement<Asn1Value>(kExtensionValue.In(extension), kOctetString, source.extnValue));
-  };
-  return WithExtension(oid, critical != 0, value, size, set);
+  BorrowedExtension source;
+  TRY(source.Make(oid, critical != 0, value, size));
+  return TakeAll(Replacement<Asn1Oid>(kExtensionId.In(extension), kOid, source.Node().extnID),
+                 Replacement<Asn1Value>(kCritical.In(extension), kBoolean, source.Node().critical),
+                 Replacement<Asn1Value>(kExtensionValue.In(extension), kOctetString, source.Node().extnValue));
 }
 
 uint32_t TESSEL_CALL GetX509Extension(const X509Extension* extension, uint8_t* oid, uint32_t* oidLength,
@@ -117,8 +132,8 @@ uint32_t TESSEL_CALL GetX509Extension(const X509Extension* extension, uint8_t* o
   Status oidStatus = GetOid(kExtensionId.In(extension), oid, oidLength);
   Status valueStatus = GetContent(kExtensionValue.In(extension), value, valueLength);
   Asn1Value* flag = nullptr;
-  if (Status status = kCritical.In(extension).Load(flag); status.Failed()) return status;
-  if (Status status = ReadBoolean(*flag, critical); status.Failed()) return status;
+  TRY(kCritical.In(extension).Load(flag));
+  TRY(ReadBoolean(*flag, critical));
   return oidStatus.Failed() ? oidStatus : valueStatus;
 }
 
@@ -145,9 +160,9 @@ uint32_t TESSEL_CALL FreeX509Extensions(X509Extensions* extensions) { return Fre
 
 uint32_t TESSEL_CALL AddX509ExtensionsExtension(X509ExtensionsSlot* slot, const uint8_t* oid, uint32_t critical,
                                                 const uint8_t* value, uint32_t size) {
-  const Slot<X509Extensions> member = MemberOf(slot);
-  const auto add = [&member](const X509Extension& extension) { return AddExtension(member, extension); };
-  return WithExtension(oid, critical != 0, value, size, add);
+  BorrowedExtension extension;
+  TRY(extension.Make(oid, critical != 0, value, size));
+  return AddExtension(MemberOf(slot), extension.Node());
 }
 
 uint32_t TESSEL_CALL FindX509Extension(const X509ExtensionsSlot* slot, const uint8_t* oid, uint32_t* index) {
@@ -167,9 +182,9 @@ uint32_t TESSEL_CALL GetX509ExtensionsExtension(const X509ExtensionsSlot* slot, 
                                                 uint32_t* valueLength) {
   if (AnyNull(oidLength, critical, valueLength)) return Fail(TESSEL_INVALID_ARGUMENT);
   X509Extensions* list = nullptr;
-  if (Status status = MemberOf(slot).Load(list); status.Failed()) return status;
+  TRY(MemberOf(slot).Load(list));
   X509Extension* extension = nullptr;
-  if (Status status = GetElement(list, index, &extension); status.Failed()) return status;
+  TRY(GetElement(list, index, &extension));
   return GetX509Extension(extension, oid, oidLength, critical, value, valueLength);
 }
 
@@ -177,13 +192,13 @@ uint32_t TESSEL_CALL GetX509ExtensionsExtensionValue(const X509ExtensionsSlot* s
                                                      uint8_t* buffer, uint32_t* length) {
   if (oid == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Octets value;
-  if (Status status = FindExtensionValue(MemberOf(slot), OidContent(oid), value); status.Failed()) return status;
+  TRY(FindExtensionValue(MemberOf(slot), OidContent(oid), value));
   return Deliver(value, buffer, length);
 }
 
 uint32_t TESSEL_CALL RemoveX509ExtensionsExtension(X509ExtensionsSlot* slot, uint32_t index) {
   X509Extensions* list = nullptr;
-  if (Status status = MemberOf(slot).Load(list); status.Failed()) return status;
+  TRY(MemberOf(slot).Load(list));
   return RemoveElement(list, kX509Extension, index);
 }
 

@@ -33,23 +33,23 @@ constexpr size_t kLargestArdekIdentifier = 138;
 
 // The value of a key identifier extension, when it is not larger than they may be: `tooLarge` tells that it is.
 Status FindIdentifier(const Certificate* certificate, const CountedOid& oid, TesselStatus tooLarge, Octets& value,
-                      Site at = {}) {
-  if (Status status = FindCertificateExtension(certificate, oid.Content(), value, at); status.Failed()) return status;
+                      Caller at = {}) {
+  TRY(FindCertificateExtension(certificate, oid.Content(), value, at));
   return value.size() > kLargestExtensionValue ? Fail(tooLarge, at) : Status();
 }
 
 // Encodes a tree and stores it as the value of an extension.
 Status ReplaceValue(const Slot<X509Extensions>& extensions, const CountedOid& oid, const Asn1Item& item,
                     const void* node) {
-  if (extensions.Unreachable().Failed()) return extensions.Unreachable();
+  TRY(extensions.Unreachable());
   Encoding value;
-  if (Status status = value.Make(item, node); status.Failed()) return status;
+  TRY(value.Make(item, node));
   return ReplaceExtension(extensions, oid, value.Get());
 }
 
 // As GetCertificateSubjectKeyIdentifier.
 Status ReadKeyIdentifier(const Certificate* certificate, TesselStatus tooLarge, uint8_t* buffer, uint32_t* length,
-                         Site at = {}) {
+                         Caller at = {}) {
   Octets value;
   Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, tooLarge, value, at);
   return status.Failed() ? status : DecodeContent(kOctetString, value, buffer, length, at);
@@ -60,7 +60,7 @@ struct KeyIdentifier {
   std::array<uint8_t, 32> octets;
   uint32_t length = static_cast<uint32_t>(octets.size());
 
-  Status Read(const Certificate* certificate, Site at = {}) {
+  Status Read(const Certificate* certificate, Caller at = {}) {
     Status status = ReadKeyIdentifier(certificate, TESSEL_INTERNAL_BUFFER_TOO_SMALL, octets.data(), &length, at);
     return status == TESSEL_BUFFER_TOO_SMALL ? Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL, at) : status;
   }
@@ -79,7 +79,7 @@ uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certificate* certi
 
 uint32_t TESSEL_CALL SetCertificateSubjectKeyIdentifier(Certificate* certificate) {
   Asn1BitString* key = nullptr;
-  if (Status status = kCertificatePublicKey.In(certificate).Load(key); status.Failed()) return status;
+  TRY(kCertificatePublicKey.In(certificate).Load(key));
   const Octets octets = ContentOf(*key);
   if (octets.empty()) return Fail(TESSEL_ABSENT);
   if (octets.size() > kLargestHashedKey) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
@@ -124,7 +124,7 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier2(Certificate* certific
   Encoding encodedIssuer;
   Asn1Any directoryName{};
   if (issuer != nullptr) {
-    if (Status status = encodedIssuer.Make(kX509Name, issuer); status.Failed()) return status;
+    TRY(encodedIssuer.Make(kX509Name, issuer));
     directoryName = BorrowOpenValue(encodedIssuer.Get());
   }
   X509GeneralName generalName{{X509GeneralName::directoryName, &directoryName}};
@@ -143,7 +143,7 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certifica
   if (read == TESSEL_OUT_OF_MEMORY) return read;
   if (read.Failed()) key.length = 0;
   Asn1Value* serial = nullptr;
-  if (Status status = kCertificateSerialNumber.In(issuer).Load(serial); status.Failed()) return status;
+  TRY(kCertificateSerialNumber.In(issuer).Load(serial));
   if (serial->length > kLargestSerialNumber) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
   const X509Name* name = NameOrNull(kCertificateIssuer.In(issuer));
   return SetCertificateAuthorityKeyIdentifier2(certificate, key.octets.data(), key.length, name, serial->data,
@@ -159,7 +159,7 @@ uint32_t TESSEL_CALL IsCertificateCorrespondToAuthKeyIdent(const Certificate* ce
   }
   if (pointsToKey) {
     KeyIdentifier key;
-    if (Status status = key.Read(certificate); status.Failed()) return status;
+    TRY(key.Read(certificate));
     return std::ranges::equal(key.Get(), Octets(keyIdentifier, keyIdentifierSize)) ? Status() : Fail(TESSEL_DIFFERENT);
   }
   const Asn1Value* number = kCertificateSerialNumber.In(certificate).OrNull();
@@ -179,7 +179,7 @@ uint32_t TESSEL_CALL SetCertificateArdekKeyIdentifier(Certificate* certificate, 
   if (converted != TESSEL_OK) return converted;
   const Asn1Value string = Borrow(TESSEL_KIND_UTF8_STRING, {reinterpret_cast<const uint8_t*>(utf8.data()), length});
   uint32_t encodedLength = 0;
-  if (Status status = MeasureTree(kUtf8String, &string, encodedLength); status.Failed()) return status;
+  TRY(MeasureTree(kUtf8String, &string, encodedLength));
   if (encodedLength > kLargestArdekIdentifier) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
   return ReplaceValue(kCertificateExtensions.In(certificate), kArdekKeyIdentifierOid, kUtf8String, &string);
 }

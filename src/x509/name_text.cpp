@@ -48,7 +48,7 @@ Status NameText::AppendCommonNames(const X509Name* name) {
   for (uint32_t i = 0; name != nullptr && i < name->count; ++i) {
     const AttributeTypeAndValue* attribute = FindCommonName(name->At(i));
     if (attribute == nullptr || attribute->value == nullptr) continue;
-    if (Status status = AppendValue(*attribute->value); status.Failed()) return status;
+    TRY(AppendValue(*attribute->value));
   }
   return Status();
 }
@@ -56,9 +56,9 @@ Status NameText::AppendCommonNames(const X509Name* name) {
 Status NameText::AppendValue(const Asn1Any& value) {
   const Octets encoding = ContentOf(value);
   Header header{};
-  if (Status status = ReadHeader(encoding, header); status.Failed()) return status;
+  TRY(ReadHeader(encoding, header));
   Octets content;
-  if (Status status = ReadContent(encoding, header, content); status.Failed()) return status;
+  TRY(ReadContent(encoding, header, content));
   if (content.size() > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
   Status status;
   if (header.tagNumber == TESSEL_KIND_UTF8_STRING) {
@@ -73,8 +73,8 @@ Status NameText::AppendValue(const Asn1Any& value) {
   return status;
 }
 
-Status NameText::DeliverTo(char* buffer, uint32_t* length) const {
-  Status status = Offer(length_ + 1, buffer, length);
+Status NameText::DeliverTo(char* buffer, uint32_t* length, Caller at) const {
+  Status status = Offer(length_ + 1, buffer, length, at);
   if (status.Failed() || buffer == nullptr) return status;
   std::memcpy(buffer, text_.data(), length_);
   buffer[length_] = '\0';

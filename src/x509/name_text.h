@@ -20,7 +20,7 @@ class NameText {
   Status AppendCommonNames(const X509Name* name);
 
   // The text goes out with a NUL, which counts in the length that is needed, but not in that of the text written.
-  Status DeliverTo(char* buffer, uint32_t* length) const;
+  Status DeliverTo(char* buffer, uint32_t* length, Caller at = {}) const;
 
  private:
   Status Append(uint8_t character);

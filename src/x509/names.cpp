@@ -33,10 +33,10 @@ constexpr Path<&AttributeTypeAndValue::value> kValue;
 Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
   if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
   NameChoice* choice = nullptr;
-  if (Status status = slot.Load(choice); status.Failed()) return status;
+  TRY(slot.Load(choice));
   if (choice->value == nullptr) {
     X509Name* empty = nullptr;
-    if (Status status = Create(kX509Name, Leaves::kEmpty, &empty, slot.At()); status.Failed()) return status;
+    TRY(Create(kX509Name, Leaves::kEmpty, &empty, slot.At()));
     // Only what there is to clear could fail.
     static_cast<void>(SetChoice(kNameChoice, *choice, 0, empty));
   }
@@ -44,7 +44,7 @@ Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
   return Status();
 }
 
-X509Name* NameOrNull(const Slot<NameChoice>& slot) {
+X509Name* NameOrNull(const ReadSlot<NameChoice>& slot) {
   const NameChoice* choice = slot.OrNull();
   return choice == nullptr ? nullptr : static_cast<X509Name*>(choice->value);
 }
@@ -52,13 +52,13 @@ X509Name* NameOrNull(const Slot<NameChoice>& slot) {
 Status SetName(const Slot<NameChoice>& slot, const X509Name* name, Ownership ownership) {
   if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
   NameChoice* choice = nullptr;
-  if (Status status = slot.Load(choice); status.Failed()) return status;
+  TRY(slot.Load(choice));
   if (ownership == Ownership::kTakes) {
     if (name != choice->value && !CanBeTaken(name)) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
     return name == choice->value ? Status() : SetChoice(kNameChoice, *choice, 0, const_cast<X509Name*>(name));
   }
   X509Name* copy = nullptr;
-  if (Status status = Copy(kX509Name, name, &copy, slot.At()); status.Failed()) return status;
+  TRY(Copy(kX509Name, name, &copy, slot.At()));
   return SetChoice(kNameChoice, *choice, 0, copy);
 }
 
@@ -69,20 +69,21 @@ bool IsElementTag(const ElementTag& tag) {
   return (tag.tagClass & ~kClassBits) == 0 && (tag.constructed & ~kConstructedBit) == 0 && tag.number <= INT32_MAX;
 }
 
-Status AddRdn(X509Name& name) {
-  TreeOwner<RelativeDistinguishedName> rdn(kRelativeDistinguishedName);
-  if (Status status = Create(kRelativeDistinguishedName, Leaves::kEmpty, rdn.Out()); status.Failed()) return status;
-  return AddNew(name, std::move(rdn));
+Status AddRdn(X509Name& name, Caller at = {}) {
+  TreeOwner rdn(kRelativeDistinguishedName);
+  TRY(Create(kRelativeDistinguishedName, Leaves::kEmpty, rdn.Out(), at));
+  return AddNew(name, std::move(rdn), at);
 }
 
-Status AddAttribute(RelativeDistinguishedName& rdn, const uint8_t* oid, ElementTag tag, Octets content) {
+Status AddAttribute(RelativeDistinguishedName& rdn, const uint8_t* oid, ElementTag tag, Octets content,
+                    Caller at = {}) {
   Asn1Oid type = BorrowOid(oid);
   Asn1Any value{};
   const AttributeTypeAndValue source{&type, &value};
-  TreeOwner<AttributeTypeAndValue> attribute(kAttributeTypeAndValue);
-  if (Status status = Copy(kAttributeTypeAndValue, &source, attribute.Out()); status.Failed()) return status;
-  if (Status status = SetOpenValue(*attribute->value, tag, tag.number, content); status.Failed()) return status;
-  return AddNew(rdn, std::move(attribute));
+  TreeOwner attribute(kAttributeTypeAndValue);
+  TRY(Copy(kAttributeTypeAndValue, &source, attribute.Out(), at));
+  TRY(SetOpenValue(*attribute->value, tag, tag.number, content));
+  return AddNew(rdn, std::move(attribute), at);
 }
 
 // An empty span stands for a value that is absent.
@@ -122,18 +123,29 @@ uint32_t TagOfAlternative(uint32_t alternative) {
   return item.kind == TESSEL_KIND_ANY ? 0 : UniversalTag(item);
 }
 
-// Makes the general name out of a node that borrows the value, and hands it to `use`.
-template <class Use>
-Status WithGeneralName(uint32_t alternative, const uint8_t* value, uint32_t size, Use use, Site at) {
-  if (value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  if (alternative >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE, at);
-  const uint32_t tag = TagOfAlternative(alternative);
-  if (tag == 0 && size == 0) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  Asn1Value node = alternative == X509GeneralName::registeredID ? BorrowOid(value)
-                                                                : Borrow(tag == 0 ? value[0] : tag, {value, size});
-  const X509GeneralName name{{alternative, &node}};
-  return use(name);
-}
+// A general name that borrows its value.
+class BorrowedGeneralName {
+ public:
+  BorrowedGeneralName() = default;
+  BorrowedGeneralName(const BorrowedGeneralName&) = delete;
+  BorrowedGeneralName& operator=(const BorrowedGeneralName&) = delete;
+
+  Status Make(uint32_t alternative, const uint8_t* value, uint32_t size, Caller at = {}) {
+    if (value == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+    if (alternative >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE, at);
+    const uint32_t tag = TagOfAlternative(alternative);
+    if (tag == 0 && size == 0) return Fail(TESSEL_INVALID_ARGUMENT, at);
+    value_ = alternative == X509GeneralName::registeredID ? BorrowOid(value)
+                                                          : Borrow(tag == 0 ? value[0] : tag, {value, size});
+    name_ = {{alternative, &value_}};
+    return Status();
+  }
+  [[nodiscard]] const X509GeneralName& Node() const { return name_; }
+
+ private:
+  Asn1Value value_{};
+  X509GeneralName name_{};
+};
 
 }  // namespace
 }  // namespace tessel
@@ -195,7 +207,7 @@ uint32_t TESSEL_CALL GetX509NameRdnCount(const X509Name* name, uint32_t* count) 
 
 uint32_t TESSEL_CALL GetX509NameEntryCount(const X509Name* name, uint32_t rdn, uint32_t* count) {
   RelativeDistinguishedName* attributes = nullptr;
-  if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
+  TRY(GetElement(name, rdn, &attributes));
   return GetCount(attributes, count);
 }
 
@@ -210,10 +222,10 @@ uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, u
   const ElementTag tag{tagClass, constructed, stringType};
   if (AnyNull(name, value, oid) || !IsElementTag(tag)) return Fail(TESSEL_INVALID_ARGUMENT);
   if (newRdn != 0) {
-    if (Status status = AddRdn(*name); status.Failed()) return status;
+    TRY(AddRdn(*name));
   }
   RelativeDistinguishedName* last = nullptr;
-  if (Status status = GetElement(name, name->count - 1, &last); status.Failed()) return status;
+  TRY(GetElement(name, name->count - 1, &last));
   return AddAttribute(*last, oid, tag, {value, size});
 }
 
@@ -229,16 +241,16 @@ uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32_t rdn, uin
                                          uint32_t* stringType, uint8_t* oid, uint32_t* oidLength) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   RelativeDistinguishedName* attributes = nullptr;
-  if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
+  TRY(GetElement(name, rdn, &attributes));
   Asn1Any* value = nullptr;
-  if (Status status = kValue.InElement(attributes, entry).Load(value); status.Failed()) return status;
+  TRY(kValue.In(ElementOf(attributes, entry)).Load(value));
   const uint32_t capacity = *length;
   uint32_t headerLength = 0;
   // Tells the tag, and with it that the pointers are there.
   const uint32_t info = GetAsn1AnyInfo(value, tagClass, constructed, stringType, length, &headerLength);
   if (info != TESSEL_OK) return info;
   if (*length > value->length - headerLength) return Fail(TESSEL_MALFORMED);
-  Status status = GetOid(kType.InElement(attributes, entry), oid, oidLength);
+  Status status = GetOid(kType.In(ElementOf(attributes, entry)), oid, oidLength);
   if (status.Failed() || (buffer == nullptr && oid == nullptr)) return status;
   if (buffer == nullptr || oid == nullptr || capacity < *length) return Fail(TESSEL_BUFFER_TOO_SMALL);
   std::copy_n(value->data + headerLength, *length, buffer);
@@ -247,7 +259,7 @@ uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32_t rdn, uin
 
 uint32_t TESSEL_CALL DeleteX509NameEntry(X509Name* name, uint32_t rdn, uint32_t entry) {
   RelativeDistinguishedName* attributes = nullptr;
-  if (Status status = GetElement(name, rdn, &attributes); status.Failed()) return status;
+  TRY(GetElement(name, rdn, &attributes));
   if (attributes->count <= 1 && entry == 0) return RemoveElement(name, kRelativeDistinguishedName, rdn);
   return RemoveElement(attributes, kAttributeTypeAndValue, entry);
 }
@@ -282,16 +294,18 @@ uint32_t TESSEL_CALL DetermineSuitableStringType(const uint8_t* text, uint32_t l
 uint32_t TESSEL_CALL AddX509GeneralName(X509GeneralNames* names, uint32_t alternative, const uint8_t* value,
                                         uint32_t size) {
   if (names == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  const auto add = [names](const X509GeneralName& name) { return AddCopy(*names, kX509GeneralName, &name); };
-  return WithGeneralName(alternative, value, size, add, {});
+  BorrowedGeneralName name;
+  TRY(name.Make(alternative, value, size));
+  return AddCopy(*names, kX509GeneralName, &name.Node());
 }
 
 uint32_t TESSEL_CALL AllocX509GeneralNameValue(X509GeneralName** name, uint32_t alternative, const uint8_t* value,
                                                uint32_t size) {
   if (name == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   *name = nullptr;
-  const auto copy = [name](const X509GeneralName& source) { return Copy(kX509GeneralName, &source, name); };
-  return WithGeneralName(alternative, value, size, copy, {});
+  BorrowedGeneralName source;
+  TRY(source.Make(alternative, value, size));
+  return Copy(kX509GeneralName, &source.Node(), name);
 }
 
 uint32_t TESSEL_CALL GetX509GeneralNameCount(const X509GeneralNames* names, uint32_t* count) {
@@ -301,7 +315,7 @@ uint32_t TESSEL_CALL GetX509GeneralNameCount(const X509GeneralNames* names, uint
 uint32_t TESSEL_CALL GetX509GeneralName(const X509GeneralNames* names, uint32_t index, uint32_t* alternative,
                                         uint8_t* buffer, uint32_t* length) {
   X509GeneralName* name = nullptr;
-  if (Status status = GetElement(names, index, &name); status.Failed()) return status;
+  TRY(GetElement(names, index, &name));
   return GetX509GeneralNameValue(name, alternative, buffer, length);
 }
 
@@ -345,6 +359,6 @@ uint32_t TESSEL_CALL GetPKIFreeTextStringCount(const PKIFreeText* text, uint32_t
 
 uint32_t TESSEL_CALL GetPKIFreeTextString(const PKIFreeText* text, uint32_t index, uint8_t* buffer, uint32_t* length) {
   Asn1Value* string = nullptr;
-  if (Status status = GetElement(text, index, &string); status.Failed()) return status;
+  TRY(GetElement(text, index, &string));
   return ReadValue(*string, buffer, length);
 }

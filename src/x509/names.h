@@ -11,7 +11,7 @@ namespace tessel {
 Status GetName(const Slot<NameChoice>& slot, X509Name** name);
 
 // The name of a member, or null when there is none.
-X509Name* NameOrNull(const Slot<NameChoice>& slot);
+X509Name* NameOrNull(const ReadSlot<NameChoice>& slot);
 
 // Puts a copy of a name in place of the one that a member holds, or, when it does not copy, the name itself.
 enum class Ownership : bool { kTakes, kCopies };

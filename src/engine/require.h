@@ -1,0 +1,17 @@
+// Preconditions of the library's own code.
+#pragma once
+
+namespace tessel {
+
+// The builds for sanitizers and for fuzzing look whether they hold.
+#ifdef TESSEL_CHECKED
+inline constexpr bool kChecked = true;
+#else
+inline constexpr bool kChecked = false;
+#endif
+
+constexpr void Require(bool holds) {
+  if (kChecked && !holds) __builtin_trap();
+}
+
+}  // namespace tessel
