@@ -40,8 +40,9 @@ uint32_t ElementsWithin(Octets input) { return static_cast<uint32_t>(input.size(
 Decoded Failure(Status status) { return {nullptr, 0, status}; }
 Decoded OutOfMemory(SourceLocation at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at)); }
 
-// Decodes one tree. Each function reads at the start of the octets that it is given and stays within them. A level that
-// fails releases what it made; only a value whose content is invalid is handed up, and released by the level above.
+// Decodes one tree. Each function reads at the start of the octets that it is given and stays within them. After a
+// failure it hands up what it has made until then, in a state that can be released, or nothing: the tree is released as
+// a whole, by WholeOrNothing.
 class Decoder {
  public:
   // The contents stay in the pool's copy of the input, where there is one, and are copied one by one otherwise.
@@ -58,11 +59,10 @@ class Decoder {
   Decoded Wrapped(const Plan& plan, Octets input);
   Decoded Tagged(const Plan& plan, Octets input, Tagging tagging);
   Decoded ChosenElement(const Plan& plan, Octets input);
-  Decoded Alternative(const Plan& plan, uint32_t index, const Plan& alternative, Octets input);
+  Decoded Alternative(uint32_t index, const Plan& alternative, Octets input);
   Decoded OpenElement(const Plan& plan, Octets input, Tagging tagging);
   Decoded TypedElement(const Plan& plan, Octets input, Tagging tagging);
   Decoded Absent(const Plan& plan);
-  void LookForDefault(const Plan& plan, const void* node);
 
   Decoded Constructed(const Plan& plan, Octets content, bool indefinite);
   Decoded SegmentedString(Octets content, bool indefinite);
@@ -80,8 +80,9 @@ class Decoder {
 
   Pool pool_;
   const bool readsCopy_;
-  // Whether encoding the tree gives as many octets as were read.
-  bool keepsSize_ = true;
+  // How many of the octets that were read are certain to be written again when the tree is encoded. Whoever does not
+  // know does not count: then the size of the encoding is not known beforehand.
+  uint32_t kept_ = 0;
   // How many elements may still be counted beforehand.
   uint32_t uncounted_;
   uint32_t depth_ = 0;
@@ -102,28 +103,34 @@ bool IsMinimal(const Header& header) {
   return !header.indefinite && header.headerLength == length;
 }
 
-// A value that equals its DEFAULT is not written again. Only numbers are compared; of others that is not known.
-inline void Decoder::LookForDefault(const Plan& plan, const void* node) {
-  if (plan.item->defaultValue == nullptr || node == nullptr) return;
+// Whether a node is written again: one that equals its DEFAULT is not. Only numbers are compared; of others that is not
+// known.
+inline bool IsWritten(const Plan& plan, const void* node) {
+  if (node == nullptr) return false;
+  if (plan.item->defaultValue == nullptr) return true;
   const bool isNumber = plan.layout == NodeLayout::kValueNode && plan.kind <= TESSEL_KIND_INTEGER;
-  keepsSize_ &= isNumber && !EqualsDefault(plan, *static_cast<const Asn1Value*>(node));
+  return isNumber && !EqualsDefault(plan, *static_cast<const Asn1Value*>(node));
 }
 
 // Nearly all elements are the ones that are expected, in the form that is expected. These go a short way; all others,
 // and the same ones when anything is unusual, go the long way, which would come to the same for these.
-inline Decoded Decoder::Element(const Plan& plan, Octets input) {
+[[gnu::always_inline]] inline Decoded Decoder::Element(const Plan& plan, Octets input) {
   Octets content;
   const uint32_t headerLength = ReadOwnHeader(plan, input, content);
   if (headerLength == 0) return AnyElement(plan, input);
   Decoded decoded;
   if (IsValueForm(plan.form)) {
     decoded = Value(plan.kind, content);
-    if (plan.form == Form::kValueWithDefault) LookForDefault(plan, decoded.node);
-  } else if (plan.form == Form::kSlots) {
+    decoded.consumed += headerLength;
+    if (plan.form != Form::kValueWithDefault || IsWritten(plan, decoded.node)) kept_ += decoded.consumed;
+    return decoded;
+  }
+  if (plan.form == Form::kSlots) {
     decoded = Slots(plan, content, false);
   } else {
     decoded = plan.form == Form::kList ? List(plan, content, false) : BitString(content);
   }
+  kept_ += headerLength;
   decoded.consumed += headerLength;
   return decoded;
 }
@@ -144,21 +151,20 @@ Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
     return Absent(plan);
   }
 
-  keepsSize_ &= IsMinimal(outer);
   // The element may use more or less than a definite outer length says.
   const Octets inside = input.subspan(outer.headerLength);
   Decoded inner = Tagged(plan, inside, Tagging::kUniversal);
   if (inner.status.Failed()) return inner;
   if (outer.indefinite) {
     if (!StartsWithEndOfContents(inside.subspan(inner.consumed))) {
-      FreeTree(plan, inner.node);
-      return Failure(Fail(TESSEL_INDEFINITE_LENGTH));
+      inner.status = Fail(TESSEL_INDEFINITE_LENGTH);
+      return inner;
     }
     inner.consumed += kEndOfContentsSize;
   }
   // Of an OPTIONAL item the wrapper may be there without the element, and is not written then.
-  keepsSize_ &= inner.consumed == outer.contentLength && inner.node != nullptr;
-  LookForDefault(plan, inner.node);
+  const bool isWrittenAlike = IsMinimal(outer) && inner.consumed == outer.contentLength && IsWritten(plan, inner.node);
+  if (isWrittenAlike) kept_ += outer.headerLength;
   inner.consumed += outer.headerLength;
   return inner;
 }
@@ -204,14 +210,17 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
 
   Octets content;
   if (Status status = ReadContent(input, header, content); status.Failed()) return Failure(status);
-  keepsSize_ &= IsMinimal(header) && item.kind != TESSEL_KIND_SET;
   Decoded decoded;
   if (header.constructed != 0) {
     decoded = Constructed(plan, content, header.indefinite);
   } else {
     decoded = header.indefinite ? Failure(Fail(TESSEL_INDEFINITE_LENGTH)) : Primitive(plan, content);
   }
-  if (own) LookForDefault(plan, decoded.node);
+  // A DEFAULT under a wrapper is the wrapper's concern.
+  const bool isWrittenAlike =
+      IsMinimal(header) && item.kind != TESSEL_KIND_SET && (!own || IsWritten(plan, decoded.node));
+  if (isWrittenAlike)
+    kept_ += header.headerLength + (header.constructed == 0 && IsValueLayout(plan.layout) ? decoded.consumed : 0);
   decoded.consumed += header.headerLength;
   return decoded;
 }
@@ -221,19 +230,19 @@ Decoded Decoder::ChosenElement(const Plan& plan, Octets input) {
   if (!alternatives.AreConsistent()) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
   // Often it is the first.
   if (!input.empty() && alternatives.Count() != 0 && input[0] == alternatives[0].identifier) {
-    return Alternative(plan, 0, alternatives[0], input);
+    return Alternative(0, alternatives[0], input);
   }
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
   if (StartsWithEndOfContents(input)) return Absent(plan);
   for (uint32_t i = 0; i < alternatives.Count(); ++i) {
     const Plan& alternative = alternatives[i];
-    if (MatchesAlternative(header, input[0], alternative)) return Alternative(plan, i, alternative, input);
+    if (MatchesAlternative(header, input[0], alternative)) return Alternative(i, alternative, input);
   }
   return Absent(plan);
 }
 
-inline Decoded Decoder::Alternative(const Plan& plan, uint32_t index, const Plan& alternative, Octets input) {
+inline Decoded Decoder::Alternative(uint32_t index, const Plan& alternative, Octets input) {
   const Nesting nesting(depth_);
   if (nesting.IsTooDeep()) return Failure(Fail(TESSEL_MALFORMED));
   void* place = pool_.Node(sizeof(Asn1Choice));
@@ -241,25 +250,21 @@ inline Decoded Decoder::Alternative(const Plan& plan, uint32_t index, const Plan
   auto* choice = new (place) Asn1Choice{index, nullptr};
   const Decoded value = Element(alternative, input);
   choice->value = value.node;
-  if (value.status.Failed()) {
-    FreeTree(plan, choice);
-    return Failure(value.status);
-  }
-  return {choice, value.consumed, Status()};
+  return {choice, value.consumed, value.status};
 }
 
 Decoded Decoder::OpenElement(const Plan& plan, Octets input, Tagging tagging) {
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
   if (StartsWithEndOfContents(input)) return Absent(plan);
-  // One with a tag of its own is not written as it is.
-  keepsSize_ &= plan.form == Form::kOpen || tagging == Tagging::kUniversal;
   Octets content;
   if (Status status = ReadContent(input, header, content); status.Failed()) return Failure(status);
   uint32_t size = header.contentLength;
   if (header.indefinite) {
     if (Status status = ScanIndefiniteContent(content, size); status.Failed()) return Failure(status);
   }
+  // One with a tag of its own is not written as it is.
+  if (plan.form == Form::kOpen || tagging == Tagging::kUniversal) kept_ += header.headerLength + size;
   return Place<Asn1Value>(header.tagNumber, input.first(header.headerLength + size), Before::kOther);
 }
 
@@ -299,18 +304,16 @@ Decoded WalkSegments(Octets content, bool indefinite, Use use) {
 }
 
 Decoded Decoder::SegmentedString(Octets content, bool indefinite) {
-  keepsSize_ = false;
   uint32_t length = 0;
   Decoded decoded =
       WalkSegments(content, indefinite, [&length](Octets segment) { length += static_cast<uint32_t>(segment.size()); });
   if (decoded.status.Failed()) return decoded;
 
-  Scratch<uint8_t> data(length == 0 ? nullptr : static_cast<uint8_t*>(AllocateOctets(length)));
   void* place = pool_.Node(sizeof(Asn1Value));
-  if (place == nullptr || (data == nullptr && length != 0)) {
-    ReleaseNode(place);
-    return OutOfMemory();
-  }
+  if (place == nullptr) return OutOfMemory();
+  decoded.node = new (place) Asn1Value{TESSEL_KIND_OCTET_STRING, 0, nullptr};
+  Scratch<uint8_t> data(length == 0 ? nullptr : static_cast<uint8_t*>(AllocateOctets(length)));
+  if (data == nullptr && length != 0) return {decoded.node, 0, Fail(TESSEL_OUT_OF_MEMORY)};
   NoteChange();
   uint8_t* to = data.get();
   WalkSegments(content, indefinite, [&to](Octets segment) { to = std::copy(segment.begin(), segment.end(), to); });
@@ -330,11 +333,7 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
   // One of indefinite length may also end with the input.
   while (!rest.empty() && !Ends(rest, indefinite)) {
     const Decoded found = ListElement(element, rest, *list);
-    if (found.status.Failed()) {
-      FreeTree(element, found.node);
-      FreeTree(plan, list);
-      return Failure(found.status);
-    }
+    if (found.status.Failed()) return {list, 0, found.status};
     rest = rest.subspan(found.consumed);
   }
   return {list, Used(content, rest, indefinite), Status()};
@@ -349,21 +348,21 @@ inline uint32_t Decoder::GuessCount(Octets content) {
   return count;
 }
 
-// After a failure the node, if there is one, is not in the list.
+// Puts what it decodes into the list, also after a failure.
 inline Decoded Decoder::ListElement(const Plan& element, Octets input, Asn1List& list) {
   if (input.size() < 2) return Failure(Fail(TESSEL_MALFORMED));
+  if (const Status status = MakeRoom(list); status.Failed()) return Failure(status);
   Decoded found = Element(element, input);
-  if (found.status.Failed()) return found;
+  if (found.status.Ok() || found.node != nullptr) list.items[list.count++] = found.node;
   // An OPTIONAL element that is absent would be absent for ever.
-  found.status = found.consumed == 0 ? Fail(TESSEL_MALFORMED) : AppendInside(list, found.node);
+  if (found.status.Ok() && found.consumed == 0) found.status = Fail(TESSEL_MALFORMED);
   return found;
 }
 
-// Releases a node of which the first slots are filled.
-Decoded AbandonSlots(const Plan& plan, void* node, uint32_t filled, Status status) {
+// A node of which only the first slots are filled.
+Decoded Unfinished(const Plan& plan, void* node, uint32_t filled, Status status) {
   for (uint32_t i = filled; i < plan.item->memberCount; ++i) StoreSlot(node, i, nullptr);
-  FreeTree(plan, node);
-  return Failure(status);
+  return {node, 0, status};
 }
 
 Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
@@ -376,16 +375,14 @@ Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
   Octets rest = content;
   for (uint32_t i = 0; i < members.Count(); ++i) {
     const Decoded member = Element(members[i], rest);
-    // Also of a failure: a value with invalid content is released with the others.
     StoreSlot(node, i, member.node);
-    if (member.status.Failed()) return AbandonSlots(plan, node, i + 1, member.status);
+    if (member.status.Failed()) return Unfinished(plan, node, i + 1, member.status);
     rest = rest.subspan(member.consumed);
   }
-  keepsSize_ &= rest.empty();
   // What follows the last member is skipped when the length is definite.
   if (!indefinite) return {node, static_cast<uint32_t>(content.size()), Status()};
   if (StartsWithEndOfContents(rest)) return {node, Used(content, rest, indefinite), Status()};
-  return AbandonSlots(plan, node, members.Count(), Fail(TESSEL_INDEFINITE_LENGTH));
+  return {node, 0, Fail(TESSEL_INDEFINITE_LENGTH)};
 }
 
 Decoded Decoder::Primitive(const Plan& plan, Octets content) {
@@ -406,6 +403,7 @@ Decoded Decoder::BitString(Octets content) {
   if (content.empty() || content[0] > kMostUnusedBits) return Failure(Fail(TESSEL_MALFORMED));
   Decoded bits = Place<Asn1BitString>(content[0], content.subspan(1));
   bits.consumed = static_cast<uint32_t>(content.size());
+  kept_ += bits.consumed;
   return bits;
 }
 
@@ -415,12 +413,10 @@ inline Decoded Decoder::Place(uint32_t tagOrUnused, Octets content, Before befor
   void* place = pool_.Node(sizeof(Node));
   if (place == nullptr) return OutOfMemory();
   uint8_t* data = content.empty() ? nullptr : Keep(content, before);
-  if (data == nullptr && !content.empty()) {
-    ReleaseNode(place);
-    return OutOfMemory();
-  }
   const auto length = static_cast<uint32_t>(content.size());
-  return {new (place) Node{tagOrUnused, length, data}, length, Status()};
+  auto* node = new (place) Node{tagOrUnused, length, data};
+  const bool isWhole = data != nullptr || content.empty();
+  return {node, length, isWhole ? Status() : Fail(TESSEL_OUT_OF_MEMORY)};
 }
 
 inline uint8_t* Decoder::Keep(Octets content, Before before) {
@@ -433,7 +429,7 @@ Decoded Decoder::Copied(const Plan& plan) {
   const Octets input = pool_.Input();
   if (input.empty()) return OutOfMemory();
   const Decoded decoded = Element(plan, input);
-  if (decoded.status.Ok() && keepsSize_) pool_.SetEncodedSize(decoded.consumed);
+  if (decoded.status.Ok() && kept_ == decoded.consumed) pool_.SetEncodedSize(kept_);
   return decoded;
 }
 
@@ -447,15 +443,25 @@ Octets ElementToCopy(const Plan& plan, Octets input) {
   return headerLength == 0 ? Octets() : input.first(headerLength + content.size());
 }
 
-}  // namespace
-
-Decoded DecodeTree(const Plan& plan, Octets input) {
+Decoded DecodeSomething(const Plan& plan, Octets input) {
   const Octets element = ElementToCopy(plan, input);
   if (kSeparateNodes || element.empty()) return Decoder(input).Element(plan, input);
   // For a list its descriptor's node size says nothing.
   const size_t slotsSize = plan.form == Form::kSlots ? plan.item->nodeSize : 0;
   return Decoder(std::max(slotsSize, kLargestListNode), element).Copied(plan);
 }
+
+// The one place that releases what a failure left behind. A value whose own content is invalid stays.
+Decoded WholeOrNothing(const Plan& plan, Decoded decoded) {
+  const bool isInvalidValue = decoded.status == TESSEL_INVALID_CONTENT && IsValueLayout(plan.layout);
+  if (decoded.status.Ok() || isInvalidValue) return decoded;
+  FreeTree(plan, decoded.node);
+  return Failure(decoded.status);
+}
+
+}  // namespace
+
+Decoded DecodeTree(const Plan& plan, Octets input) { return WholeOrNothing(plan, DecodeSomething(plan, input)); }
 
 }  // namespace tessel
 

@@ -49,21 +49,15 @@ inline void ReleaseArray(Asn1List& list) {
 
 Status Grow(Asn1List& list);
 
-// Appends an item of the same blocks.
-inline Status AppendInside(Asn1List& list, void* item) {
-  if (list.count == list.capacity) {
-    TRY(Grow(list));
-  }
-  list.items[list.count++] = item;
-  return Status();
-}
+// Room for one item more.
+inline Status MakeRoom(Asn1List& list) { return list.count == list.capacity ? Grow(list) : Status(); }
 
 // Appends an item, which the list owns from then on. When it fails the list is as it was.
 inline Status AppendTo(Asn1List& list, void* item) {
+  TRY(MakeRoom(list));
   NoteChange();
-  Status status = AppendInside(list, item);
-  if (status.Ok()) NoteTaken(item);
-  return status;
+  list.items[list.count++] = NoteTaken(item);
+  return Status();
 }
 
 // The same, unless the list has an item with the same encoding already: then TESSEL_ALREADY_PRESENT.
