@@ -53,11 +53,14 @@ Status DeliverOptional(const Asn1Value* field, uint8_t* buffer, uint32_t* length
 Status DecodeUsageTime(const Asn1Value* field, LibraryTime* time) {
   if (field != nullptr) return ReadGeneralizedTime(*field, time);
   // It is refused, and so the record stays.
+  // DEVIATES: a time that is absent leaves its record as it was, which callers rely on.
   static_cast<void>(SetLibraryTimeToNull(time));
   return Status();
 }
 
 // What a decoded issuing distribution point says about its name. It stands where no release takes anything away.
+// DEVIATES: a name comes back as a pointer that tells its presence alone: the tree that holds it ends with the call,
+// and callers only ask for null.
 struct alignas(kHeapAlignment) PresenceMark {
   void* offTheHeapsAlignment = nullptr;
   Asn1List list = kEmptyList;
@@ -176,6 +179,7 @@ uint32_t TESSEL_CALL DecodeExtensionBasicConstraints(const uint8_t* data, uint32
     if (constraints.pathLenConstraint != nullptr) {
       if (Status status = GetNumber(kPathLength.In(&constraints), &number); status.Failed()) return status;
     }
+    // DEVIATES: TRUE is 0xFF, and 1 where a BOOLEAN is read alone: programs compare it.
     *cA = flag->data[0];
     *pathLength = static_cast<uint32_t>(number);
     return Status();

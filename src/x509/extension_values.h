@@ -51,12 +51,14 @@ inline constexpr auto kPrivateKeyUsagePeriod = Sequence{
     Member<&PrivateKeyUsagePeriod::notAfter, Optional<Implicit<1, kGeneralizedTime>>>,
 };
 
+// DEVIATES: RFC 5280 (4.2.1.13) has one RDN here: programs hand in names, and read what they have written.
 // The relative name is a whole X509Name.
 inline constexpr auto kDistributionPointName = Choice<DistributionPointName,           //
                                                       Implicit<0, kX509GeneralNames>,  // fullName
                                                       Implicit<1, kX509Name>>();       // nameRelativeToCRLIssuer
 enum DistributionPointNameAlternative : uint32_t { kFullName, kNameRelativeToCrlIssuer };
 
+// DEVIATES: RFC 5280 (5.2.5) has [3] for the reasons: values that programs have written are read again.
 // The reasons carry the tag [1], as onlyContainsUserCerts does: a [1] is the BOOLEAN when it can be.
 template <const auto& onlyContainsUserCerts>
 inline constexpr auto kIssuingDistributionPointWith = Sequence{

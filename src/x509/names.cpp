@@ -90,6 +90,8 @@ Octets EncodingOfValue(const AttributeTypeAndValue* attribute) {
   return attribute == nullptr || attribute->value == nullptr ? Octets() : ContentOf(*attribute->value);
 }
 
+// DEVIATES: attribute types and string types do not count, and case and blanks do (RFC 5280, 7.1): programs find
+// issuers so.
 // Length and content are compared, the identifier octet is not.
 bool HaveSameValue(const AttributeTypeAndValue* first, const AttributeTypeAndValue* second) {
   const Octets one = EncodingOfValue(first);
@@ -129,6 +131,8 @@ Status WithGeneralName(uint32_t alternative, const uint8_t* value, uint32_t size
   if (alternative >= kX509GeneralName.memberCount) return Fail(TESSEL_WRONG_ALTERNATIVE, at);
   const uint32_t tag = TagOfAlternative(alternative);
   if (tag == 0 && size == 0) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  // DEVIATES: a whole element is given under the value's tag and read under the alternative's once it was decoded: open
+  // values stay as they were read.
   Asn1Value node = alternative == kRegisteredId ? BorrowOid(value) : Borrow(tag == 0 ? value[0] : tag, {value, size});
   const X509GeneralName name{{alternative, &node}};
   return use(name);
@@ -209,6 +213,8 @@ uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, u
   const ElementTag tag{tagClass, constructed, stringType};
   if (AnyNull(name, value, oid) || !IsElementTag(tag)) return Fail(TESSEL_INVALID_ARGUMENT);
   if (newRdn != 0) {
+    // DEVIATES: an RDN stays, empty, when its attribute cannot be made, where others leave the object as it was:
+    // callers know it so.
     if (Status status = AddRdn(*name); status.Failed()) return status;
   }
   RelativeDistinguishedName* last = nullptr;
@@ -253,6 +259,7 @@ uint32_t TESSEL_CALL DeleteX509NameEntry(X509Name* name, uint32_t rdn, uint32_t 
 
 uint32_t TESSEL_CALL CompareX509Names(const X509Name* first, const X509Name* second) {
   if (first == nullptr || second == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  // DEVIATES: a name that never had an RDN is absent, not equal to another: by this callers tell what was never set.
   if (first->items == nullptr || second->items == nullptr) return Fail(TESSEL_ABSENT);
   if (first->count != second->count) return Fail(TESSEL_DIFFERENT);
   for (uint32_t i = 0; i < first->count; ++i) {
@@ -267,6 +274,8 @@ uint32_t TESSEL_CALL DetermineSuitableStringType(const uint8_t* text, uint32_t l
   if (!std::ranges::all_of(all, IsIa5)) {
     *stringType = TESSEL_KIND_UTF8_STRING;
   } else if (std::ranges::all_of(all, IsNumeric)) {
+    // DEVIATES: the narrowest type is told even where RFC 5280 (4.1.2.4) does not have it, for the caller alone knows
+    // the attribute.
     *stringType = TESSEL_KIND_NUMERIC_STRING;
   } else if (std::ranges::all_of(all, IsPrintable)) {
     *stringType = TESSEL_KIND_PRINTABLE_STRING;

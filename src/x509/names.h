@@ -34,6 +34,8 @@ inline constexpr auto kRelativeDistinguishedName = SetOf<RelativeDistinguishedNa
 
 inline constexpr auto kX509Name = SequenceOf<X509Name, kRelativeDistinguishedName>();
 
+// DEVIATES: an x400Address is read only when it is primitive, where RFC 5280 (4.2.1.6) has a SEQUENCE: descriptor and
+// nodes are public.
 inline constexpr auto kX509GeneralName = Choice<X509GeneralName,                       //
                                                 AlwaysConstructed<Implicit<0, kAny>>,  // otherName
                                                 Implicit<1, kIa5String>,               // rfc822Name

@@ -233,5 +233,12 @@ TEST(Names, NullsAreRefused) {
   ExpectNullsRefused(GetX509GeneralName, names.Get(), 0U, &number, Maybe<uint8_t*>{buffer}, &number);
 }
 
+TEST(GeneralNames, AnX400AddressIsReadWhenItIsPrimitive) {
+  Owned<X509GeneralNames> names;
+  EXPECT_EQ(0U, Try(DecodeX509GeneralNames, FromHex("30 03 83 01 31"), names.Out()));
+  names.Reset();
+  EXPECT_EQ(TESSEL_MALFORMED, Try(DecodeX509GeneralNames, FromHex("30 04 A3 02 30 00"), names.Out()));
+}
+
 }  // namespace
 }  // namespace test
