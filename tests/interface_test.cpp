@@ -149,7 +149,7 @@ TEST(Interface, EveryDeviationIsOnThePageWithATestThatExists) {
             lines(entries + "entries[file]}' " + page));
   EXPECT_EQ(OutputOf("grep -c '^- ' " + page), OutputOf("grep -c '`[*]$' " + page)) << "an entry ends with its tests";
   const Names named = lines("grep -oP '`\\K[A-Z][A-Za-z0-9]*[.][A-Z][A-Za-z0-9]*(?=`)' " + page);
-  const Names tests = lines("grep -rhoP '^TEST(_[FP])?\\(\\K\\w+, \\w+' " + source + "/tests | sed 's/, /./'");
+  const Names tests = lines(R"(grep -rhoP '^TEST(_[FP])?\(\K\w+, \w+' )" + source + "/tests | sed 's/, /./'");
   EXPECT_GT(named.size(), 40U);
   for (const std::string& name : named) EXPECT_TRUE(tests.contains(name)) << name;
 }
