@@ -118,6 +118,7 @@ int main(int count, char** arguments) {
   if (options.isFull) sizes.push_back(OperationsOn(many));
 
   std::vector<HeapOperation> heap;
+  heap.reserve(sizes.size());
   for (const CrlOperations& size : sizes) heap.push_back(size.heap);
   const std::vector<Figure> octets = MeasureHeap(heap);
   Print({"CRLs", Description(usual.front()), "ns"}, Measure(TimesOf(sizes)));

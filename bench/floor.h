@@ -54,6 +54,7 @@ void AddCopy(Operation& operation, Kind kind, const std::vector<Input>& inputs) 
 template <class Input>
 void AddAllocations(Operation& operation, const std::vector<Input>& inputs) {
   std::vector<uint64_t> counts;
+  counts.reserve(inputs.size());
   for (const Input& input : inputs) counts.push_back(CountElements(input.octets));
   const Work work = [counts] { return std::all_of(counts.begin(), counts.end(), AllocateElements); };
   operation.sides.push_back({AllocationsLabel(), work, work});

@@ -115,18 +115,20 @@ GrowthInput MakeIndefiniteLists(size_t size) {
 }
 // Each list has a wrapper that claims all that follows.
 GrowthInput MakeClaimingLists(size_t size) {
-  const std::string end = EndOfContents();
+  const std::string& end = EndOfContents();
   const std::string wrapped = Element('\xA0', Integer());
   std::string tail = end + Fill(Element('\x05', ""), size / 2);
   std::vector<std::string> lists;
   size_t following = tail.size();
   for (size_t left = size / 2; left > 16; left -= std::min(left, lists.back().size())) {
     const std::string wrapper = Header('\xA0', Integer().size() + end.size() + following);
-    lists.push_back(Indefinite() + wrapper + Integer() + end);
+    std::string& list = lists.emplace_back(Indefinite());
+    list.append(wrapper).append(Integer()).append(end);
     following += lists.back().size();
   }
+  std::reverse(lists.begin(), lists.end());
   std::string octets = Indefinite();
-  for (auto list = lists.rbegin(); list != lists.rend(); ++list) octets += *list;
+  for (const std::string& list : lists) octets += list;
   return Canonical(octets + tail, Element(kSequenceTag, Repeat(Element(kSequenceTag, wrapped), lists.size())));
 }
 GrowthInput MakeSegments(size_t size) {

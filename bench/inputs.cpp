@@ -158,6 +158,7 @@ std::vector<CertificateInput> ReadCertificates() {
   for (const auto& entry : std::filesystem::directory_iterator(kCertificates)) paths.push_back(entry.path());
   std::sort(paths.begin(), paths.end());
   std::vector<CertificateInput> inputs;
+  inputs.reserve(paths.size());
   for (const std::filesystem::path& path : paths) inputs.push_back(ReadCertificate(path));
   std::erase_if(inputs, [](const CertificateInput& input) { return input.basicConstraints.empty(); });
   Require(!inputs.empty(), std::string(kCertificates) + ": no certificates");
@@ -197,7 +198,10 @@ SetInput MakeDescendingSet(size_t elements) {
 
 NestInput MakeNest(size_t levels) {
   std::string nest;
-  for (size_t level = 0; level < levels; ++level) nest = Element(kSequence, Element(kInteger, "\x07") + nest);
+  for (size_t level = 0; level < levels; ++level) {
+    nest.insert(0, Element(kInteger, "\x07"));
+    nest = Element(kSequence, nest);
+  }
   return {VectorOf(nest), levels};
 }
 

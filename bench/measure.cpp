@@ -75,6 +75,7 @@ Options Initialize(int count, char** arguments) {
     }
   }
   std::vector<char*> pointers;
+  pointers.reserve(texts.size());
   for (std::string& text : texts) pointers.push_back(text.data());
   int left = static_cast<int>(pointers.size());
   benchmark::Initialize(&left, pointers.data());

@@ -22,7 +22,7 @@ file(RELATIVE_PATH prefix_from_pkgconfig /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconf
 configure_file(cmake/tessel.pc.in tessel.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tessel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-install(FILES docs/guide.md TYPE DOC COMPONENT development)
+install(FILES docs/guide.md docs/deviations.md TYPE DOC COMPONENT development)
 install(DIRECTORY docs/examples TYPE DOC COMPONENT development FILES_MATCHING PATTERN "*.[ch]" PATTERN "*.cpp")
 
 if(WIN32)

@@ -138,4 +138,20 @@ TEST(Interface, EveryNameIsDeclaredOnceUnderAComment) {
   EXPECT_EQ(ExportList(), declared);
 }
 
+// The page names the file of each deviation in a heading, has an entry for each mark in it, and each entry a test.
+TEST(Interface, EveryDeviationIsOnThePageWithATestThatExists) {
+  const std::string source = TESSEL_SOURCE_DIR;
+  const std::string page = source + "/docs/deviations.md";
+  const auto lines = [](const std::string& command) { return Lines(std::istringstream(OutputOf(command))); };
+  const std::string entries =
+      "awk '/^## / {file = $NF} /^- / {++entries[file]} END {for (file in entries) print file\":\"";
+  EXPECT_EQ(lines("cd " + source + " && grep -rc '// DEVIATES: ' src include | grep -v ':0$'"),
+            lines(entries + "entries[file]}' " + page));
+  EXPECT_EQ(OutputOf("grep -c '^- ' " + page), OutputOf("grep -c '`[*]$' " + page)) << "an entry ends with its tests";
+  const Names named = lines("grep -oP '`\\K[A-Z][A-Za-z0-9]*[.][A-Z][A-Za-z0-9]*(?=`)' " + page);
+  const Names tests = lines(R"(grep -rhoP '^TEST(_[FP])?\(\K\w+, \w+' )" + source + "/tests | sed 's/, /./'");
+  EXPECT_GT(named.size(), 40U);
+  for (const std::string& name : named) EXPECT_TRUE(tests.contains(name)) << name;
+}
+
 }  // namespace

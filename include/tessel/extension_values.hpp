@@ -39,7 +39,8 @@ inline constexpr auto kPrivateKeyUsagePeriod = Sequence{
 struct DistributionPointName : Asn1Choice {
   enum : uint32_t { fullName, nameRelativeToCRLIssuer };
 };
-// The relative name is a whole X509Name.
+// DEVIATES: RFC 5280 (4.2.1.13) has one RDN for the relative name, and this a whole X509Name: programs hand in names,
+// and read what they have written.
 inline constexpr auto kDistributionPointName =
     Choice<DistributionPointName, Alternative<DistributionPointName::fullName, Implicit<0, kX509GeneralNames>>,
            Alternative<DistributionPointName::nameRelativeToCRLIssuer, Implicit<1, kX509Name>>>();
@@ -52,6 +53,7 @@ struct IssuingDistributionPoint {
   Asn1Value* indirectCRL;
   Asn1Value* onlyContainsAttributeCerts;
 };
+// DEVIATES: RFC 5280 (5.2.5) has [3] for the reasons: values that programs have written are read again.
 // The reasons carry the tag [1], as onlyContainsUserCerts does: a [1] is the BOOLEAN when it can be.
 template <const auto& onlyContainsUserCerts>
 inline constexpr auto kIssuingDistributionPointWith = Sequence{

@@ -89,8 +89,7 @@ TESSEL_API uint32_t TESSEL_CALL GetX509NameEntryCount(const X509Name* name, uint
  * AddX509NameEntryExt: the same for a value under another tag: `tagClass` is 0, 0x40, 0x80 or 0xC0, `constructed` 0 or
  * 0x20.
  * TESSEL_INVALID_ARGUMENT: `newRdn` is 0 and the name has no RDN yet, one of the two octets is another, or `stringType`
- * is 2^31 or more. TESSEL_LENGTH_TOO_LARGE: the element would have 2^32 octets or more. After that, and when the memory
- * does not suffice, a new RDN can stay in the name, empty; DeleteX509NameEntry takes it out. */
+ * is 2^31 or more. TESSEL_LENGTH_TOO_LARGE: the element would have 2^32 octets or more. */
 TESSEL_API uint32_t TESSEL_CALL AddX509NameEntry(X509Name* name, const uint8_t* value, uint32_t size,
                                                  uint32_t stringType, const uint8_t* oid, uint32_t newRdn);
 TESSEL_API uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, uint32_t size,

@@ -51,6 +51,8 @@ struct NameChoice : Asn1Choice {
 };
 inline constexpr auto kNameChoice = Choice<NameChoice, Alternative<NameChoice::rdnSequence, kX509Name>>();
 
+// DEVIATES: an x400Address is read only when it is primitive, where RFC 5280 (4.2.1.6) has a SEQUENCE: descriptor and
+// nodes are public.
 inline constexpr auto kX509GeneralName =
     Choice<X509GeneralName,  //
            Alternative<X509GeneralName::otherName, AlwaysConstructed<Implicit<0, kAny>>>,

@@ -151,6 +151,8 @@ Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
     return Absent(plan);
   }
 
+  // DEVIATES: the length of a wrapper is not held to the element in it (X.690, 8.14.2), so that what could be read so
+  // far stays readable.
   // The element may use more or less than a definite outer length says.
   const Octets inside = input.subspan(outer.headerLength);
   Decoded inner = Tagged(plan, inside, Tagging::kUniversal);
@@ -162,6 +164,8 @@ Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
     }
     inner.consumed += kEndOfContentsSize;
   }
+  // DEVIATES: the wrapper of an OPTIONAL item may hold another element, which is read as what follows the item, so that
+  // what could be read so far stays readable.
   // Of an OPTIONAL item the wrapper may be there without the element, and is not written then.
   const bool isWrittenAlike = IsMinimal(outer) && inner.consumed == outer.contentLength && IsWritten(plan, inner.node);
   if (isWrittenAlike) kept_ += outer.headerLength;
@@ -185,6 +189,8 @@ bool MatchesAlternative(const Header& header, uint8_t identifier, const Plan& pl
   if (plan.identifier != kNoIdentifier) return identifier == plan.identifier;
   const Asn1Item& alternative = *plan.item;
   const uint8_t constructed = IsExplicit(alternative) ? kConstructedBit : ConstructedBit(alternative);
+  // DEVIATES: an open value without a tag number is found by the tag of BOOLEAN, the low bits of its kind, as callers'
+  // descriptors know it.
   return Matches(header, TagClass(alternative), OwnTag(alternative)) && header.constructed == constructed;
 }
 
@@ -204,6 +210,8 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
   const bool own = tagging == Tagging::kOwn;
   const bool matches =
       own ? Matches(header, TagClass(item), OwnTag(item)) : Matches(header, TESSEL_CLASS_UNIVERSAL, UniversalTag(item));
+  // DEVIATES: of strings in segments (X.690, 8.6.4, 8.7.3) only an OCTET STRING of indefinite length is read: DER, in
+  // which the types here are written, has none.
   const bool mayBeSegmented = item.kind == TESSEL_KIND_OCTET_STRING || item.kind == TESSEL_KIND_BIT_STRING;
   const bool rightForm = header.constructed == ConstructedBit(item) || (header.indefinite && mayBeSegmented);
   if (!matches || !rightForm) return Absent(plan);
@@ -294,6 +302,8 @@ Decoded WalkSegments(Octets content, bool indefinite, Use use) {
   while (!Ends(rest, indefinite)) {
     Header header;
     if (Status status = ReadHeader(rest, header); status.Failed()) return Failure(status);
+    // DEVIATES: of a segment only the tag number counts, and one in segments itself is taken as it stands (X.690,
+    // 8.7.3.2), so that nesting needs no stack.
     if (header.tagNumber != TESSEL_KIND_OCTET_STRING) return Failure(Fail(TESSEL_WRONG_SEGMENT));
     Octets segment;
     if (Status status = ReadContent(rest, header, segment); status.Failed()) return Failure(status);
@@ -330,6 +340,8 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
   if (list == nullptr) return OutOfMemory();
   const Plan& element = plans[0];
   Octets rest = content;
+  // DEVIATES: behind a list of indefinite length the end-of-contents octets may be missing (X.690, 8.1.5), so that what
+  // could be read so far stays readable.
   // One of indefinite length may also end with the input.
   while (!rest.empty() && !Ends(rest, indefinite)) {
     const Decoded found = ListElement(element, rest, *list);
@@ -374,11 +386,14 @@ Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
   if (node == nullptr) return OutOfMemory();
   Octets rest = content;
   for (uint32_t i = 0; i < members.Count(); ++i) {
+    // DEVIATES: members of a SET are read in the order of the descriptor only (X.690, 8.11): no type of the library is
+    // a SET.
     const Decoded member = Element(members[i], rest);
     StoreSlot(node, i, member.node);
     if (member.status.Failed()) return Unfinished(plan, node, i + 1, member.status);
     rest = rest.subspan(member.consumed);
   }
+  // DEVIATES: octets behind the last member are skipped, so that types which have got more members since are read.
   // What follows the last member is skipped when the length is definite.
   if (!indefinite) return {node, static_cast<uint32_t>(content.size()), Status()};
   if (StartsWithEndOfContents(rest)) return {node, Used(content, rest, indefinite), Status()};
@@ -391,6 +406,8 @@ Decoded Decoder::Primitive(const Plan& plan, Octets content) {
 }
 
 inline Decoded Decoder::Value(uint32_t kind, Octets content) {
+  // DEVIATES: a BOOLEAN must be DER, although BER has other values for TRUE (X.690, 8.2.2), while other contents may be
+  // anything, a NULL with octets too (8.8.2): whoever reads a member judges it.
   const bool valid = kind > TESSEL_KIND_INTEGER ||
                      (kind == TESSEL_KIND_INTEGER ? IsIntegerContent(content) : IsBooleanContent(content));
   Decoded value = Place<Asn1Value>(kind, content);
@@ -471,6 +488,8 @@ uint32_t TESSEL_CALL Asn1DecodeItem(const uint8_t* data, uint32_t size, const As
                                     uint32_t* consumed) {
   if (data == nullptr || descriptor == nullptr || object == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Decoded decoded = DecodeTree(*descriptor, Octets(data, size));
+  // DEVIATES: octets behind the element are not looked at, for callers who read one after another, and a root with
+  // invalid content goes out with the failure, for those who look at it.
   *object = decoded.node;
   if (decoded.status.Ok() && consumed != nullptr) *consumed = decoded.consumed;
   return decoded.status;

@@ -127,9 +127,12 @@ template <class Node>
 inline uint64_t Encoder<pass>::NodeContent(const Node& node, uint64_t length) {
   length += node.length;
   if (!HasRoom(length)) return length;
+  // DEVIATES: contents are written as they are stored, DER or not (X.690, 11), for signatures cover what was read.
   if (node.data != nullptr) {
     CopyOctets(Front(length), node.data, node.length);
   } else if (node.length != 0) {
+    // DEVIATES: a node that has a length and no octets is written as zeros, which programs that fill in nodes
+    // themselves rely on.
     std::memset(Front(length), 0, node.length);
   }
   return length;
@@ -243,6 +246,8 @@ Asn1Value BehindIdentifier(const Asn1Value& element) {
 
 template <Pass pass>
 Encoded Encoder<pass>::OpenValue(const Asn1Item& item, const Asn1Value& value, uint64_t length) {
+  // DEVIATES: an open value is written as it was read, in BER too (X.690, 10.1), and takes on no tag but a
+  // context-specific one: what it is, is not known here.
   if (TagClass(item) != TESSEL_CLASS_CONTEXT || value.length == 0) return {NodeContent(value, length), Status()};
   if (OwnTag(item) >= kHighTagNumber || item.tagNumber < 0) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   const uint32_t constructed = value.data == nullptr ? 0 : value.data[0] & kConstructedBit;
@@ -265,6 +270,8 @@ template <Pass pass>
 
 template <Pass pass>
 inline Encoded Encoder<pass>::Members(const Plan& plan, const void* node, uint64_t length) {
+  // DEVIATES: a SET is not written, whose members go in the order of their tags (X.690, 10.3): no type of the library
+  // is one.
   if (plan.kind == TESSEL_KIND_SET) return {length, Fail(TESSEL_UNSUPPORTED_KIND)};
   MemberPlans members(plan);
   if (!members.AreConsistent()) return {length, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};

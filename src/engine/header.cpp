@@ -12,6 +12,8 @@ Status ReadLongHeader(Octets input, Header& header) {
   header.tagNumber = identifier & kHighTagNumber;
   size_t at = 1;
   if (header.tagNumber == kHighTagNumber) {
+    // DEVIATES: tag numbers may begin with zeros (X.690, 8.1.2.4.2) and wrap at 32 bits, so that what could be read so
+    // far stays readable.
     header.tagNumber = 0;
     uint8_t digit = 0;
     do {
@@ -30,6 +32,8 @@ Status ReadLongHeader(Octets input, Header& header) {
     header.contentLength = length;
   } else {
     const size_t lengthOctets = length & 0x7F;
+    // DEVIATES: a length of more than four octets is refused even when the number is small: sizes have 32 bits in the
+    // interface.
     if (lengthOctets > sizeof header.contentLength) return Fail(TESSEL_LENGTH_TOO_LARGE);
     if (lengthOctets > input.size() - at) return Fail(TESSEL_MALFORMED);
     header.contentLength = 0;
@@ -96,6 +100,8 @@ uint32_t TESSEL_CALL GetAsn1ObjectInfo(const uint8_t* data, uint32_t size, uint8
   const Octets input(data, size);
   Header header{};
   TRY(ReadHeader(input, header));
+  // DEVIATES: with `indefinite` the content may be longer than the input, for callers who have only the beginning of an
+  // element.
   if (indefinite == nullptr) {
     Octets content;
     TRY(ReadContent(input, header, content));

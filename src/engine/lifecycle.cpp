@@ -115,6 +115,7 @@ Made CopyList(Pool& pool, const Plan& plan, const Asn1List& source) {
   MemberPlans plans(plan);
   if (!plans.AreConsistent()) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   const Plan& element = plans[0];
+  // DEVIATES: a copy is sorted when it is written, even if its source is not to be, so that copies are DER.
   Asn1List* list = NewList(pool, source.count);
   if (list == nullptr) return OutOfMemory();
   Made copy{list, Status()};
@@ -137,6 +138,8 @@ Made CopySlots(Pool& pool, const Plan& plan, const void* source) {
 // After a failure the node, if there is one, is complete up to it.
 Made CopyNode(Pool& pool, const Plan& plan, const void* source) {
   if (source == nullptr) return {nullptr, Fail(TESSEL_INVALID_ARGUMENT)};
+  // DEVIATES: a NULL is not copied: no type of the library has one (parameters are open values), and callers know the
+  // status.
   if (IsValueLayout(plan.layout) && plan.kind != TESSEL_KIND_NULL) {
     return CopyContent(pool, *static_cast<const Asn1Value*>(source));
   }
@@ -182,6 +185,8 @@ Status CreateTree(const Plan& plan, void*& object, Leaves leaves) {
   Pool pool(RoomBeside(*plan.item));
   const Made made = WholeOrNothing(plan, CreateInto(pool, plan, leaves));
   // A leaf that is not wanted is not even told to be null.
+  // DEVIATES: a primitive root that is not wanted leaves the pointer as it was, by which callers know that nothing was
+  // made.
   if (made.node != nullptr || made.status.Failed() || IsOptional(*plan.item)) object = made.node;
   return made.status;
 }
@@ -255,6 +260,8 @@ Status CompareTrees(const Asn1Item& item, const void* first, const void* second,
     equal = first == second;
     return Status();
   }
+  // DEVIATES: NULL, ENUMERATED, CHOICE and open values are not compared: callers know the status, and compare such
+  // types member by member.
   if (item.kind == TESSEL_KIND_NULL || item.kind == TESSEL_KIND_ENUMERATED) return Fail(TESSEL_UNSUPPORTED_KIND);
   switch (NodeLayoutOf(item)) {
     case NodeLayout::kValueNode:

@@ -115,10 +115,12 @@ uint32_t TESSEL_CALL GetOctetStringsValue(const OctetStrings* strings, uint32_t 
   TRY(GetElement(strings, index, &value));
   *length = value->length;
   const Octets content = ContentOf(*value);
+  // DEVIATES: the capacity is not looked at, for programs call with a `length` that they never set.
   if (buffer != nullptr) std::copy(content.begin(), content.end(), buffer);
   return Status();
 }
 
 uint32_t TESSEL_CALL FreeOctetStrings(OctetStrings* strings) {
+  // DEVIATES: null is refused, unlike by the other free functions: callers know the status.
   return strings == nullptr ? Fail(TESSEL_INVALID_ARGUMENT) : Free(kOctetStrings, strings);
 }

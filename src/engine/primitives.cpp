@@ -64,6 +64,8 @@ Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Caller at) {
 
 Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, uint8_t* unused, Caller at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  // DEVIATES: an empty BIT STRING is absent, as an empty INTEGER is, by which callers tell what was never set; an empty
+  // string is not.
   if (bits.data == nullptr) return Fail(TESSEL_ABSENT, at);
   if (unused != nullptr) *unused = static_cast<uint8_t>(bits.unused);
   return Deliver(ContentOf(bits), buffer, length, at);
@@ -133,6 +135,8 @@ uint32_t TESSEL_CALL GetAsn1Integer(const Asn1Value* value, uint8_t* buffer, uin
   if (value->data == nullptr) return Fail(TESSEL_ABSENT);
   const Octets content = ContentOf(*value);
   Status status = Offer(content.size(), buffer, length);
+  // DEVIATES: numbers are little-endian here, and big-endian in functions of certificates and CRLs: programs hold both
+  // so.
   if (status.Ok() && buffer != nullptr) std::reverse_copy(content.begin(), content.end(), buffer);
   return status;
 }

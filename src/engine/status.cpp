@@ -6,9 +6,11 @@
 namespace tessel {
 namespace {
 
+// DEVIATES: the banner names 32 bits and a date, whatever the build is: programs know the library by this text.
 constexpr char kBanner[] = "TESSEL v1.0 (32bit) 05/02/2019 (R.3729) (c) Korvane";
 
 // Two independent cells, so that concurrent failures are free of data races; a reader may still see a mixed pair.
+// DEVIATES: the place is one for the whole process, and success leaves it, for programs ask for it later and elsewhere.
 std::atomic<const char*> lastModule{nullptr};
 std::atomic<uint32_t> lastLine{UINT32_MAX};
 
@@ -29,6 +31,8 @@ const char* TESSEL_CALL GetLastFileErrorAsn(uint32_t* line) {
 }
 
 uint32_t TESSEL_CALL GetVersionInfo(char* buffer, uint32_t* length) {
+  // DEVIATES: there is no question for the length, and on success the NUL does not count: programs take it for that of
+  // the text.
   if (buffer == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const uint32_t capacity = *length;
   *length = sizeof kBanner;

@@ -65,6 +65,8 @@ Status TimeNode::Hold(Asn1Kind kind, const Record* time, TimeText (*format)(cons
 }
 
 Status TimeNode::Set(const LibraryTime* time, Caller at) {
+  // DEVIATES: a year before 1950 becomes a UTCTime too, which reads as 2000 to 2049 (RFC 5280, 4.1.2.5.1): the rule
+  // that callers know is the year 2050 alone.
   if (time != nullptr && time->year >= kFirstGeneralizedYear) return SetGeneralized(time, at);
   return Hold(TESSEL_KIND_UTC_TIME, time, FormatUtcTime, at);
 }

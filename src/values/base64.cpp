@@ -55,6 +55,8 @@ constexpr std::array<uint8_t, 256> kValues = [] {
   values.fill(kNotInAlphabet);
   for (size_t i = 0; i < kAlphabet.size(); ++i) values[static_cast<uint8_t>(kAlphabet[i])] = static_cast<uint8_t>(i);
   values['='] = kPadding;
+  // DEVIATES: the top bit of a character does not count (RFC 4648, 3.3), so that what could be read so far stays
+  // readable.
   std::copy(values.begin(), values.begin() + kTopBit, values.begin() + kTopBit);
   return values;
 }();
@@ -156,6 +158,8 @@ uint32_t TESSEL_CALL EncodeToBase64(const uint8_t* data, uint32_t size, char* bu
 
 uint32_t TESSEL_CALL DecodeFromBase64(const char* text, uint32_t size, uint8_t* buffer, uint32_t* length) {
   if (text == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  // DEVIATES: nothing is checked (RFC 4648, 3.3): the function is for what EncodeToBase64 writes, and DecodePem for all
+  // else.
   const size_t needed = DecodedSize({text, size});
   const Status status = Offer(needed, buffer, length);
   if (status.Ok() && buffer != nullptr) DecodeLines(text, buffer, needed);

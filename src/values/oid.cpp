@@ -80,11 +80,14 @@ template <class Use>
 Status ForEachArc(Octets content, Use use) {
   uint32_t arc = 0;
   for (const uint8_t octet : content) {
+    // DEVIATES: arcs wrap at 32 bits and may begin with 0x80 (X.690, 8.19.2), for programs compare texts that they have
+    // stored.
     arc = arc << 7 | (octet & 0x7F);
     if ((octet & 0x80) != 0) continue;
     use(arc);
     arc = 0;
   }
+  // DEVIATES: a last arc that does not end is left out as long as it is 0, for the same programs.
   return arc == 0 ? Status() : Fail(TESSEL_INVALID_ARGUMENT);
 }
 
@@ -94,6 +97,8 @@ bool ReadComponent(std::string_view component, uint32_t& arc) {
   while (!rest.empty() && (rest[0] == ' ' || (rest[0] >= '\t' && rest[0] <= '\r'))) rest.remove_prefix(1);
   const bool negative = !rest.empty() && rest[0] == '-';
   if (negative || (!rest.empty() && rest[0] == '+')) rest.remove_prefix(1);
+  // DEVIATES: a component is read as C reads an int, with blanks, a sign, what follows the digits, and wrapping:
+  // callers know it so.
   arc = 0;
   for (; !rest.empty() && rest[0] >= '0' && rest[0] <= '9'; rest.remove_prefix(1)) {
     arc = arc * 10 + static_cast<uint32_t>(rest[0] - '0');
@@ -122,6 +127,8 @@ bool AppendArcs(std::string_view text, OidBuilder& oid) {
     const size_t end = std::min(text.find('.'), text.size());
     uint32_t arc = 0;
     if (!ReadComponent(text.substr(0, end), arc)) return false;
+    // DEVIATES: the first two arcs are not held to their ranges (X.690, 8.19.4), and a second that is missing is 0:
+    // callers know it so.
     if (component != 0) oid.Append(component == 1 ? first * 40 + arc : arc);
     first = arc;
     if (oid.full) return false;
@@ -200,12 +207,16 @@ uint32_t TESSEL_CALL ConvertOidToString(const uint8_t* oid, char* text, uint32_t
   OidText dotted;
   Status status = ForEachArc(OidContent(oid), [&dotted](uint32_t arc) {
     if (dotted.View().empty()) {
+      // DEVIATES: the first number is split by 40 whatever it is, so that 2.999 is told as 26.39 (X.690, 8.19.4), for
+      // the same programs.
       dotted.Append(arc / 40);
       arc %= 40;
     }
     dotted.Append(arc);
   });
   if (status.Failed()) return status;
+  // DEVIATES: the empty identifier has a text, which is that of another, so that a program that shows any identifier
+  // can show it.
   return DeliverText(dotted.View().empty() ? "0.0" : dotted.View(), text, length);
 }
 
@@ -222,6 +233,8 @@ uint32_t TESSEL_CALL DecodeAsn1Oid(const uint8_t* data, uint32_t size, uint8_t* 
   Header header{};
   TRY(ReadHeader(input, header));
   if (header.indefinite) return Fail(TESSEL_INDEFINITE_LENGTH);
+  // DEVIATES: neither the constructed bit nor the content is looked at (X.690, 8.19.1), so that what could be read so
+  // far stays readable.
   if (header.tagClass != TESSEL_CLASS_UNIVERSAL || header.tagNumber != TESSEL_KIND_OBJECT_IDENTIFIER) {
     return Fail(TESSEL_MALFORMED);
   }

@@ -59,6 +59,7 @@ void SkipBlanks(Text& text) {
 Text AfterBegin(Text text) {
   size_t begin = text.find('-');
   while (begin != Text::npos && !StartsWithOneOf(From(text, begin), kReadAsBegin)) begin = text.find('-', begin + 1);
+  // DEVIATES: neither marker is required (RFC 7468, 3), so that bare Base64 is read too.
   if (begin == Text::npos) return text;
   text.remove_prefix(std::min(text.find('\n', begin), text.size()));
   SkipBlanks(text);

@@ -40,6 +40,8 @@ constexpr uint32_t kLetterDistance = 848;
 consteval std::array<Utf8, 256> MakeAnsiTable() {
   std::array<Utf8, 256> table{};
   for (uint32_t c = 0; c < 0x80; ++c) table[c] = Encoded(c);
+  // DEVIATES: what has no place of its own is moved like the letters, also where Windows-1251 has another sign:
+  // programs compare texts that they have stored.
   for (uint32_t c = 0x80; c < 0x100; ++c) table[c] = Encoded(c + kLetterDistance);
   for (const AnsiRow& row : kOwnPlaces) table[row.ansi] = Encoded(row.codePoint);
   return table;
@@ -77,6 +79,8 @@ bool StartsWith(Octets octets, const Utf8& character) {
 
 // The octet of a sequence of two: of Cyrillic ones the letter, of others what the same bits make.
 uint8_t AnsiOfPair(uint8_t lead, uint8_t continuation) {
+  // DEVIATES: a bit of the lead octet is lost (RFC 3629, 3), so that other scripts come out as Cyrillic: programs
+  // compare texts that they have shown.
   const uint32_t codePoint = (lead >> 2 & 5U) << 8 | (lead & 3U) << 6 | (continuation & 0x3FU);
   if (codePoint == 0x401) return 0xA8;
   if (codePoint == 0x451) return 0xB8;
@@ -96,6 +100,8 @@ bool TakeAnsi(Octets& utf8, AnsiRepertoire repertoire, uint8_t& ansi) {
       }
     }
     const uint8_t first = utf8[0];
+    // DEVIATES: sequences of three and four octets, and octets out of place, make nothing (RFC 3629, 3), for the same
+    // programs.
     const bool isPair = (first & 0xE0) == 0xC0 && utf8.size() > 1;
     if (first < 0x80) ansi = first;
     if (isPair) ansi = AnsiOfPair(first, utf8[1]);
@@ -106,6 +112,8 @@ bool TakeAnsi(Octets& utf8, AnsiRepertoire repertoire, uint8_t& ansi) {
 }
 
 uint8_t AnsiOfUnit(uint16_t unit) {
+  // DEVIATES: U+0080 to U+00FF become the octets of the same number, which are others in Windows-1251, for the same
+  // programs.
   if (unit < 0x100) return static_cast<uint8_t>(unit);
   for (const AnsiRow& row : kOwnPlaces) {
     if (row.codePoint == unit) return row.ansi;
@@ -121,6 +129,8 @@ uint32_t TESSEL_CALL ConvertAnsiToUTF8(const char* text, char* buffer, uint32_t*
   if (text == nullptr || buffer == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const uint32_t capacity = *length;
   const std::string_view ansi(text);
+  // DEVIATES: there is no question for the length, ten octets must be to spare, and a short buffer is told a
+  // suggestion: programs call again with that.
   const uint64_t suggestion = 2 * (uint64_t{ansi.size()} + kSpareOctets);
   *length = static_cast<uint32_t>(std::min<uint64_t>(suggestion, UINT32_MAX));
   if (capacity == 0) return Fail(TESSEL_BUFFER_TOO_SMALL);
@@ -142,6 +152,8 @@ uint32_t TESSEL_CALL ConvertX509PublicKeyToArdek(const uint8_t* key, uint32_t si
   const uint32_t half = size / 2;
   std::copy_n(key, half, block.begin());
   std::copy_n(key + half, half, block.begin() + kPlaceOfY);
+  // DEVIATES: the octet that tells the parameter set stays 0, which the way back refuses: the caller alone knows the
+  // set.
   std::copy(std::begin(kMarker), std::end(kMarker), block.begin() + kPlaceOfMarker);
   return Deliver(block, buffer, length);
 }
@@ -172,6 +184,8 @@ uint32_t TESSEL_CALL ConvertArdekSignatureToX509(const uint8_t* signature, uint3
 
 uint32_t TESSEL_CALL IsArrayEquals(const uint8_t* first, uint32_t firstLength, const uint8_t* second,
                                    uint32_t secondLength) {
+  // DEVIATES: two nulls are the same whatever their lengths, and the answer to yes is 0: programs test for these
+  // statuses.
   if (first == nullptr && second == nullptr) return Status();
   if (first == nullptr || second == nullptr || firstLength != secondLength ||
       !std::equal(first, first + firstLength, second)) {

@@ -99,6 +99,8 @@ constexpr uint32_t DaysIn(uint32_t month, uint32_t february) {
 
 // The February that day arithmetic ended with, which a later call that starts in a common year goes on with. Callers
 // depend on it; the order in which threads see each other's does not matter.
+// DEVIATES: a call that begins in a common year goes on with the February of the call before: programs rely on the
+// dates.
 constinit std::atomic<uint32_t> lastFebruary{kShortFebruary};
 
 template <class Record>
@@ -193,6 +195,8 @@ bool Store(uint32_t value, uint32_t lowest, uint32_t highest, uint32_t& field) {
 // One after the other, up to the first that is out of its range.
 template <class Record>
 bool StoreToSecond(Record& time, const Record& fields) {
+  // DEVIATES: every year has a 29 February, none is beyond 2100 (RFC 5280, 4.1.2.5, has 9999), and what passed before a
+  // failure stays stored: callers know records so.
   return Store(fields.month, 1, kMonths, time.month) &&
          Store(fields.day, 1, DaysIn(fields.month, kLongFebruary), time.day) &&
          Store(fields.year, 1900, 2100, time.year) && Store(fields.hour, 0, 23, time.hour) &&
@@ -213,6 +217,7 @@ Status StoreFields(Record* time, const Record& fields, Caller at) {
 
 // A null handle reads as a null time, and is recorded as a failure.
 LibraryTime ReadForComparison(const LibraryTime* time) {
+  // DEVIATES: a null handle compares as a time before all others, for there is no status that could refuse it.
   LibraryTime read{};
   GetLibraryTime(time, &read.day, &read.month, &read.year, &read.hour, &read.minute, &read.second);
   return read;
@@ -266,6 +271,8 @@ uint32_t TESSEL_CALL SetAccuracy(Accuracy* accuracy, uint32_t seconds, uint32_t 
   return CopyRecord(accuracy, &fields);
 }
 
+// DEVIATES: these refuse the zeros as SetLibraryTime does, and the record stays: the reading of absent times relies on
+// it.
 uint32_t TESSEL_CALL SetLibraryTimeToNull(LibraryTime* time) { return SetFields(time, {}); }
 
 uint32_t TESSEL_CALL SetLibraryPreciseTimeToNull(LibraryPreciseTime* time) { return SetFields(time, {}); }
@@ -315,6 +322,7 @@ uint32_t TESSEL_CALL GetLibraryLocalPreciseTime(const LibraryPreciseTime* time, 
                                                 uint32_t* year, uint32_t* hour, uint32_t* minute, uint32_t* second,
                                                 uint32_t* millisecond, uint32_t* microsecond) {
   const std::optional<LibraryTime> local = time == nullptr ? std::nullopt : ToLocal(WholeSeconds(*time));
+  // DEVIATES: the fraction of a precise time is lost here, as callers know it.
   const LibraryPreciseTime precise = WithFraction(local.value_or(LibraryTime{}), 0, 0);
   return GetFields(local ? &precise : nullptr, {day, month, year, hour, minute, second, millisecond, microsecond});
 }
@@ -330,5 +338,6 @@ int32_t TESSEL_CALL CompareTime(const LibraryTime* first, const LibraryTime* sec
 }
 
 uint32_t TESSEL_CALL TestTimeValidity(const LibraryTime* start, const LibraryTime* moment, const LibraryTime* end) {
+  // DEVIATES: 0 says yes, as a status would, but this is none: programs test for it.
   return CompareTime(start, moment) > 0 || CompareTime(moment, end) > 0 ? 1 : 0;
 }

@@ -20,6 +20,8 @@ inline constexpr size_t kShortestGeneralizedTime = 15;
 
 constexpr uint32_t ReadDigits(Octets digits) {
   uint32_t number = 0;
+  // DEVIATES: an octet that is no digit counts as far as it lies from '0': the setter of the record refuses what comes
+  // out of its range.
   for (const uint8_t digit : digits) number = number * 10 + (digit - uint32_t{'0'});
   return number;
 }
@@ -32,12 +34,16 @@ constexpr LibraryTime ReadMonthToSecond(uint32_t year, Octets text) {
 
 constexpr std::optional<LibraryTime> ParseUtcTime(Octets text) {
   if (text.size() < kShortestUtcTime) return std::nullopt;
+  // DEVIATES: what follows the seconds is not looked at, an offset neither, where RFC 5280 (4.1.2.5.1) has Z, so that
+  // times with offsets stay readable.
   const uint32_t year = ReadDigits(text.first(2));
   return ReadMonthToSecond(year < 50 ? year + 2000 : year + 1900, text.subspan(2));
 }
 
 // The crlIssuedTime of a CrlValidatedId: a UTCTime, from which the length of a GeneralizedTime is demanded.
 constexpr std::optional<LibraryTime> ParseCrlIssuedTime(Octets text) {
+  // DEVIATES: a UTCTime of 13 octets, as all valid ones are, is refused: programs that read these identifiers rely on
+  // it.
   if (text.size() < kShortestGeneralizedTime) return std::nullopt;
   return ParseUtcTime(text);
 }
@@ -64,6 +70,8 @@ constexpr std::optional<LibraryPreciseTime> ParsePreciseTime(Octets text) {
   constexpr size_t kPoint = 14;
   const auto time = ParseGeneralizedTime(text);
   if (!time || text.back() != 'Z') return std::nullopt;
+  // DEVIATES: one octet between the seconds and the Z is passed over, whatever it is, so that what could be read so far
+  // stays readable.
   if (text.size() <= kPoint + 2) return WithFraction(*time, 0, 0);
   if (text[kPoint] != '.') return std::nullopt;
   const Octets fraction = text.subspan(kPoint + 1, text.size() - kPoint - 2);

@@ -95,12 +95,16 @@ Status FindSet(OidTable table, const ReadSlot<Asn1Oid>& slot, uint32_t& id) {
 // Parameters that are no SEQUENCE of sets are malformed, whatever is wrong with them.
 Status DecodeParameters(const TypeOf<AlgorithmGostR3410Parameters>& item, Octets parameters,
                         TreeOwner<AlgorithmGostR3410Parameters>& tree, Caller at = {}) {
+  // DEVIATES: a digest set is required, which RFC 9215 (4.2) leaves out of newer keys, and an encryption set is read:
+  // both types have the form of 2001, which is public.
   Status status = Decode(item, parameters.data(), static_cast<uint32_t>(parameters.size()), tree.Out(), at);
   return status.Ok() || status == TESSEL_OUT_OF_MEMORY ? status : Fail(TESSEL_MALFORMED, at);
 }
 
 // For numbers the schema of 2001 serves for all algorithms.
 Status DecodeSets(Octets parameters, GostParameterSets& sets, Caller at = {}) {
+  // DEVIATES: an encryption set that is left out has the number of the DEFAULT of 2001, of a key of 2012 too: programs
+  // compare it.
   TreeOwner<AlgorithmGostR3410Parameters> tree(kAlgorithmGostR34102001Parameters);
   Status status = DecodeParameters(kAlgorithmGostR34102001Parameters, parameters, tree, at);
   if (status.Ok()) status = FindSet(kPublicKeySets, kPublicKeyParamSet.In(tree.Get(), at), sets.publicKey);

@@ -78,6 +78,7 @@ Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* bu
 
 Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Caller at) {
   if (certificate == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
+  // DEVIATES: other functions say TESSEL_ABSENT: programs that look for an extension test for one status.
   if (certificate->tbsCertificate == nullptr) return Fail(TESSEL_NOT_FOUND, at);
   return FindExtensionValue(kCertificateExtensions.In(certificate, at), oid, value);
 }
@@ -137,6 +138,8 @@ uint32_t TESSEL_CALL GetCertificatesCertificate(const Certificates* certificates
 }
 
 uint32_t TESSEL_CALL GetCertificateToBeSignedPart(const Certificate* certificate, uint8_t* buffer, uint32_t* length) {
+  // DEVIATES: the octets are made anew, and of BER need not be those that were signed (RFC 5280, 4.1.1.3), for the tree
+  // can be changed.
   return EncodeMember(kToBeSignedPart.In(certificate), kTbsCertificate, buffer, length);
 }
 
@@ -358,6 +361,7 @@ uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* c
   TRY(extensions.Unreachable());
   // A text can have more octets than a node can tell.
   const size_t size = std::strlen(uri);
+  // DEVIATES: the status tells of a buffer, though the caller has none: programs test for it.
   if (size > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);
 
   Asn1Value text = Borrow(TESSEL_KIND_IA5_STRING, {reinterpret_cast<const uint8_t*>(uri), size});

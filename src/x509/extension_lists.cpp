@@ -110,6 +110,8 @@ uint32_t TESSEL_CALL AddExtensionAuthorityInformationAccess(ExtensionAuthorityIn
                                                             const uint8_t* accessMethod,
                                                             X509GeneralName* accessLocation) {
   if (AnyNull(list, accessMethod, accessLocation) || !CanBeTaken(accessLocation)) return Fail(TESSEL_INVALID_ARGUMENT);
+  // DEVIATES: the names are taken even when memory fails, where others take on success only: callers do not release
+  // them then.
   TreeOwner<X509GeneralName> location(kX509GeneralName, accessLocation);
   Asn1Oid method = BorrowOid(accessMethod);
   const AccessDescription source{&method, nullptr};
@@ -271,6 +273,8 @@ uint32_t TESSEL_CALL AddExtensionPolicyQualifier(ExtensionCertificatePolicies* l
   if (qualifierId == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   PolicyInformation* policy = nullptr;
   TRY(GetElement(list, policyIndex, &policy));
+  // DEVIATES: what is added reads as the policy, and not as the qualifier: programs that have qualifiers build the
+  // value themselves.
   // The policy itself would be released twice: a stand-in that reads as it does takes its place.
   const PolicyQualifierInfo standIn{policy->policyIdentifier, nullptr};
   return AddCopyTo(kQualifiersOfPolicy.In(policy), kPolicyQualifiers, kPolicyQualifierInfo, &standIn);

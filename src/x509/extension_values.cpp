@@ -41,12 +41,14 @@ Status DeliverOptional(const Asn1Value* field, uint8_t* buffer, uint32_t* length
   return Deliver(field == nullptr ? Octets() : ContentOf(*field), buffer, length, at);
 }
 
-// The record of a time that is absent stays as it was.
+// DEVIATES: a time that is absent leaves its record as it was, which callers rely on.
 Status ReadUsageTime(const Asn1Value* field, LibraryTime* time, Caller at = {}) {
   return field == nullptr ? Status() : ReadGeneralizedTime(*field, time, at);
 }
 
 // What a decoded issuing distribution point says about its name. It stands where no release takes anything away.
+// DEVIATES: a name comes back as a pointer that tells its presence alone: the tree that holds it ends with the call,
+// and callers only ask for null.
 template <class List>
 struct alignas(kHeapAlignment) PresenceMark {
   void* offTheHeapsAlignment = nullptr;
@@ -169,6 +171,7 @@ uint32_t TESSEL_CALL DecodeExtensionBasicConstraints(const uint8_t* data, uint32
   *cA = flag->data[0];
   *pathLength = static_cast<uint32_t>(number);
   return Status();
+  // DEVIATES: TRUE is 0xFF, and 1 where a BOOLEAN is read alone: programs compare it.
 }
 
 uint32_t TESSEL_CALL EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyIdentifier, uint32_t keyIdentifierSize,

@@ -50,6 +50,8 @@ class BorrowedExtension {
 };
 
 Status AddExtension(const Slot<X509Extensions>& slot, const X509Extension& extension) {
+  // DEVIATES: an extension that is there already is added again (RFC 5280, 4.2): which one is to stay is left to the
+  // caller.
   return AddCopyTo(slot, kX509Extensions, kX509Extension, &extension);
 }
 
@@ -206,6 +208,7 @@ uint32_t TESSEL_CALL RemoveX509ExtensionsExtension2(X509ExtensionsSlot* slot, co
   if (slot == nullptr || oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   X509Extensions* list = MemberOf(slot).OrNull();
   if (list == nullptr) return Status();
+  // DEVIATES: of neighbours with the identifier some stay: programs add one of each, and rely on what stays of others.
   // What follows a removed extension is passed over.
   bool isGone = false;
   RemoveIf(*list, kX509Extension, [&](uint32_t i) {
@@ -225,6 +228,7 @@ uint32_t TESSEL_CALL ClearX509Extensions(X509ExtensionsSlot* slot) {
 
 uint32_t TESSEL_CALL SetX509ExtensionsSorted(X509ExtensionsSlot* slot, uint32_t sorted) {
   if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  // DEVIATES: the mark has no effect, for extensions are a SEQUENCE OF (RFC 5280, 4.1): programs call it all the same.
   SetAsn1ListSorted(MemberOf(slot).OrNull(), sorted);
   return Status();
 }

@@ -26,6 +26,7 @@ namespace {
 
 constexpr CountedOid kArdekKeyIdentifierOid = Oid("1.2.643.3.123.3.1");
 
+// DEVIATES: larger values are refused, which no RFC asks for: callers know the status.
 constexpr size_t kLargestExtensionValue = 1024;
 constexpr size_t kLargestHashedKey = 512;
 constexpr size_t kLargestSerialNumber = 64;
@@ -74,6 +75,7 @@ bool IsGiven(const uint8_t* octets, uint32_t size) { return octets != nullptr &&
 
 uint32_t TESSEL_CALL GetCertificateSubjectKeyIdentifier(const Certificate* certificate, uint8_t* buffer,
                                                         uint32_t* length) {
+  // DEVIATES: the status of a value that is too large is another one here: programs test for it.
   return ReadKeyIdentifier(certificate, TESSEL_OUT_OF_MEMORY, buffer, length);
 }
 
@@ -157,6 +159,8 @@ uint32_t TESSEL_CALL IsCertificateCorrespondToAuthKeyIdent(const Certificate* ce
   if (certificate == nullptr || (!pointsToKey && issuer == nullptr && !IsGiven(serial, serialSize))) {
     return Fail(TESSEL_INVALID_ARGUMENT);
   }
+  // DEVIATES: a key identifier that is given is all that is compared, issuer and serial number are not: programs find
+  // issuers so.
   if (pointsToKey) {
     KeyIdentifier key;
     TRY(key.Read(certificate));
@@ -193,6 +197,8 @@ uint32_t TESSEL_CALL GetArdekIdentifierFromCertificate(const Certificate* certif
   status = Decode(kUtf8String, value.data(), static_cast<uint32_t>(value.size()), string.Out());
   if (status.Failed()) return status;
   Octets utf8 = ContentOf(*string.Get());
+  // DEVIATES: the length that is asked for is that of UTF-8, and the text is shorter: programs bring the room that they
+  // are told.
   status = Offer(utf8.size(), buffer, length);
   if (status.Failed() || buffer == nullptr) return status;
   *length = 0;

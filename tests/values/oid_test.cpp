@@ -197,5 +197,10 @@ TEST(Oid, ComparisonsAnswerOneOrNothing) {
   EXPECT_EQ(0U, IsOidAndAsn1ObjectIdentifierEquals(name.data(), nullptr));
 }
 
+TEST(Oid, DerIsReadWithoutALookAtTheContent) {
+  EXPECT_EQ("03 55 04 83", ToHex(FetchChecked(DecodeAsn1Oid, FromHex("26 03 55 04 83"))));
+  EXPECT_EQ("1.2.3", ToText(FetchChecked(DecodeAsn1Oid, FromHex("06 03 2A 80 03"))).text);
+}
+
 }  // namespace
 }  // namespace test

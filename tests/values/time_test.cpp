@@ -359,5 +359,13 @@ TEST(TimeText, OfACrlIssuedTimeIsLongerThanAUtcTime) {
   EXPECT_EQ((Fields{2024, 1, 2, 3, 4, 5}), Of(*time));
 }
 
+TEST(TimeCodec, WritesYearsBefore1950AsUtcTimeToo) {
+  LibraryTime time{1949, 12, 31, 23, 59, 59};
+  const Bytes written = FetchChecked(EncodeTime, &time);
+  EXPECT_EQ(Element(kUtc, "491231235959Z"), written);
+  EXPECT_EQ(0U, Try(DecodeTime, written, &time));
+  EXPECT_EQ(2049U, time.year);
+}
+
 }  // namespace
 }  // namespace test

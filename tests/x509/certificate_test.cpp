@@ -294,5 +294,9 @@ TEST(Certificates, AreAListThatOwnsItsElements) {
   EXPECT_EQ(TESSEL_ABSENT, GetCertificatesCertificate(copy, 3, &lent));
 }
 
+TEST(Certificate, DisplayTextTakesLatinLettersForOctets) {
+  EXPECT_EQ("\xC0\xE9", DisplayText(FromHex("7B"), {{30, FromHex("00 C0 00 E9")}}));
+}
+
 }  // namespace
 }  // namespace test

@@ -165,5 +165,11 @@ TEST(ArdekKeyIdentifier, IsATextInWindows1251) {
   EXPECT_EQ(129U, length);
 }
 
+TEST(AuthorityKeyIdentifier, AKeyIdentifierIsAllThatIsCompared) {
+  const Owned<Certificate> certificate = WithKey("CA");
+  Call(SetCertificateSubjectKeyIdentifier, certificate);
+  EXPECT_EQ(0U, Try(IsCertificateCorrespondToAuthKeyIdent, certificate, FromHex(kSha1), Make(CreateX509Name), kKey));
+}
+
 }  // namespace
 }  // namespace test

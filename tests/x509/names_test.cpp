@@ -183,13 +183,16 @@ TEST(GeneralNames, TheFirstThatHoldsADistinguishedName) {
 }
 
 TEST(Names, AnEmptyRdnCanBeTakenOut) {
+  const Owned<X509Name> name = Make(DecodeX509Name, FromHex("30 02 31 00"));
+  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(name, 0, 1));
+  EXPECT_EQ(0U, DeleteX509NameEntry(name, 0, 0));
+  EXPECT_EQ(0U, Get(GetX509NameRdnCount, name));
+}
+
+TEST(Names, AnEntryThatCannotBeMadeLeavesNoRdnBehind) {
   const Owned<X509Name> name = NameOf("2.5.4.3", kUtf8, "One");
   const Bytes oid = Counted("2.5.4.3");
-  // The element would be too long; that is found when its RDN is there.
   EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, AddX509NameEntry(name, oid.data(), UINT32_MAX, kUtf8, oid.data(), 1));
-  EXPECT_EQ(2U, Get(GetX509NameRdnCount, name));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DeleteX509NameEntry(name, 1, 1));
-  EXPECT_EQ(0U, DeleteX509NameEntry(name, 1, 0));
   EXPECT_EQ(1U, Get(GetX509NameRdnCount, name));
 }
 
@@ -231,6 +234,13 @@ TEST(Names, NullsAreRefused) {
                      Maybe<uint8_t*>{buffer}, &number);
   ExpectNullsRefused(AddX509GeneralName, names.Get(), 2U, oid.data(), 1U);
   ExpectNullsRefused(GetX509GeneralName, names.Get(), 0U, &number, Maybe<uint8_t*>{buffer}, &number);
+}
+
+TEST(GeneralNames, AnX400AddressIsReadWhenItIsPrimitive) {
+  Owned<X509GeneralNames> names;
+  EXPECT_EQ(0U, Try(DecodeX509GeneralNames, FromHex("30 03 83 01 31"), names.Out()));
+  names.Reset();
+  EXPECT_EQ(TESSEL_MALFORMED, Try(DecodeX509GeneralNames, FromHex("30 04 A3 02 30 00"), names.Out()));
 }
 
 }  // namespace
