@@ -43,8 +43,8 @@ TEST(Header, IsParsedAsDocumented) {
     uint32_t contentLength = 7;
     uint32_t indefinite = 7;
     uint32_t headerLength = 7;
-    ASSERT_EQ(c.status, GetAsn1ObjectInfo(input.Data(), input.Size(), &tagClass, &constructed, &tagNumber,
-                                          &contentLength, c.askIndefinite ? &indefinite : nullptr, &headerLength));
+    ASSERT_STATUS(c.status, GetAsn1ObjectInfo(input.Data(), input.Size(), &tagClass, &constructed, &tagNumber,
+                                              &contentLength, c.askIndefinite ? &indefinite : nullptr, &headerLength));
     if (c.status != TESSEL_OK) {
       EXPECT_EQ(7U, tagClass & constructed & tagNumber & contentLength & indefinite & headerLength);
       continue;
@@ -70,7 +70,7 @@ struct DecodeCase {
 void Check(const DecodeCase& c) {
   SCOPED_TRACE(c.input);
   const DecodeResult result = Decode(c.item, FromHex(c.input));
-  ASSERT_EQ(c.status, result.status);
+  ASSERT_STATUS(c.status, result.status);
   if (c.status == TESSEL_INVALID_CONTENT) return;
   if (c.status == TESSEL_OK) {
     EXPECT_EQ(c.consumed, result.consumed);
@@ -78,7 +78,7 @@ void Check(const DecodeCase& c) {
   ASSERT_EQ(c.der != nullptr, result.tree.Root() != nullptr);
   if (c.der == nullptr) return;
   const EncodeResult encoded = Encode(c.item, result.tree.Root());
-  EXPECT_EQ(0U, encoded.status);
+  EXPECT_OK(encoded.status);
   EXPECT_EQ(c.der, ToHex(encoded.octets));
 }
 
@@ -220,7 +220,7 @@ TEST(Decoder, ReadsSequencesAndLists) {
 
 TEST(Decoder, HandsBackInvalidContentOnlyFromTheTop) {
   const DecodeResult top = Decode(kExplicitInteger, FromHex("A0 04 02 02 00 01"));
-  ASSERT_EQ(TESSEL_INVALID_CONTENT, top.status);
+  ASSERT_STATUS(TESSEL_INVALID_CONTENT, top.status);
   ASSERT_NE(nullptr, top.tree.Root());
   EXPECT_EQ(1U, top.tree.As<Asn1Value>().data[1]);
   const DecodeCase inside[] = {
@@ -232,23 +232,23 @@ TEST(Decoder, HandsBackInvalidContentOnlyFromTheTop) {
   for (const DecodeCase& c : inside) {
     SCOPED_TRACE(c.input);
     const DecodeResult result = Decode(c.item, FromHex(c.input));
-    EXPECT_EQ(c.status, result.status);
+    EXPECT_STATUS(c.status, result.status);
     EXPECT_EQ(nullptr, result.tree.Root());
   }
 }
 
 TEST(Decoder, LeavesNoPlaceBehindWhenItSucceeds) {
-  ASSERT_EQ(TESSEL_INVALID_ARGUMENT, CheckAsn1Boolean(nullptr));
+  ASSERT_STATUS(TESSEL_INVALID_ARGUMENT, CheckAsn1Boolean(nullptr));
   // The first wrapper says less than its element takes, so that what seems to follow it is no header.
   const DecodeResult result = Decode(kExplicitIntegers, FromHex("30 0A A0 02 02 01 85 A0 03 02 01 01"));
-  EXPECT_EQ(TESSEL_OK, result.status);
+  EXPECT_OK(result.status);
   EXPECT_EQ(2U, result.tree.As<Asn1List>().count);
   EXPECT_STREQ("primitives.cpp", GetLastFileErrorAsn(nullptr));
 }
 
 TEST(Decoder, FillsInDefaults) {
   const DecodeResult result = Decode(kDefaultInteger, FromHex("04 00"));
-  ASSERT_EQ(0U, result.status);
+  ASSERT_OK(result.status);
   EXPECT_EQ(0U, result.consumed);
   const auto& value = result.tree.As<Asn1Value>();
   EXPECT_NE(&kZero, &value);
@@ -259,10 +259,10 @@ TEST(Decoder, FillsInDefaults) {
 
 TEST(Decoder, SurvivesAnyDepth) {
   const Bytes deep = Repeat(FromHex("30 80"), 10'000'000);
-  EXPECT_EQ(TESSEL_INDEFINITE_LENGTH, Decode(kAny, deep).status);
-  EXPECT_EQ(TESSEL_MALFORMED, Decode(CertificateItem, deep).status);
-  EXPECT_EQ(TESSEL_MALFORMED, Decode(kNest, deep).status);
-  EXPECT_EQ(TESSEL_OK, Decode(kAny, deep + Repeat(FromHex("00 00"), 10'000'000)).status);
+  EXPECT_STATUS(TESSEL_INDEFINITE_LENGTH, Decode(kAny, deep).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, Decode(CertificateItem, deep).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, Decode(kNest, deep).status);
+  EXPECT_OK(Decode(kAny, deep + Repeat(FromHex("00 00"), 10'000'000)).status);
 }
 
 // Lists of one element that look much longer: a wrapper in each claims all that follows, up to many small elements.
@@ -278,7 +278,7 @@ TEST(Decoder, TakesNoRoomForElementsThatListsOnlyClaim) {
   }
   input += FromHex("00 00") + Repeat(FromHex("05 00"), 2000);
   const DecodeResult decoded = Decode(kListsOfExplicitIntegers, input);
-  ASSERT_EQ(0U, decoded.status);
+  ASSERT_OK(decoded.status);
   const auto& lists = decoded.tree.As<Asn1List>();
   ASSERT_EQ(kLists, lists.count);
   size_t room = 0;
@@ -299,7 +299,7 @@ TEST(Decoder, KeepsContentsWhateverTheirPlace) {
       const Bytes header{4, 0x83, uint8_t(size >> 16), uint8_t(size >> 8), uint8_t(size)};
       const DecodeResult result =
           Decode(kStrings, FromHex("30 80") + padding + segmented + Repeat(header + content, 12) + FromHex("00 00"));
-      ASSERT_EQ(0U, result.status);
+      ASSERT_OK(result.status);
       const auto& list = result.tree.As<Asn1List>();
       ASSERT_EQ(14U, list.count);
       EXPECT_EQ(215U, list.capacity);

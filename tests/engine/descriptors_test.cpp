@@ -38,15 +38,15 @@ TEST(Descriptors, ThatContradictThemselvesAreRefusedByEveryOperation) {
     SCOPED_TRACE(std::to_string(item.nodeSize) + " octets, " + std::to_string(item.memberCount) + " members");
     const Asn1Item* element[] = {&item};
     const Asn1Item list{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE_OF, kNoTagNumber, 0, element, 1, nullptr};
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("30 06 02 01 01 02 01 02")).status);
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(list, FromHex("30 08 30 06 02 01 01 02 01 02")).status);
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, node).status);
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("30 06 02 01 01 02 01 02")).status);
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(list, FromHex("30 08 30 06 02 01 01 02 01 02")).status);
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, node).status);
     void* object = nullptr;
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&item, &object, 1));
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &object));
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&item, &object, 1));
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &object));
     EXPECT_EQ(nullptr, object);
     uint32_t equal = 0;
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, CompareAsn1Objects(&item, node, node, &equal));
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CompareAsn1Objects(&item, node, node, &equal));
   }
 }
 
@@ -54,19 +54,19 @@ TEST(Descriptors, OfAListHaveNoNodeSize) {
   const Asn1Item* element[] = {&kInteger};
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE_OF, kNoTagNumber, UINT32_MAX, element, 1, nullptr};
   // So much memory is not asked for.
-  EXPECT_EQ(TESSEL_OK, Decode(item, FromHex("30 03 02 01 01")).status);
+  EXPECT_OK(Decode(item, FromHex("30 03 02 01 01")).status);
 }
 
 TEST(Descriptors, OfAChoiceWithoutAnAlternativeAreRefused) {
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_CHOICE, kNoTagNumber, 0, kNumberAndNull, 2, nullptr};
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("04 00")).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("04 00")).status);
   Asn1Choice choice{1, &choice};
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, &choice).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, &choice).status);
   void* node = &choice;
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &node));
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &node));
   node = &choice;
   const Asn1Item* descriptor = &item;
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
   EXPECT_EQ(&item, descriptor);
 }
 
@@ -133,19 +133,19 @@ const Recursion kRecursions[] = {{kTower, Tower}, {kPair, Pairs}, {kChain, Chain
 // Every operation on the deepest value that is read.
 void UseTheDeepest(const Recursion& recursion) {
   constexpr size_t kMostLevels = 64;
-  EXPECT_EQ(TESSEL_MALFORMED, Decode(recursion.item, recursion.encode(kMostLevels + 1)).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, Decode(recursion.item, recursion.encode(kMostLevels + 1)).status);
   const Bytes encoding = recursion.encode(kMostLevels);
   const DecodeResult decoded = Decode(recursion.item, encoding);
-  ASSERT_EQ(TESSEL_OK, decoded.status);
+  ASSERT_OK(decoded.status);
   EXPECT_EQ(encoding, Encode(recursion.item, decoded.tree.Root()).octets);
   Bytes buffer(encoding.size());
   auto length = static_cast<uint32_t>(buffer.size());
-  EXPECT_EQ(TESSEL_OK, GetAsn1EncodedValue(decoded.tree.Root(), &recursion.item, buffer.data(), &length));
+  EXPECT_OK(GetAsn1EncodedValue(decoded.tree.Root(), &recursion.item, buffer.data(), &length));
   Tree copy(recursion.item);
   if (Copy(recursion.item, decoded.tree.Root(), copy.Out()) != TESSEL_OK) return;  // a NULL cannot be copied
   EXPECT_EQ(encoding, Encode(recursion.item, copy.Root()).octets);
   uint32_t equal = 0;
-  EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&recursion.item, decoded.tree.Root(), copy.Root(), &equal));
+  EXPECT_OK(CompareAsn1Objects(&recursion.item, decoded.tree.Root(), copy.Root(), &equal));
   EXPECT_EQ(1U, equal);
 }
 
@@ -179,9 +179,9 @@ constexpr Asn1Item kEndless = Sequence(2 * kSlot, kEndlessMembers, 2);
 
 TEST(Descriptors, WithoutAValueThatEndsAreNotCreated) {
   void* object = nullptr;
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&kEndless, &object, 1));
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&kEndless, &object, 1));
   EXPECT_EQ(nullptr, object);
-  EXPECT_EQ(TESSEL_MALFORMED, Decode(kEndless, Repeat(FromHex("30 80 02 01 00"), 100000)).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, Decode(kEndless, Repeat(FromHex("30 80 02 01 00"), 100000)).status);
 }
 
 }  // namespace

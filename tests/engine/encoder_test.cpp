@@ -31,7 +31,7 @@ TEST(Encoder, WritesMinimalHeaders) {
     Bytes content(c.length, 0x41);
     const Asn1Value value = ValueOf(content);
     const EncodeResult encoded = Encode(kOctetString, &value);
-    ASSERT_EQ(0U, encoded.status);
+    ASSERT_OK(encoded.status);
     const size_t headerSize = FromHex(c.header).size();
     EXPECT_EQ(c.header, Front(encoded.octets, headerSize));
     EXPECT_EQ(content, Bytes(encoded.octets.begin() + static_cast<ptrdiff_t>(headerSize), encoded.octets.end()));
@@ -60,7 +60,7 @@ TEST(Encoder, SortsSetsByEncoding) {
   };
   for (const auto& c : cases) {
     const DecodeResult set = Decode(kStringSet, FromHex(c.input));
-    ASSERT_EQ(0U, set.status);
+    ASSERT_OK(set.status);
     EXPECT_EQ(c.sorted, ToHex(Encode(kStringSet, set.tree.Root()).octets));
     // The list itself keeps its order, which is what is written when it asks for that.
     set.tree.As<Asn1List>().sorted = 0;
@@ -94,7 +94,7 @@ TEST(Encoder, SortsLargeSets) {
   const Bytes header =
       FromHex("31 82") + Bytes{static_cast<uint8_t>(content.size() >> 8), static_cast<uint8_t>(content.size())};
   const DecodeResult set = Decode(kStringSet, header + content);
-  ASSERT_EQ(0U, set.status);
+  ASSERT_OK(set.status);
   EXPECT_EQ(header + expected, Encode(kStringSet, set.tree.Root()).octets);
 }
 
@@ -108,7 +108,7 @@ TEST(Encoder, RetagsOpenValuesInPlace) {
   EXPECT_EQ("A5 04 30 80 00 00", ToHex(Encode(Explicit<5, kAny>, &value).octets));
   EXPECT_EQ("30 80 00 00", ToHex(Encode(taggedAny(TESSEL_CLASS_APPLICATION, 3), &value).octets));
   EXPECT_EQ("", ToHex(Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &empty).octets));
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &value).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(taggedAny(TESSEL_CLASS_CONTEXT, 31), &value).status);
   // All octets of an identifier are replaced, and it stays primitive.
   Bytes longIdentifier = FromHex("9F 81 00 01 05");
   const Asn1Value highTag = ValueOf(longIdentifier);
@@ -120,32 +120,32 @@ TEST(Encoder, TellsTheFirstFailureInTheOrderOfTheTree) {
   const Asn1Choice empty{0, nullptr};
   const Asn1Value zero = kZero;
   const void* set[] = {&zero};
-  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, Encode(kTestChoice, &wrong).status);
-  EXPECT_EQ(TESSEL_ABSENT, Encode(kTestChoice, &empty).status);
-  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Encode(kTestSet, set).status);
-  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Encode(kUnknownPrimitive, &zero).status);
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(kExplicitWithoutTag, &zero).status);
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(kListWithoutElement, &kEmptyNode).status);
+  EXPECT_STATUS(TESSEL_WRONG_ALTERNATIVE, Encode(kTestChoice, &wrong).status);
+  EXPECT_STATUS(TESSEL_ABSENT, Encode(kTestChoice, &empty).status);
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Encode(kTestSet, set).status);
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Encode(kUnknownPrimitive, &zero).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(kExplicitWithoutTag, &zero).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(kListWithoutElement, &kEmptyNode).status);
   const Asn1Item defaultEnumerated = Default<kEnumerated, kZero>;
-  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Encode(defaultEnumerated, &zero).status);
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Encode(defaultEnumerated, &zero).status);
 
   // SEQUENCE { CHOICE, SET }: both members are wrong.
   const Asn1Item* members[] = {&kTestChoice, &kTestSet};
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE, -1, 2 * sizeof(void*), members, 2, nullptr};
   const void* node[] = {&wrong, set};
-  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, Encode(item, node).status);
+  EXPECT_STATUS(TESSEL_WRONG_ALTERNATIVE, Encode(item, node).status);
   node[0] = nullptr;
-  EXPECT_EQ(TESSEL_ABSENT, Encode(item, node).status);
+  EXPECT_STATUS(TESSEL_ABSENT, Encode(item, node).status);
 }
 
 TEST(Encoder, ChecksArgumentsAndLeavesNothingForNothing) {
   uint32_t length = 9;
   uint8_t* block = nullptr;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1Encode(nullptr, &kInteger, &block, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1Encode(&kZero, nullptr, &block, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Asn1Encode(&kZero, &kInteger, &block, nullptr));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Asn1Encode(nullptr, &kInteger, &block, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Asn1Encode(&kZero, nullptr, &block, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Asn1Encode(&kZero, &kInteger, &block, nullptr));
   // A root that equals its DEFAULT encodes to nothing.
-  EXPECT_EQ(TESSEL_OK, Asn1Encode(&kZero, &kDefaultInteger, &block, &length));
+  EXPECT_OK(Asn1Encode(&kZero, &kDefaultInteger, &block, &length));
   EXPECT_EQ(0U, length);
   EXPECT_EQ(nullptr, block);
   // A length without octets is written as zeros.

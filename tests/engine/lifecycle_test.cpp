@@ -11,7 +11,7 @@ namespace {
 
 TEST(Create, MakesWhatTheDescriptorRequires) {
   Tree bare(CertificateItem);
-  ASSERT_EQ(0U, CreateAsn1Object(&CertificateItem, bare.Out(), 0));
+  ASSERT_OK(CreateAsn1Object(&CertificateItem, bare.Out(), 0));
   const TbsCertificate& tbs = *bare.As<Certificate>().tbsCertificate;
   ASSERT_NE(nullptr, tbs.version);
   EXPECT_EQ(1U, tbs.version->length);
@@ -25,7 +25,7 @@ TEST(Create, MakesWhatTheDescriptorRequires) {
   }
 
   Tree leafy(CertificateItem);
-  ASSERT_EQ(0U, CreateAsn1Object(&CertificateItem, leafy.Out(), 1));
+  ASSERT_OK(CreateAsn1Object(&CertificateItem, leafy.Out(), 1));
   const TbsCertificate& full = *leafy.As<Certificate>().tbsCertificate;
   ASSERT_NE(nullptr, full.serialNumber);
   EXPECT_EQ(nullptr, full.serialNumber->data);
@@ -43,40 +43,40 @@ TEST(Create, KnowsEveryKind) {
     const Asn1Item item = Plain(0, kind);
     for (const uint32_t withLeaves : {0U, 1U}) {
       void* object = &mark;
-      EXPECT_EQ(primitive || always ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND,
-                CreateAsn1Object(&item, &object, withLeaves));
+      EXPECT_STATUS(primitive || always ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND,
+                    CreateAsn1Object(&item, &object, withLeaves));
       EXPECT_EQ(primitive && withLeaves == 0, object == &mark);
       if (object != &mark) FreeAsn1Object(&item, object);
     }
   }
   void* object = &mark;
-  EXPECT_EQ(TESSEL_OK, CreateAsn1Object(&kOptionalInteger, &object, 1));
+  EXPECT_OK(CreateAsn1Object(&kOptionalInteger, &object, 1));
   EXPECT_EQ(nullptr, object);
 
   // A failing member releases what was made.
   const Asn1Item* members[] = {&kTestSequence, &kUnknownPrimitive};
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE, -1, 2 * sizeof(void*), members, 2, nullptr};
   object = &mark;
-  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, CreateAsn1Object(&item, &object, 1));
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, CreateAsn1Object(&item, &object, 1));
   EXPECT_EQ(nullptr, object);
 }
 
 TEST(Create, MakesOptionalSequencesOnRequest) {
   static constexpr auto kOptionalSequence = Optional<kTestSequence>;
   Tree tree(kOptionalSequence);
-  ASSERT_EQ(TESSEL_OK, CreateOptionalAsn1Sequence(&kOptionalSequence, tree.Out(), 1));
+  ASSERT_OK(CreateOptionalAsn1Sequence(&kOptionalSequence, tree.Out(), 1));
   EXPECT_NE(nullptr, tree.As<TestSequence>().number);
   EXPECT_EQ(nullptr, tree.As<TestSequence>().open);
   void* object = nullptr;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kTestSequence, &object, 1));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kOptionalInteger, &object, 1));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kTestSequence, &object, 1));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, CreateOptionalAsn1Sequence(&kOptionalInteger, &object, 1));
 }
 
 TEST(Copy, IsDeepAndResetsSorting) {
   const DecodeResult set = Decode(kStringSet, FromHex("31 09 04 01 02 04 01 01 04 01 03"));
   set.tree.As<Asn1List>().sorted = 0;
   Tree copy(kStringSet);
-  ASSERT_EQ(0U, Copy(kStringSet, set.tree.Root(), copy.Out()));
+  ASSERT_OK(Copy(kStringSet, set.tree.Root(), copy.Out()));
   EXPECT_EQ(1U, copy.As<Asn1List>().sorted);
   EXPECT_EQ(3U, copy.As<Asn1List>().capacity);
   static_cast<Asn1Value*>(set.tree.As<Asn1List>().items[0])->data[0] = 9;
@@ -86,24 +86,24 @@ TEST(Copy, IsDeepAndResetsSorting) {
   // Stray bits of a BIT STRING stay, since signatures cover them.
   const DecodeResult bits = Decode(kBitString, FromHex("03 02 07 FF"));
   Tree bitsCopy(kBitString);
-  ASSERT_EQ(0U, Copy(kBitString, bits.tree.Root(), bitsCopy.Out()));
+  ASSERT_OK(Copy(kBitString, bits.tree.Root(), bitsCopy.Out()));
   EXPECT_EQ("03 02 07 FF", ToHex(Encode(kBitString, bitsCopy.Root()).octets));
 }
 
 TEST(Copy, ReportsWhatItCannotCopy) {
   const DecodeResult null = Decode(kNull, FromHex("05 00"));
   void* copy = nullptr;
-  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Copy(kNull, null.tree.Root(), &copy));
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kNull, null.tree.Root(), &copy));
   EXPECT_EQ(nullptr, copy);
   const Asn1Choice wrong{5, nullptr};
-  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, Copy(kTestChoice, &wrong, &copy));
+  EXPECT_STATUS(TESSEL_WRONG_ALTERNATIVE, Copy(kTestChoice, &wrong, &copy));
 
   // A failure inside releases the rest: the second element of the list is a NULL.
   static constexpr auto kNullOrInteger = Choice<TestChoice, kInteger, kNull>();
   static constexpr auto kMixed = SequenceOf<ListOf<TestChoice>, kNullOrInteger>();
   const DecodeResult mixed = Decode(kMixed, FromHex("30 05 02 01 05 05 00"));
-  ASSERT_EQ(0U, mixed.status);
-  EXPECT_EQ(TESSEL_UNSUPPORTED_KIND, Copy(kMixed, mixed.tree.Root(), &copy));
+  ASSERT_OK(mixed.status);
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kMixed, mixed.tree.Root(), &copy));
   EXPECT_EQ(nullptr, copy);
 }
 
@@ -138,24 +138,24 @@ TEST(Compare, FollowsTheSupportMatrix) {
     const DecodeResult first = Decode(c.item, FromHex(c.first));
     const DecodeResult second = Decode(c.item, FromHex(c.second));
     uint32_t equal = 7;
-    EXPECT_EQ(c.status, CompareAsn1Objects(&c.item, first.tree.Root(), second.tree.Root(), &equal));
+    EXPECT_STATUS(c.status, CompareAsn1Objects(&c.item, first.tree.Root(), second.tree.Root(), &equal));
     EXPECT_EQ(c.equal, equal);
   }
   uint32_t equal = 7;
-  EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&kAny, nullptr, nullptr, &equal));
+  EXPECT_OK(CompareAsn1Objects(&kAny, nullptr, nullptr, &equal));
   EXPECT_EQ(1U, equal);
-  EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&kInteger, nullptr, &kZero, &equal));
+  EXPECT_OK(CompareAsn1Objects(&kInteger, nullptr, &kZero, &equal));
   EXPECT_EQ(0U, equal);
 }
 
 TEST(Free, AcceptsNothing) {
-  EXPECT_EQ(0U, FreeAsn1Object(&kInteger, nullptr));
-  EXPECT_EQ(0U, FreeAsn1Object(nullptr, nullptr));
-  EXPECT_EQ(0U, FreeCertificate(nullptr));
+  EXPECT_OK(FreeAsn1Object(&kInteger, nullptr));
+  EXPECT_OK(FreeAsn1Object(nullptr, nullptr));
+  EXPECT_OK(FreeCertificate(nullptr));
 
   // A kind that is none releases nothing, not even a tree that could be released at once.
   const DecodeResult set = Decode(kStringSet, FromHex("31 03 04 01 02"));
-  EXPECT_EQ(0U, FreeAsn1Object(&kUnknownConstructed, set.tree.Root()));
+  EXPECT_OK(FreeAsn1Object(&kUnknownConstructed, set.tree.Root()));
   EXPECT_EQ("31 03 04 01 02", ToHex(Encode(kStringSet, set.tree.Root()).octets));
 }
 

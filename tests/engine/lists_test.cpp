@@ -13,10 +13,10 @@ TEST(Lists, AreReachedByIndex) {
   const DecodeResult decoded = Decode(kIntegers, FromHex("30 06 02 01 02 02 01 01"));
   auto& list = decoded.tree.As<Asn1List>();
   void* item = nullptr;
-  ASSERT_EQ(0U, GetAsn1ListItem(&list, 1, &item));
+  ASSERT_OK(GetAsn1ListItem(&list, 1, &item));
   EXPECT_EQ(1U, static_cast<Asn1Value*>(item)->data[0]);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, 2, &item));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(nullptr, 0, &item));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(&list, 2, &item));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetAsn1ListItem(nullptr, 0, &item));
   SetAsn1ListSorted(&list, 0);
   EXPECT_EQ(0U, list.sorted);
   SetAsn1ListSorted(nullptr, 0);
@@ -30,7 +30,7 @@ TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
   EXPECT_EQ(0U, list.capacity);
   for (uint32_t i = 0; i < 600; ++i) {
     const Bytes octets{static_cast<uint8_t>(i), static_cast<uint8_t>(i >> 8)};
-    ASSERT_EQ(0U, AddOctetStringsValue(strings, octets.data(), i % 3));
+    ASSERT_OK(AddOctetStringsValue(strings, octets.data(), i % 3));
     EXPECT_EQ(i < 10 ? 10U : i < 215 ? 215U : i < 522 ? 522U : 983U, list.capacity);
   }
   EXPECT_EQ(600U, Get(GetOctetStringsCount, strings));
@@ -38,7 +38,7 @@ TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
     Bytes octets(3, 0xEE);
     // The capacity is not looked at.
     uint32_t length = 0;
-    ASSERT_EQ(0U, GetOctetStringsValue(strings, i, octets.data(), &length));
+    ASSERT_OK(GetOctetStringsValue(strings, i, octets.data(), &length));
     Bytes expected{static_cast<uint8_t>(i), static_cast<uint8_t>(i >> 8)};
     expected.resize(i % 3);
     expected.resize(3, 0xEE);
@@ -46,28 +46,28 @@ TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
     EXPECT_EQ(expected, octets);
   }
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetOctetStringsValue(strings, 600, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddOctetStringsValue(strings, nullptr, 0));
-  EXPECT_EQ(TESSEL_OK, FreeOctetStrings(strings.Release()));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, FreeOctetStrings(nullptr));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetOctetStringsValue(strings, 600, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AddOctetStringsValue(strings, nullptr, 0));
+  EXPECT_OK(FreeOctetStrings(strings.Release()));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, FreeOctetStrings(nullptr));
 }
 
 TEST(Choices, LeadToWhatWasChosen) {
   const DecodeResult decoded = Decode(kTestChoice, FromHex("A2 03 02 01 05"));
   void* node = decoded.tree.Root();
   const Asn1Item* descriptor = &kTestChoice;
-  ASSERT_EQ(0U, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  ASSERT_OK(GetAsn1ChoiceUnderlyingType(&node, &descriptor));
   EXPECT_EQ(kTestChoice.members[2], descriptor);
   EXPECT_EQ(5U, static_cast<Asn1Value*>(node)->data[0]);
 
   Asn1Choice wrong{kTestChoice.memberCount, nullptr};
   node = &wrong;
   descriptor = &kTestChoice;
-  EXPECT_EQ(TESSEL_WRONG_ALTERNATIVE, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  EXPECT_STATUS(TESSEL_WRONG_ALTERNATIVE, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
   EXPECT_EQ(&wrong, node);
   EXPECT_EQ(&kTestChoice, descriptor);
   descriptor = &kInteger;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
 }
 
 TEST(OpenValues, TellTheirHeader) {
@@ -96,14 +96,14 @@ TEST(OpenValues, TellTheirHeader) {
     uint32_t tagNumber = 7;
     uint32_t contentLength = 7;
     uint32_t headerLength = 7;
-    EXPECT_EQ(c.status, GetAsn1AnyInfo(&any, &tagClass, &constructed, &tagNumber, &contentLength, &headerLength));
+    EXPECT_STATUS(c.status, GetAsn1AnyInfo(&any, &tagClass, &constructed, &tagNumber, &contentLength, &headerLength));
     EXPECT_EQ(c.tagClass, tagClass);
     EXPECT_EQ(c.constructed, constructed);
     EXPECT_EQ(c.tagNumber, tagNumber);
     EXPECT_EQ(c.contentLength, contentLength);
     EXPECT_EQ(c.headerLength, headerLength);
     uint32_t length = 0;
-    EXPECT_EQ(0U, GetAsn1AnyValue(&any, nullptr, &length));
+    EXPECT_OK(GetAsn1AnyValue(&any, nullptr, &length));
     EXPECT_EQ(encoding.size(), length);
   }
 }

@@ -96,8 +96,8 @@ TEST_F(LargeInputs, HaveHeadersThatAreTold) {
     uint32_t number = 0;
     uint32_t contentLength = 7;
     uint32_t headerLength = 7;
-    EXPECT_EQ(c.status, GetAsn1ObjectInfo(Begin(c.octets), c.size, &octet, &octet, &number, &contentLength,
-                                          c.asksIndefinite ? &number : nullptr, &headerLength));
+    EXPECT_STATUS(c.status, GetAsn1ObjectInfo(Begin(c.octets), c.size, &octet, &octet, &number, &contentLength,
+                                              c.asksIndefinite ? &number : nullptr, &headerLength));
     EXPECT_EQ(c.contentLength, contentLength);
     EXPECT_EQ(c.headerLength, headerLength);
   }
@@ -125,7 +125,7 @@ TEST_F(LargeInputs, EndWhereTheirEndOfContentsIs) {
     uint8_t octet = 0;
     uint32_t number = 0;
     uint32_t contentLength = 7;
-    EXPECT_EQ(c.status, GetAsn1AnyInfo(&any, &octet, &octet, &number, &contentLength, &number));
+    EXPECT_STATUS(c.status, GetAsn1AnyInfo(&any, &octet, &octet, &number, &contentLength, &number));
     EXPECT_EQ(c.contentLength, contentLength);
   }
 }
@@ -160,7 +160,7 @@ TEST_F(LargeInputs, AreDecodedOrThereIsNoMemory) {
       Tree tree(c.item);
       uint32_t consumed = 7;
       const LargestAllocation limit(kModest);
-      EXPECT_EQ(c.status, Asn1DecodeItem(Begin(c.octets), UINT32_MAX, &c.item, tree.Out(), &consumed));
+      EXPECT_STATUS(c.status, Asn1DecodeItem(Begin(c.octets), UINT32_MAX, &c.item, tree.Out(), &consumed));
       EXPECT_EQ(c.consumed, consumed);
       EXPECT_EQ(c.status != TESSEL_OK, tree.Root() == nullptr);
     }
@@ -170,7 +170,7 @@ TEST_F(LargeInputs, AreDecodedOrThereIsNoMemory) {
 
 TEST_F(LargeInputs, HaveAResultAsLargeAsBase64) {
   uint32_t length = 0;
-  EXPECT_EQ(0U, DecodeFromBase64(reinterpret_cast<const char*>(Begin("")), UINT32_MAX, nullptr, &length));
+  EXPECT_OK(DecodeFromBase64(reinterpret_cast<const char*>(Begin("")), UINT32_MAX, nullptr, &length));
   EXPECT_EQ((uint64_t{UINT32_MAX} - uint64_t{UINT32_MAX} / 66 * 2) * 3 / 4, length);
 }
 
@@ -190,8 +190,9 @@ TEST(LargeTexts, AreNotCutTo32Bits) {
   if (text == nullptr) GTEST_SKIP() << "there are not so many addresses";
   const Owned<Certificate> certificate = Make(CreateCertificate);
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, SetCertificateExtensionCrlDistributionPoints(certificate, text));
-  EXPECT_EQ(TESSEL_NOT_FOUND, GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), nullptr, &length));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, SetCertificateExtensionCrlDistributionPoints(certificate, text));
+  EXPECT_STATUS(TESSEL_NOT_FOUND,
+                GetCertificateExtensionValue(certificate, Counted("2.5.29.31").data(), nullptr, &length));
 }
 
 TEST(LargeTexts, GetTheLargestSuggestionThatThereIs) {
@@ -202,7 +203,7 @@ TEST(LargeTexts, GetTheLargestSuggestionThatThereIs) {
   if (text == nullptr) GTEST_SKIP() << "there are not so many addresses";
   char buffer[20];
   uint32_t length = sizeof buffer;
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, ConvertAnsiToUTF8(text, buffer, &length));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, ConvertAnsiToUTF8(text, buffer, &length));
   EXPECT_EQ(UINT32_MAX, length);
 }
 
@@ -213,7 +214,7 @@ TEST(RefusedMemory, IsTold) {
   const Asn1Value huge{TESSEL_KIND_OCTET_STRING, UINT32_MAX - 6, nullptr};
   uint8_t* block = nullptr;
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, Asn1Encode(&huge, &kOctetString, &block, &length));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, Asn1Encode(&huge, &kOctetString, &block, &length));
   EXPECT_EQ(nullptr, block);
   EXPECT_EQ(nullptr, AllocAsn1Integer_s(&octet, UINT32_MAX));
 
@@ -223,12 +224,12 @@ TEST(RefusedMemory, IsTold) {
   X509Name* name = Get(GetCertificateSubject, certificate);
   const Bytes oid = Counted("1.2.3.4");
   const HeapCount heap;
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificateSerialNumber(certificate, &octet, UINT32_MAX));
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificateSignature(certificate, &octet, UINT32_MAX));
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificatePublicKey(certificate, &octet, UINT32_MAX));
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificateIssuerUniqueId(certificate, &octet, UINT32_MAX, 0));
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, AddX509NameEntry(name, &octet, UINT32_MAX - 6, 12, oid.data(), 0));
-  EXPECT_EQ(TESSEL_OUT_OF_MEMORY, AddX509ExtensionsExtension(slot, oid.data(), 0, &octet, UINT32_MAX));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, SetCertificateSerialNumber(certificate, &octet, UINT32_MAX));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, SetCertificateSignature(certificate, &octet, UINT32_MAX));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, SetCertificatePublicKey(certificate, &octet, UINT32_MAX));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, SetCertificateIssuerUniqueId(certificate, &octet, UINT32_MAX, 0));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, AddX509NameEntry(name, &octet, UINT32_MAX - 6, 12, oid.data(), 0));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, AddX509ExtensionsExtension(slot, oid.data(), 0, &octet, UINT32_MAX));
   EXPECT_EQ(0, heap.Held());
   EXPECT_EQ(octets, Fetch(EncodeCertificate, certificate));
 }
@@ -245,9 +246,9 @@ TEST(RefusedMemory, KeepsListsFromGrowing) {
     Asn1List list{count, place, count, nullptr, 1};
     auto* strings = reinterpret_cast<OctetStrings*>(&list);
     const HeapCount heap;
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, AddOctetStringsValue(strings, &octet, 1));
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY,
-              AddCertificateToCertificates(reinterpret_cast<::Certificates*>(&list), certificate));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, AddOctetStringsValue(strings, &octet, 1));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY,
+                  AddCertificateToCertificates(reinterpret_cast<::Certificates*>(&list), certificate));
     EXPECT_EQ(0, heap.Held());
     EXPECT_EQ(count, list.count);
     EXPECT_EQ(count, list.capacity);
@@ -272,7 +273,7 @@ void ExpectRoundTrip(const Bytes& octets, int64_t held, uint32_t (*decode)(const
   const auto expectEncoding = [&](const Object* object) {
     std::ranges::fill(encoded, uint8_t{0xEE});
     uint32_t length = SizeOf(encoded);
-    EXPECT_EQ(0U, encode(object, encoded.data(), &length));
+    EXPECT_OK(encode(object, encoded.data(), &length));
     EXPECT_TRUE(octets == encoded);
   };
   const HeapCount heap;
@@ -300,7 +301,7 @@ TEST(LargeObjects, HaveContentsOf300Megabytes) {
   octets.resize(octets.size() + kContent);
   const auto look = [](const Certificate* large) {
     uint32_t length = 0;
-    EXPECT_EQ(0U, GetCertificateSignature(large, nullptr, &length));
+    EXPECT_OK(GetCertificateSignature(large, nullptr, &length));
     EXPECT_EQ(kContent - 1, length);
   };
   ExpectRoundTrip(octets, int64_t{kContent} + kMegabyte, DecodeCertificate, EncodeCertificate, CreateCertificateCopy,
@@ -321,7 +322,7 @@ TEST(LargeObjects, HaveMillionsOfElements) {
   octets += after;
   const auto look = [&octets](const X509Crl* large) {
     uint32_t length = 0;
-    EXPECT_EQ(0U, EncodeX509Crl(large, nullptr, &length));
+    EXPECT_OK(EncodeX509Crl(large, nullptr, &length));
     EXPECT_EQ(octets.size(), length);
   };
   ExpectRoundTrip(octets, kLargestEntry * kEntries, DecodeX509Crl, EncodeX509Crl, CreateX509CrlCopy, look);

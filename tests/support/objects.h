@@ -11,6 +11,7 @@
 
 #include "support/buffers.h"
 #include "support/octets.h"
+#include "support/status.h"
 #include "tessel/calls.hpp"
 
 namespace test {
@@ -45,7 +46,7 @@ Bytes FetchChecked(const Arguments&... arguments) {
     if (!holds) ADD_FAILURE_AT(file, line) << "the convention for buffers is not kept";
   };
   Bytes octets;
-  EXPECT_EQ(0U, FetchInAllWays(expect, octets, arguments...));
+  EXPECT_OK(FetchInAllWays(expect, octets, arguments...));
   return octets;
 }
 
@@ -71,7 +72,7 @@ template <size_t index, class Tuple, class Argument>
 void ExpectRefusedWithout(auto function, Tuple arguments, const Argument& /*as given*/) {
   if constexpr (std::is_pointer_v<Argument>) {
     std::get<index>(arguments) = nullptr;
-    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, std::apply(function, arguments)) << "argument " << index;
+    EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, std::apply(function, arguments)) << "argument " << index;
   }
 }
 

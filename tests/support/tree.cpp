@@ -22,7 +22,7 @@ EncodeResult Encode(const Asn1Item& item, const void* node) {
   uint8_t* block = nullptr;
   uint32_t length = 0;
   result.status = Asn1Encode(node, &item, &block, &length);
-  EXPECT_EQ(sizeStatus, result.status);
+  EXPECT_STATUS(sizeStatus, result.status);
   if (result.status != TESSEL_OK) return result;
   EXPECT_EQ(size, length);
   result.octets.assign(block, block + length);

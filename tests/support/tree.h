@@ -5,6 +5,7 @@
 
 #include "support/copy.h"
 #include "support/octets.h"
+#include "support/status.h"
 #include "tessel/calls.hpp"
 
 namespace test {

@@ -68,7 +68,7 @@ TEST(Oid, TextsAreReadLeniently) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     const OidResult result = FromText(c.text);
-    EXPECT_EQ(c.counted != nullptr ? TESSEL_OK : TESSEL_INVALID_ARGUMENT, result.status);
+    EXPECT_STATUS(c.counted != nullptr ? TESSEL_OK : TESSEL_INVALID_ARGUMENT, result.status);
     if (c.counted != nullptr) {
       EXPECT_EQ(c.counted, ToHex(result.oid));
     }
@@ -77,8 +77,8 @@ TEST(Oid, TextsAreReadLeniently) {
   std::string longest = "1.2";
   for (int i = 0; i < 254; ++i) longest += ".7";
   EXPECT_EQ(256U, FromText(longest).oid.size());
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, FromText(longest + ".7").status);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, FromText(std::string(1000000, '.')).status);
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, FromText(longest + ".7").status);
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, FromText(std::string(1000000, '.')).status);
 }
 
 TEST(Oid, ContentsAreWrittenWithTheirOwnSplit) {
@@ -93,13 +93,13 @@ TEST(Oid, ContentsAreWrittenWithTheirOwnSplit) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.counted);
     const TextResult result = ToText(FromHex(c.counted));
-    EXPECT_EQ(c.text != nullptr ? TESSEL_OK : TESSEL_INVALID_ARGUMENT, result.status);
+    EXPECT_STATUS(c.text != nullptr ? TESSEL_OK : TESSEL_INVALID_ARGUMENT, result.status);
     if (c.text != nullptr) {
       EXPECT_EQ(c.text, result.text);
     }
   }
   const Bytes longest = Bytes{255} + Repeat(FromHex("8F FF FF FF 7F"), 51);
-  EXPECT_EQ(TESSEL_OK, ToText(longest).status);
+  EXPECT_OK(ToText(longest).status);
 }
 
 TEST(Oid, DerIsReadAndWritten) {
@@ -120,14 +120,14 @@ TEST(Oid, DerIsReadAndWritten) {
     SCOPED_TRACE(c.der);
     const Guarded der(FromHex(c.der));
     uint32_t length = 0;
-    ASSERT_EQ(c.status, DecodeAsn1Oid(der.Data(), der.Size(), nullptr, &length));
+    ASSERT_STATUS(c.status, DecodeAsn1Oid(der.Data(), der.Size(), nullptr, &length));
     if (c.status == TESSEL_OK) {
       EXPECT_EQ(c.counted, ToHex(FetchChecked(DecodeAsn1Oid, der)));
     }
   }
   const Bytes tooLong = FromHex("06 82 01 00") + Bytes(256, 1);
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_MALFORMED, DecodeAsn1Oid(tooLong.data(), 260, nullptr, &length));
+  EXPECT_STATUS(TESSEL_MALFORMED, DecodeAsn1Oid(tooLong.data(), 260, nullptr, &length));
 }
 
 TEST(Oid, RandomOnesRoundTripAndAgreeWithOpenssl) {
@@ -140,7 +140,7 @@ TEST(Oid, RandomOnesRoundTripAndAgreeWithOpenssl) {
     // Long enough that openssl has no name for it.
     for (auto arcs = 3 + random() % 12; arcs > 0; --arcs) text += "." + std::to_string(random() >> random() % 32);
     const OidResult oid = FromText(text);
-    ASSERT_EQ(0U, oid.status);
+    ASSERT_OK(oid.status);
     EXPECT_EQ(text, ToText(oid.oid).text);
     all += FetchChecked(EncodeAsn1Oid, oid.oid.data());
     expected.push_back(text);
@@ -177,9 +177,9 @@ TEST(Oid, TablesGoBothWays) {
   }
   uint32_t id = 0;
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_UNKNOWN_OID, FindAlgIdByOid(FromText("2.5.4.3").oid.data(), &id));
-  EXPECT_EQ(TESSEL_UNKNOWN_ID, GetNameAttributeTypeOid(33, nullptr, &length));
-  EXPECT_EQ(TESSEL_UNKNOWN_ID, GetPublicKeyAlgorithmOid(0, nullptr, &length));
+  EXPECT_STATUS(TESSEL_UNKNOWN_OID, FindAlgIdByOid(FromText("2.5.4.3").oid.data(), &id));
+  EXPECT_STATUS(TESSEL_UNKNOWN_ID, GetNameAttributeTypeOid(33, nullptr, &length));
+  EXPECT_STATUS(TESSEL_UNKNOWN_ID, GetPublicKeyAlgorithmOid(0, nullptr, &length));
 }
 
 TEST(Oid, ComparisonsAnswerOneOrNothing) {

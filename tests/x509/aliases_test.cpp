@@ -75,7 +75,7 @@ TEST(Aliases, ExtensionsAreRemovedByAnIdentifierInOneOfThem) {
   Call(RemoveX509ExtensionsExtension2, &slot, list->At(0)->extnValue->data);
   EXPECT_EQ(3U, Get(GetX509ExtensionsExtensionsCount, &slot));
   uint32_t index = 0;
-  EXPECT_EQ(TESSEL_NOT_FOUND, Try(FindX509Extension, &slot, purpose, &index));
+  EXPECT_STATUS(TESSEL_NOT_FOUND, Try(FindX509Extension, &slot, purpose, &index));
 }
 
 // In a tree that one call has made, only the root is an object of its own.
@@ -85,44 +85,44 @@ TEST(Aliases, APartOfAnotherObjectIsNotTaken) {
   X509Name* const subject = Get(GetCertificateSubject, certificate);
   X509GeneralName* const inner = names->At(0);
   const Bytes before = Fetch(EncodeCertificate, certificate);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(SetCertificateIssuer_i, certificate, subject, 0));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(SetCertificateIssuer_i, certificate, subject, 0));
   const auto access = Make(CreateExtensionAuthorityInformationAccess);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
-            Try(AddExtensionAuthorityInformationAccess, access, ObjectIdentifier("1.3.6.1.5.5.7.48.1"), inner));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT,
+                Try(AddExtensionAuthorityInformationAccess, access, ObjectIdentifier("1.3.6.1.5.5.7.48.1"), inner));
   const auto points = Make(CreateExtensionCrlDistributionPoints);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, subject, 0, nullptr));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, subject, 0, nullptr));
   const auto certificates =
       Make(DecodeCertificates, FromHex("30 82") + Bytes{uint8_t(before.size() >> 8), uint8_t(before.size())} + before);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, certificates, certificates->At(0)));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, certificates, certificates->At(0)));
   EXPECT_EQ(before, Fetch(EncodeCertificate, certificate));
   // The name that a member holds is no other object's: it stays.
-  EXPECT_EQ(TESSEL_OK, Try(SetCertificateSubject_i, certificate, subject, 0));
+  EXPECT_OK(Try(SetCertificateSubject_i, certificate, subject, 0));
 }
 
 TEST(Aliases, WhatWasTakenIsNotTakenAgain) {
   const auto certificate = Make(CreateCertificate);
   // A name that was made for the certificate, and one that it was given.
   X509Name* const issuer = tessel::Get(GetCertificateIssuer, certificate);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(SetCertificateSubject_i, certificate, issuer, 0));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(SetCertificateSubject_i, certificate, issuer, 0));
   X509Name* const subject = Make(CreateX509Name).Release();
-  EXPECT_EQ(TESSEL_OK, Try(SetCertificateSubject_i, certificate, subject, 0));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(SetCertificateIssuer_i, certificate, subject, 0));
+  EXPECT_OK(Try(SetCertificateSubject_i, certificate, subject, 0));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(SetCertificateIssuer_i, certificate, subject, 0));
   const auto points = Make(CreateExtensionCrlDistributionPoints);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, subject, 0, nullptr));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, subject, 0, nullptr));
   X509GeneralNames* const names = Make(CreateX509GeneralNames).Release();
-  EXPECT_EQ(TESSEL_OK, Try(AddExtensionCrlDistributionPoint, points, names, nullptr, 0, nullptr));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, nullptr, 1, names));
+  EXPECT_OK(Try(AddExtensionCrlDistributionPoint, points, names, nullptr, 0, nullptr));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, nullptr, 1, names));
   const auto certificates = Make(CreateCertificates);
   Certificate* const added = Make(CreateCertificate).Release();
-  EXPECT_EQ(TESSEL_OK, Try(AddCertificateToCertificates, certificates, added));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, certificates, added));
+  EXPECT_OK(Try(AddCertificateToCertificates, certificates, added));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, certificates, added));
 }
 
 TEST(Aliases, OneObjectIsNotTakenTwiceAtOnce) {
   const auto points = Make(CreateExtensionCrlDistributionPoints);
   const auto names = Make(CreateX509GeneralNames);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
-            Try(AddExtensionCrlDistributionPoint, points, names.Get(), nullptr, 0, names.Get()));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT,
+                Try(AddExtensionCrlDistributionPoint, points, names.Get(), nullptr, 0, names.Get()));
 }
 
 }  // namespace

@@ -21,13 +21,13 @@ TEST(ExtensionValues, NamedBits) {
     EXPECT_EQ(c.encoding, ToHex(octets));
     EXPECT_EQ(octets, FetchChecked(EncodeExtensionNetscapeCertificateType, c.bits));
     uint32_t bits = 0xEEEEEEEE;
-    EXPECT_EQ(0U, Try(DecodeExtensionNetscapeCertificateType, octets, &bits));
+    EXPECT_OK(Try(DecodeExtensionNetscapeCertificateType, octets, &bits));
     EXPECT_EQ(c.bits, bits);
   }
   uint32_t bits = 0;
   const Bytes wide = FromHex("03 06 00 01 02 03 04 05");
   EXPECT_EQ(0x04030201U, Get(DecodeExtensionKeyUsage, wide)) << "32 bits, and no more";
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionNetscapeCertificateType(wide.data(), 0, &bits));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, DecodeExtensionNetscapeCertificateType(wide.data(), 0, &bits));
 }
 
 TEST(ExtensionValues, OfOneNode) {
@@ -54,7 +54,7 @@ TEST(ExtensionValues, OfOneNode) {
   }
   int32_t reason = 0;
   const Bytes empty = FromHex("0A 00");
-  EXPECT_EQ(TESSEL_MALFORMED, DecodeExtensionReasonCode(empty.data(), 2, &reason));
+  EXPECT_STATUS(TESSEL_MALFORMED, DecodeExtensionReasonCode(empty.data(), 2, &reason));
 
   EXPECT_EQ(FromHex("18 0F") + ToBytes("20261121123059Z"),
             FetchChecked(EncodeExtensionInvalidityDate, TimeOf(2026, 11, 21)));
@@ -72,7 +72,7 @@ TEST(ExtensionValues, BasicConstraints) {
     EXPECT_EQ(c.encoding, ToHex(octets));
     uint8_t cA = 77;
     uint32_t pathLength = 77;
-    EXPECT_EQ(0U, Try(DecodeExtensionBasicConstraints, octets, &cA, &pathLength));
+    EXPECT_OK(Try(DecodeExtensionBasicConstraints, octets, &cA, &pathLength));
     EXPECT_EQ(c.cA != 0 ? 0xFF : 0x00, cA);
     EXPECT_EQ(c.pathLength, pathLength);
   }
@@ -97,9 +97,9 @@ TEST(ExtensionValues, AuthorityKeyIdentifier) {
     EXPECT_EQ(found, static_cast<bool>(decoded));
     return status;
   };
-  EXPECT_EQ(0U, decode(4, 4, true));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(2, 4, false));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(4, 1, false));
+  EXPECT_OK(decode(4, 4, true));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, decode(2, 4, false));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, decode(4, 1, false));
 }
 
 TEST(ExtensionValues, PrivateKeyUsagePeriod) {
@@ -116,10 +116,10 @@ TEST(ExtensionValues, PrivateKeyUsagePeriod) {
   const Bytes both = FetchChecked(EncodeExtensionPrivateKeyUsagePeriod, start, end);
   Call(DecodeExtensionPrivateKeyUsagePeriod, both, first, second);
   EXPECT_EQ(0, CompareTime(first, start));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeExtensionPrivateKeyUsagePeriod(both.data(), 0, first, second));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, DecodeExtensionPrivateKeyUsagePeriod(both.data(), 0, first, second));
   const Owned<LibraryTime> null = Make(CreateLibraryTime);
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_INVALID_TIME, EncodeExtensionPrivateKeyUsagePeriod(null, end, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_TIME, EncodeExtensionPrivateKeyUsagePeriod(null, end, nullptr, &length));
 }
 
 struct Point {
@@ -157,7 +157,7 @@ TEST(ExtensionValues, IssuingDistributionPoint) {
   const Bytes all = encode(true, 0xFF, 0x60, 1);
   EXPECT_EQ("30 14 A0 05 A0 03 86 01 75 81 01 FF 81 02 05 60 84 01 FF 85 01 FF", ToHex(all));
   Point point = DecodePoint(all);
-  EXPECT_EQ(0U, point.status);
+  EXPECT_OK(point.status);
   EXPECT_NE(nullptr, point.fullName);
   EXPECT_EQ(nullptr, point.relativeName);
   EXPECT_EQ("FF 00 FF FF 96:1 4", point.flags);
@@ -166,15 +166,15 @@ TEST(ExtensionValues, IssuingDistributionPoint) {
   const Bytes reasonsAlone = encode(false, 0, 0x60, 0);
   EXPECT_EQ("30 0B A0 02 A1 00 81 02 05 60 85 01 FF", ToHex(reasonsAlone));
   point = DecodePoint(reasonsAlone);
-  EXPECT_EQ(0U, point.status);
+  EXPECT_OK(point.status);
   EXPECT_EQ(nullptr, point.fullName);
   EXPECT_NE(nullptr, point.relativeName);
   EXPECT_EQ("00 00 00 FF 96:1 4", point.flags);
 
   EXPECT_EQ("00 00 00 00 119:0 4", DecodePoint(FromHex("30 00")).flags);
-  EXPECT_EQ(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 82 01 05")).status);
-  EXPECT_EQ(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 81 01 01")).status) << "a flag, not reasons";
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodePoint({}).status);
+  EXPECT_STATUS(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 82 01 05")).status);
+  EXPECT_STATUS(TESSEL_INVALID_CONTENT, DecodePoint(FromHex("30 03 81 01 01")).status) << "a flag, not reasons";
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, DecodePoint({}).status);
 }
 
 }  // namespace
