@@ -38,8 +38,9 @@ TEST(Descriptors, ThatContradictThemselvesAreRefusedByEveryOperation) {
     SCOPED_TRACE(std::to_string(item.nodeSize) + " octets, " + std::to_string(item.memberCount) + " members");
     const Asn1Item* element[] = {&item};
     const Asn1Item list{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE_OF, kNoTagNumber, 0, element, 1, nullptr};
-    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("30 06 02 01 01 02 01 02")).status);
-    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(list, FromHex("30 08 30 06 02 01 01 02 01 02")).status);
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("30 06 02 01 01 02 01 02")).status);  // { 1, 2 }
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR,
+                  Decode(list, FromHex("30 08 30 06 02 01 01 02 01 02")).status);  // { { 1, 2 } }
     EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, node).status);
     void* object = nullptr;
     EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&item, &object, 1));
@@ -102,25 +103,19 @@ constexpr Asn1Item kInnerChain{TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | TES
                                2,
                                nullptr};
 
-Bytes Within(uint8_t identifier, const Bytes& content) {
-  const auto size = static_cast<uint8_t>(content.size());
-  if (content.size() < 0x80) return Bytes{identifier, size} + content;
-  if (content.size() < 0x100) return Bytes{identifier, 0x81, size} + content;
-  return Bytes{identifier, 0x82, static_cast<uint8_t>(content.size() >> 8), size} + content;
-}
 Bytes Tower(size_t levels) {
   Bytes encoding = FromHex("30 00");
-  for (size_t i = 1; i < levels; ++i) encoding = Within(0x30, Within(0xA0, encoding));
+  for (size_t i = 1; i < levels; ++i) encoding = Der(0x30, Der(0xA0, encoding));
   return encoding;
 }
 Bytes Pairs(size_t levels) {
   Bytes encoding = FromHex("31 00");
-  for (size_t i = 1; i < levels; ++i) encoding = Within(0x31, FromHex("31 00") + encoding);
+  for (size_t i = 1; i < levels; ++i) encoding = Der(0x31, FromHex("31 00") + encoding);
   return encoding;
 }
 Bytes Chain(size_t levels) {
   Bytes encoding = FromHex("05 00");
-  for (size_t i = 1; i < levels; ++i) encoding = Within(0xA0, encoding);
+  for (size_t i = 1; i < levels; ++i) encoding = Der(0xA0, encoding);
   return encoding;
 }
 

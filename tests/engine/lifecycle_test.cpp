@@ -9,13 +9,12 @@
 namespace test {
 namespace {
 
-TEST(Create, MakesWhatTheDescriptorRequires) {
+TEST(Create, MakesMandatoryMembersAndTheirLeavesOnRequest) {
   Tree bare(CertificateItem);
   ASSERT_OK(CreateAsn1Object(&CertificateItem, bare.Out(), 0));
   const TbsCertificate& tbs = *bare.As<Certificate>().tbsCertificate;
   ASSERT_NE(nullptr, tbs.version);
-  EXPECT_EQ(1U, tbs.version->length);
-  EXPECT_EQ(0U, tbs.version->data[0]);
+  EXPECT_EQ(Bytes{0}, ContentOf(*tbs.version));
   EXPECT_NE(kZero.data, tbs.version->data);
   ASSERT_NE(nullptr, tbs.issuer);
   EXPECT_EQ(nullptr, tbs.issuer->value);
@@ -33,7 +32,7 @@ TEST(Create, MakesWhatTheDescriptorRequires) {
   EXPECT_NE(nullptr, full.subjectPublicKeyInfo->subjectPublicKey);
 }
 
-TEST(Create, KnowsEveryKind) {
+TEST(Create, RefusesKindsThatItDoesNotKnow) {
   int mark = 0;
   for (uint32_t kind = 0; kind < 300; ++kind) {
     SCOPED_TRACE(kind);
@@ -90,7 +89,7 @@ TEST(Copy, IsDeepAndResetsSorting) {
   EXPECT_EQ("03 02 07 FF", ToHex(Encode(kBitString, bitsCopy.Root()).octets));
 }
 
-TEST(Copy, ReportsWhatItCannotCopy) {
+TEST(Copy, RefusesWhatItCannotCopyAndKeepsNothing) {
   const DecodeResult null = Decode(kNull, FromHex("05 00"));
   void* copy = nullptr;
   EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kNull, null.tree.Root(), &copy));
@@ -107,7 +106,7 @@ TEST(Copy, ReportsWhatItCannotCopy) {
   EXPECT_EQ(nullptr, copy);
 }
 
-TEST(Compare, FollowsTheSupportMatrix) {
+TEST(Compare, TellsEqualValuesFromOthersOfTheKindsItSupports) {
   const struct {
     const Asn1Item& item;
     const char* first;
@@ -115,18 +114,18 @@ TEST(Compare, FollowsTheSupportMatrix) {
     uint32_t status;
     uint32_t equal;
   } cases[] = {
-      {kInteger, "02 01 05", "02 01 05", 0, 1},
-      {kInteger, "02 01 05", "02 02 05 00", 0, 0},
-      {kOctetString, "04 00", "04 01 00", 0, 0},
-      {kBitString, "03 02 04 F0", "03 02 04 F0", 0, 1},
-      {kBitString, "03 02 04 F0", "03 02 03 F0", 0, 0},
-      {kIntegers, "30 03 02 01 01", "30 06 02 01 01 02 01 01", 0, 0},
-      {kIntegerSet, "31 06 02 01 01 02 01 02", "31 06 02 01 02 02 01 01", 0, 0},
-      {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 00", 0, 1},
-      {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 FF", 0, 0},
-      {kTestSequence, "30 03 02 01 05", "30 05 02 01 05 05 00", 0, 0},
+      {kInteger, "02 01 05", "02 01 05", TESSEL_OK, 1},
+      {kInteger, "02 01 05", "02 02 05 00", TESSEL_OK, 0},  // 5 and 1280
+      {kOctetString, "04 00", "04 01 00", TESSEL_OK, 0},
+      {kBitString, "03 02 04 F0", "03 02 04 F0", TESSEL_OK, 1},
+      {kBitString, "03 02 04 F0", "03 02 03 F0", TESSEL_OK, 0},                           // '1111'B and '11110'B
+      {kIntegers, "30 03 02 01 01", "30 06 02 01 01 02 01 01", TESSEL_OK, 0},             // { 1 } and { 1, 1 }
+      {kIntegerSet, "31 06 02 01 01 02 01 02", "31 06 02 01 02 02 01 01", TESSEL_OK, 0},  // { 1, 2 } and { 2, 1 }
+      {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 00", TESSEL_OK, 1},         // { 5 } and { 5, FALSE }
+      {kTestSequence, "30 03 02 01 05", "30 06 02 01 05 01 01 FF", TESSEL_OK, 0},         // { 5 } and { 5, TRUE }
+      {kTestSequence, "30 03 02 01 05", "30 05 02 01 05 05 00", TESSEL_OK, 0},            // { 5 } and { 5, NULL }
       // An open value is met only when the members before it are equal.
-      {kTestSequence, "30 05 02 01 05 05 00", "30 05 02 01 06 05 00", 0, 0},
+      {kTestSequence, "30 05 02 01 05 05 00", "30 05 02 01 06 05 00", TESSEL_OK, 0},
       {kTestSequence, "30 05 02 01 05 05 00", "30 05 02 01 05 05 00", TESSEL_UNSUPPORTED_KIND, 7},
       {kNull, "05 00", "05 00", TESSEL_UNSUPPORTED_KIND, 7},
       {kEnumerated, "0A 01 00", "0A 01 00", TESSEL_UNSUPPORTED_KIND, 7},
@@ -148,7 +147,7 @@ TEST(Compare, FollowsTheSupportMatrix) {
   EXPECT_EQ(0U, equal);
 }
 
-TEST(Free, AcceptsNothing) {
+TEST(Free, TakesNullAndReleasesNothingOfAWrongKind) {
   EXPECT_OK(FreeAsn1Object(&kInteger, nullptr));
   EXPECT_OK(FreeAsn1Object(nullptr, nullptr));
   EXPECT_OK(FreeCertificate(nullptr));

@@ -26,15 +26,13 @@ TEST(Primitives, ValuesAreReadAsStored) {
   // No octets: an empty value has a content, but not a type; a length without octets has neither.
   const Asn1Value empty{4, 0, nullptr};
   const Asn1Value hollow{4, 3, nullptr};
-  uint32_t length = 9;
-  EXPECT_OK(GetAsn1Value(&empty, nullptr, &length));
-  EXPECT_EQ(0U, length);
-  EXPECT_STATUS(TESSEL_ABSENT, GetAsn1Value(&hollow, nullptr, &length));
-  EXPECT_STATUS(TESSEL_ABSENT, GetAsn1ValueAndType(&empty, &type, nullptr, &length));
-  EXPECT_STATUS(TESSEL_ABSENT, GetAsn1Integer(&empty, nullptr, &length));
+  EXPECT_EQ(Bytes(), FetchChecked(GetAsn1Value, &empty));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetAsn1Value, &hollow));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetAsn1ValueAndType, &empty, &type));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetAsn1Integer, &empty));
   const Asn1BitString noBits{0, 0, nullptr};
-  EXPECT_STATUS(TESSEL_ABSENT, GetAsn1BitString(&noBits, nullptr, nullptr, &length));
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetAsn1Value(nullptr, nullptr, &length));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetAsn1BitString, &noBits, nullptr));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(GetAsn1Value, nullptr));
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetAsn1BitString(&noBits, nullptr, nullptr, nullptr));
 }
 
@@ -73,7 +71,7 @@ TEST(Primitives, SetIntegerStripsWhatIsRedundant) {
     const Tree tree(kInteger, AllocAsn1Integer(0));
     auto* node = &tree.As<Asn1Value>();
     Call(SetAsn1Integer, node, FromHex(c.littleEndian));
-    EXPECT_EQ(c.content, ToHex(Bytes(node->data, node->data + node->length))) << c.littleEndian;
+    EXPECT_EQ(c.content, ToHex(ContentOf(*node))) << c.littleEndian;
     EXPECT_OK(CheckAsn1Integer(node));
     const Bytes read = FetchChecked(GetAsn1Integer, node);
     EXPECT_EQ(c.content, ToHex(Bytes(read.rbegin(), read.rend())));
@@ -104,32 +102,30 @@ TEST(Primitives, BooleansAreOneOctet) {
 }
 
 TEST(Primitives, BitStringsTellTheirUnusedBits) {
-  const Tree tree = Value(kBitString, "03 03 05 41 E0");
+  const Tree tree = Value(kBitString, "03 03 05 41 E0");  // '01000001 111'B
   uint8_t unused = 9;
   EXPECT_EQ("41 E0", ToHex(FetchChecked(GetAsn1BitString, &tree.As<Asn1BitString>(), &unused)));
   EXPECT_EQ(5U, unused);
 }
 
-TEST(Primitives, LoneValuesOfEveryPlainType) {
+TEST(Primitives, OfEveryPlainTypeAreEncodedAlone) {
   const Bytes content = FromHex("31");
-  uint32_t length = 0;
   for (uint32_t tag = 0; tag < 256; ++tag) {
     SCOPED_TRACE(tag);
     const bool plain = tag == 1 || tag == 2 || tag == 4 || tag == 5 || tag == 6 || tag == 10 || tag == 12 ||
                        (tag >= 18 && tag <= 28) || tag == 30;
-    ASSERT_STATUS(plain ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND,
-                  EncodeAsn1PrimitiveValue(0x500 | tag, content.data(), 1, nullptr, &length));
+    ASSERT_STATUS(plain ? TESSEL_OK : TESSEL_UNSUPPORTED_KIND, AskSize(EncodeAsn1PrimitiveValue, 0x500 | tag, content));
     if (!plain) continue;
     const Bytes encoding = FetchChecked(EncodeAsn1PrimitiveValue, 0x500 | tag, content);
     EXPECT_EQ((Bytes{static_cast<uint8_t>(tag), 1, 0x31}), encoding);
-    EXPECT_EQ(tag == TESSEL_KIND_BOOLEAN ? TESSEL_INVALID_CONTENT : TESSEL_OK,
-              DecodeAsn1PrimitiveValue(tag, encoding.data(), 3, nullptr, &length));
-    EXPECT_STATUS(TESSEL_MALFORMED, DecodeAsn1PrimitiveValue(tag == 4 ? 12 : 4, encoding.data(), 3, nullptr, &length));
+    EXPECT_STATUS(tag == TESSEL_KIND_BOOLEAN ? TESSEL_INVALID_CONTENT : TESSEL_OK,
+                  AskSize(DecodeAsn1PrimitiveValue, tag, encoding));
+    EXPECT_STATUS(TESSEL_MALFORMED, AskSize(DecodeAsn1PrimitiveValue, tag == 4 ? 12 : 4, encoding));
   }
   EXPECT_EQ("16 01 31", ToHex(FetchChecked(EncodeAsn1IA5String, content)));
   EXPECT_EQ("12 01 31", ToHex(FetchChecked(EncodeAsn1NumericString, content)));
-  EXPECT_OK(DecodeAsn1IA5String(FromHex("16 01 31").data(), 3, nullptr, &length));
-  EXPECT_STATUS(TESSEL_MALFORMED, DecodeAsn1NumericString(FromHex("16 01 31").data(), 3, nullptr, &length));
+  EXPECT_OK(AskSize(DecodeAsn1IA5String, FromHex("16 01 31")));
+  EXPECT_STATUS(TESSEL_MALFORMED, AskSize(DecodeAsn1NumericString, FromHex("16 01 31")));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(Status, TellsTheLastFailure) {
+TEST(Status, PlaceIsThatOfTheLastFailure) {
   uint32_t line = 0;
   ASSERT_STATUS(TESSEL_INVALID_ARGUMENT, CheckAsn1Boolean(nullptr));
   EXPECT_STREQ("primitives.cpp", GetLastFileErrorAsn(&line));

@@ -50,6 +50,13 @@ Bytes FetchChecked(const Arguments&... arguments) {
   return octets;
 }
 
+// Asks a function that ends with a buffer and its length for the length alone, and tells the status.
+template <class... Parameters, class... Arguments>
+uint32_t AskSize(uint32_t(TESSEL_CALL* function)(Parameters...), const Arguments&... arguments) {
+  uint32_t size = 0;
+  return Try(function, arguments..., nullptr, &size);
+}
+
 // Calls a function once for each of its pointers, with that one null, and expects to be refused. An argument that may
 // be null is wrapped in Maybe.
 template <class Type>

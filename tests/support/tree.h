@@ -12,6 +12,8 @@ namespace test {
 
 using tessel::Tree;
 
+inline Bytes ContentOf(const Asn1Value& value) { return {value.data, value.data + value.length}; }
+
 struct DecodeResult {
   uint32_t status;
   uint32_t consumed;
