@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "support/objects.h"
 #include "support/octets.h"
-#include "support/status.h"
 #include "tessel/tessel.h"
 
 namespace test {
@@ -64,7 +64,7 @@ TEST(Text, KeysMoveIntoTheirBlockAndBack) {
     expected[252] = 0x76;
     expected[253] = 0x35;
     EXPECT_EQ(expected, block);
-    EXPECT_STATUS(TESSEL_INVALID_KEY, ConvertArdekPublicKeyToX509(block.data(), 256, nullptr, &length));
+    EXPECT_STATUS(TESSEL_INVALID_KEY, AskSize(ConvertArdekPublicKeyToX509, block));
     for (const char set : std::string(size == 64 ? "ABCXYDabcxy" : "123")) {
       block[254] = static_cast<uint8_t>(set);
       Bytes back(size);
@@ -73,10 +73,8 @@ TEST(Text, KeysMoveIntoTheirBlockAndBack) {
       EXPECT_EQ(key, back);
     }
   }
-  const Bytes octets = Counting(256);
-  uint32_t length = 0;
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, ConvertX509PublicKeyToArdek(octets.data(), 65, nullptr, &length));
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, ConvertArdekPublicKeyToX509(octets.data(), 255, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertX509PublicKeyToArdek, Counting(65)));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertArdekPublicKeyToX509, Counting(255)));
 }
 
 TEST(Text, SignaturesAreReversed) {
@@ -89,8 +87,7 @@ TEST(Text, SignaturesAreReversed) {
     ASSERT_OK(ConvertArdekSignatureToX509(signature.data(), size, signature.data(), &length));
     EXPECT_EQ(counting, signature);
   }
-  uint32_t length = 0;
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, ConvertArdekSignatureToX509(Counting(63).data(), 63, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertArdekSignatureToX509, Counting(63)));
 }
 
 TEST(Text, ArraysAreComparedToAStatus) {

@@ -30,7 +30,7 @@ Sets DecodeSets(const Bytes& parameters) {
   return sets;
 }
 
-TEST(GostParameters, ByNumbers) {
+TEST(GostParameters, AreWrittenAndReadByNumbers) {
   const struct {
     uint8_t mode;
     Sets sets;
@@ -48,19 +48,16 @@ TEST(GostParameters, ByNumbers) {
     EXPECT_EQ(c.sets.digest, decoded.digest);
     EXPECT_EQ(c.sets.encryption, decoded.encryption);
   }
-  uint32_t length = 0;
-  const auto encode = [&length](uint8_t mode, uint32_t publicKey, uint32_t digest, uint32_t encryption) {
-    return EncodeAlgorithmGostR34102001Parameters(mode, publicKey, digest, encryption, nullptr, &length);
-  };
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, encode(2, 1, 1, 1));
-  EXPECT_STATUS(TESSEL_UNKNOWN_ID, encode(1, 13, 1, 1));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(EncodeAlgorithmGostR34102001Parameters, 2, 1, 1, 1));
+  EXPECT_STATUS(TESSEL_UNKNOWN_ID, AskSize(EncodeAlgorithmGostR34102001Parameters, 1, 13, 1, 1));
+  // { 1.2.643.2.2.35.9, 1.2.643.2.2.30.1 }, { 1.2.643.2.2.35.1 }, and { 1.2, 1.2 } without its end.
   EXPECT_STATUS(TESSEL_UNKNOWN_OID,
                 DecodeSets(FromHex("30 12 06 07 2A 85 03 02 02 23 09 06 07 2A 85 03 02 02 1E 01")).status);
   EXPECT_STATUS(TESSEL_MALFORMED, DecodeSets(FromHex("30 09 06 07 2A 85 03 02 02 23 01")).status);
   EXPECT_STATUS(TESSEL_MALFORMED, DecodeSets(FromHex("30 80 06 01 2A 06 01 2A 00")).status);
 }
 
-TEST(GostParameters, ByIdentifiers) {
+TEST(GostParameters, AreWrittenAndReadByIdentifiersWithTheDefaultOfTheirSchema) {
   const Bytes publicKey = Counted("1.2.643.7.1.2.1.2.1");
   const Bytes digest = Counted("1.2.643.7.1.1.2.3");
   const Bytes encryption = Counted("1.2.643.7.1.2.5.1.1");
@@ -102,7 +99,7 @@ TEST(GostParameters, ByIdentifiers) {
 TEST(Algorithms, AreReadAndSetInHalves) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
   const Bytes oid = Counted("1.2.840.10045.2.1");
-  const Bytes curve = FromHex("06 08 2A 86 48 CE 3D 03 01 07");
+  const Bytes curve = FromHex("06 08 2A 86 48 CE 3D 03 01 07");  // 1.2.840.10045.3.1.7
   uint8_t buffer[32];
   // Parameters at the front, the identifier behind them.
   const auto get = [&](uint32_t oidCapacity, uint32_t capacity) {
@@ -134,7 +131,8 @@ TEST(Algorithms, AreReadAndSetInHalves) {
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, SetCertificatePublicKeyAlgorithmIdAndParameters(nullptr, 5, nullptr, 0));
 }
 
-TEST(Algorithms, StandAloneKeys) {
+TEST(Algorithms, OfAKeyAloneAreReadWithItAndWithoutIt) {
+  // { { 1.2.3.4, 'AABB'H }, '55'H }
   const Bytes info = FromHex("30 0F 30 09 06 03 2A 03 04 04 02 AA BB 03 02 00 55");
   uint8_t oid[4];
   uint8_t key[1];

@@ -6,19 +6,18 @@
 #include "support/objects.h"
 #include "support/octets.h"
 #include "support/samples.h"
+#include "support/tree.h"
 #include "tessel/tessel.h"
 #include "x509/certificate.h"
 
 namespace test {
 namespace {
 
-Bytes ContentOf(const Asn1Value& value) { return {value.data, value.data + value.length}; }
-
 // A decoded certificate whose members have been set since, so that they are allocations of their own.
 Owned<Certificate> ChangedCertificate() {
   auto certificate = Make(DecodeCertificate, ReadSample("gost.pem"));
   Call(SetCertificateSignatureAlgorithmOidAndParameters, certificate, ObjectIdentifier("1.2.840.113549.1.1.10"),
-       FromHex("30 0D 06 09 60 86 48 01 65 03 04 02 01"));
+       FromHex("30 0D 06 09 60 86 48 01 65 03 04 02 01"));  // { 2.16.840.1.101.3.4.2.1 }
   return certificate;
 }
 
@@ -52,7 +51,7 @@ TEST(Aliases, ASignatureAlgorithmIsSetFromPartsOfItself) {
 TEST(Aliases, AnExtensionIsSetFromPartsOfItself) {
   const ObjectIdentifier keyUsage("2.5.29.15");
   const auto extension = Make(CreateX509Extension, keyUsage, 0, FromHex("00"));
-  // Members that are allocations of their own.
+  // Members that are allocations of their own. The value is 2.5.29.37, counted.
   Call(SetX509Extension, extension, keyUsage, 0, FromHex("03 55 1D 25"));
   // The value is the identifier's content, and the identifier stands counted in the value.
   const tessel::Octets id(extension->extnID->data, extension->extnID->length);
@@ -81,7 +80,7 @@ TEST(Aliases, ExtensionsAreRemovedByAnIdentifierInOneOfThem) {
 // In a tree that one call has made, only the root is an object of its own.
 TEST(Aliases, APartOfAnotherObjectIsNotTaken) {
   const auto certificate = Make(DecodeCertificate, ReadSample("gost.pem"));
-  const auto names = Make(DecodeX509GeneralNames, FromHex("30 06 82 01 61 82 01 62"));
+  const auto names = Make(DecodeX509GeneralNames, FromHex("30 06 82 01 61 82 01 62"));  // { dNSName "a", dNSName "b" }
   X509Name* const subject = Get(GetCertificateSubject, certificate);
   X509GeneralName* const inner = names->At(0);
   const Bytes before = Fetch(EncodeCertificate, certificate);
@@ -91,8 +90,7 @@ TEST(Aliases, APartOfAnotherObjectIsNotTaken) {
                 Try(AddExtensionAuthorityInformationAccess, access, ObjectIdentifier("1.3.6.1.5.5.7.48.1"), inner));
   const auto points = Make(CreateExtensionCrlDistributionPoints);
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddExtensionCrlDistributionPoint, points, nullptr, subject, 0, nullptr));
-  const auto certificates =
-      Make(DecodeCertificates, FromHex("30 82") + Bytes{uint8_t(before.size() >> 8), uint8_t(before.size())} + before);
+  const auto certificates = Make(DecodeCertificates, Der(0x30, before));
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, Try(AddCertificateToCertificates, certificates, certificates->At(0)));
   EXPECT_EQ(before, Fetch(EncodeCertificate, certificate));
   // The name that a member holds is no other object's: it stays.

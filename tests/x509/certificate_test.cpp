@@ -58,26 +58,20 @@ TEST(Certificate, RealOnesSurviveTheRoundTrip) {
 TEST(Certificate, LengthsInsideNeedNotBeMinimal) {
   const Bytes& original = ::test::Certificates().front().octets;
   ASSERT_EQ("30 82", ToHex({original[4], original[5]}));
-  const size_t size = original.size() - 4 + 1;
-  const Bytes headers{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size), 0x30, 0x83, 0x00};
-  const Bytes octets = headers + Bytes(original.begin() + 6, original.end());
+  const Bytes octets = Der(0x30, FromHex("30 83 00") + Bytes(original.begin() + 6, original.end()));
   EXPECT_EQ(original, FetchChecked(EncodeCertificate, Make(DecodeCertificate, octets)));
 }
 
 // The same of a version, which may be a DEFAULT that is not written.
 TEST(Certificate, VersionsNeedNotBeWrittenAsTheyWereRead) {
   const Bytes& original = ::test::Certificates().front().octets;
-  const Bytes version = FromHex("A0 03 02 01 02");
-  const auto behindHeaders = original.begin() + 8;
-  ASSERT_EQ(version, Bytes(behindHeaders, behindHeaders + 5));
+  const Bytes version = FromHex("A0 03 02 01 02");  // [0] { 2 }
+  const Bytes toBeSigned = Fetch(GetCertificateToBeSignedPart, Make(DecodeCertificate, original));
+  const auto behindVersion = toBeSigned.begin() + 4 + 5;
+  ASSERT_EQ(version, Bytes(behindVersion - 5, behindVersion));
   const auto with = [&](const Bytes& other) {
-    Bytes octets = Bytes(original.begin(), behindHeaders) + other + Bytes(behindHeaders + 5, original.end());
-    for (const size_t length : {2, 6}) {
-      const size_t size = (octets[length] << 8) + octets[length + 1] + other.size() - version.size();
-      octets[length] = static_cast<uint8_t>(size >> 8);
-      octets[length + 1] = static_cast<uint8_t>(size);
-    }
-    return octets;
+    const Bytes signature(original.begin() + 4 + static_cast<ptrdiff_t>(toBeSigned.size()), original.end());
+    return Der(0x30, Der(0x30, other + Bytes(behindVersion, toBeSigned.end())) + signature);
   };
   const struct {
     const char* read;
@@ -86,7 +80,7 @@ TEST(Certificate, VersionsNeedNotBeWrittenAsTheyWereRead) {
       {"A0 81 03 02 01 02", version},
       {"A0 80 02 01 02 00 00", version},
       {"A0 81 80 02 01 02", version},
-      {"A0 03 02 01 00", Bytes()},
+      {"A0 03 02 01 00", Bytes()},  // [0] { 0 }, the DEFAULT
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.read);
@@ -98,15 +92,14 @@ TEST(Certificate, DamageIsSurvived) {
   ExpectDamageIsSurvived(CertificateItem, ::test::Certificates().front().octets, DecodeCertificate, EncodeCertificate);
 }
 
-TEST(Certificate, NewOnesAreIncomplete) {
+TEST(Certificate, NewOnesAreCopiedButCannotBeEncoded) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
-  uint32_t length = 0;
-  EXPECT_STATUS(TESSEL_ABSENT, EncodeCertificate(certificate, nullptr, &length));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(EncodeCertificate, certificate));
   Owned<Certificate> copy;
   EXPECT_OK(CreateCertificateCopy(certificate, copy.Out()));
 }
 
-TEST(Certificate, VersionAndSerialNumber) {
+TEST(Certificate, VersionsAreFrom0To2) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
   EXPECT_EQ(0, Get(GetCertificateVersion, certificate));
   certificate->tbsCertificate->version = nullptr;  // as a tree that was built by hand may have it
@@ -115,11 +108,14 @@ TEST(Certificate, VersionAndSerialNumber) {
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, SetCertificateVersion(certificate, 3));
   EXPECT_OK(SetCertificateVersion(certificate, 2));
   EXPECT_EQ(2, Get(GetCertificateVersion, certificate));
+}
 
+TEST(Certificate, SerialNumbersAreKeptAsTheyWereGiven) {
+  const Owned<Certificate> certificate = Make(CreateCertificate);
   const Bytes serial = FromHex("00 00 05");
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, SetCertificateSerialNumber(certificate, serial.data(), 0));
   EXPECT_OK(SetCertificateSerialNumber(certificate, serial.data(), 3));
-  EXPECT_EQ(serial, FetchChecked(GetCertificateSerialNumber, certificate)) << "as it was given";
+  EXPECT_EQ(serial, FetchChecked(GetCertificateSerialNumber, certificate));
   uint32_t length = 0;
   const uint8_t* lent = ptr_GetCertificateSerialNumber(certificate, &length);
   EXPECT_EQ(serial, Bytes(lent, lent + length));
@@ -174,22 +170,21 @@ TEST(Certificate, UniqueIdsAreRemovedByNull) {
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, SetCertificateSignature(certificate, nullptr, 2));
 }
 
-TEST(Certificate, WithoutAToBeSignedPart) {
+TEST(Certificate, WithoutAToBeSignedPartHasNothingToTell) {
   const Owned<Certificate> whole = Make(CreateCertificate);
   const Bytes octets = FromHex("01 02");
   Call(SetCertificateSignature, whole, octets);
   Certificate part{nullptr, whole->signatureAlgorithm, whole->signatureValue};
-  uint32_t length = 0;
   X509ExtensionsSlot* slot = nullptr;
   const Bytes oid = Counted("2.5.29.14");
   // The signature stands beside it, but is not told either.
-  EXPECT_STATUS(TESSEL_ABSENT, GetCertificateSignature(&part, nullptr, &length));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetCertificateSignature, &part));
   EXPECT_STATUS(TESSEL_ABSENT, SetCertificateSignature(&part, octets.data(), 2));
   EXPECT_STATUS(TESSEL_ABSENT, SetCertificateSignatureAlgorithmOidAndParameters(&part, oid.data(), nullptr, 0));
   EXPECT_STATUS(TESSEL_ABSENT, GetCertificateExtensions(&part, &slot));
-  EXPECT_STATUS(TESSEL_ABSENT, GetCertificateCN(&part, nullptr, &length));
-  EXPECT_STATUS(TESSEL_NOT_FOUND, GetCertificateExtensionValue(&part, oid.data(), nullptr, &length));
-  EXPECT_STATUS(TESSEL_NOT_FOUND, GetCertificateSubjectKeyIdentifier(&part, nullptr, &length));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetCertificateCN, &part));
+  EXPECT_STATUS(TESSEL_NOT_FOUND, AskSize(GetCertificateExtensionValue, &part, oid.data()));
+  EXPECT_STATUS(TESSEL_NOT_FOUND, AskSize(GetCertificateSubjectKeyIdentifier, &part));
 }
 
 TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
@@ -210,7 +205,7 @@ TEST(Certificate, SignatureAlgorithmsAreSetTogether) {
   expectBoth("1.2.643.2.2.3", 20);
 }
 
-TEST(Certificate, ExtensionsInPlace) {
+TEST(Certificate, ExtensionsAreCopiedAndReplacedInPlace) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
   X509ExtensionsSlot* slot = Get(GetCertificateExtensions, certificate);
   const ObjectIdentifier usage("2.5.29.15");
@@ -223,6 +218,7 @@ TEST(Certificate, ExtensionsInPlace) {
 
   EXPECT_OK(SetCertificateExtensionCrlDistributionPoints(certificate, "http://a/, b"));
   EXPECT_OK(SetCertificateExtensionCrlDistributionPoints(certificate, "c"));
+  // { { distributionPoint fullName : { uniformResourceIdentifier : "c" } } }
   EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 63",
             ToHex(Fetch(GetCertificateExtensionValue, certificate, ObjectIdentifier("2.5.29.31"))));
   EXPECT_EQ(2U, Get(GetX509ExtensionsExtensionsCount, slot));
@@ -254,7 +250,7 @@ std::string DisplayText(const Bytes& serial, std::initializer_list<std::pair<uin
   return text;
 }
 
-TEST(Certificate, DisplayText) {
+TEST(Certificate, DisplayTextIsTheCommonNameOrSerialNumberInWindows1251) {
   const Bytes text = ToBytes("Az");
   const Bytes number = FromHex("41 7B");
   EXPECT_EQ("Az, ????", DisplayText(text, {{19, ToBytes("John")}}));

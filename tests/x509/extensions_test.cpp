@@ -97,11 +97,8 @@ TEST(Extensions, RemovalPassesOverWhatFollows) {
 // Removed one by one they would take hundreds of times as long as they take to be decoded.
 TEST(Extensions, HundredsOfThousandsAreRemovedAtOnce) {
   constexpr uint32_t kCount = 400'000;
-  const Bytes extension = FromHex("30 09 06 03 55 1D 0E 04 02 01 01");
-  const auto size = static_cast<uint32_t>(kCount * extension.size());
-  Bytes octets = FromHex("30 84 00 00 00 00");
-  for (uint32_t octet = 0; octet < 4; ++octet) octets[5 - octet] = static_cast<uint8_t>(size >> 8 * octet);
-  octets += Repeat(extension, kCount);
+  const Bytes extension = FromHex("30 09 06 03 55 1D 0E 04 02 01 01");  // { subjectKeyIdentifier, '0101'H }
+  const Bytes octets = Der(0x30, Repeat(extension, kCount));
   Slot slot;
   const std::clock_t start = std::clock();
   Call(DecodeX509Extensions, octets, &slot->list);
@@ -117,20 +114,23 @@ TEST(Extensions, KeepTheirOrderAndLeaveFalseOut) {
   EXPECT_OK(slot.Add(kSubjectKeyIdentifier, {1, 1}));
   EXPECT_OK(SetX509ExtensionsSorted(slot, 1));
   const Bytes octets = FetchChecked(EncodeX509Extensions, slot->list);
+  // { { keyUsage, TRUE, '02'H }, { subjectKeyIdentifier, '0101'H } }
   EXPECT_EQ("30 18 30 0B 06 03 55 1D 0F 01 01 FF 04 01 02 30 09 06 03 55 1D 0E 04 02 01 01", ToHex(octets));
   Slot decoded;
   Call(DecodeX509Extensions, octets, &decoded->list);
   // An extension put into a decoded list, beside those that live in its block.
   EXPECT_OK(decoded.Add(kBasicConstraints, {}, 1));
   EXPECT_OK(RemoveX509ExtensionsExtension(decoded, 0));
+  // { { subjectKeyIdentifier, '0101'H }, { basicConstraints, TRUE, ''H } }
   EXPECT_EQ("30 17 30 09 06 03 55 1D 0E 04 02 01 01 30 0A 06 03 55 1D 13 01 01 FF 04 00",
             ToHex(FetchChecked(EncodeX509Extensions, decoded->list)));
 }
 
-TEST(Extensions, Alone) {
+TEST(Extensions, AloneAreSetReadAndEncoded) {
   const Bytes oid = Counted("2.5.29.15");
   const Bytes value = FromHex("03 02 07 80");
   const Owned<X509Extension> extension = Make(CreateX509Extension, kKeyUsage, 0, value);
+  // { keyUsage, '03020780'H }, and then { basicConstraints, TRUE, ''H }
   EXPECT_EQ("30 0B 06 03 55 1D 0F 04 04 03 02 07 80", ToHex(FetchChecked(EncodeX509Extension, extension)));
   EXPECT_OK(Try(SetX509Extension, extension, kBasicConstraints, 1, Bytes()));
   const Bytes octets = FetchChecked(EncodeX509Extension, extension);

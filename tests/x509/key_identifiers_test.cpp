@@ -37,11 +37,6 @@ void AddExtension(Certificate* certificate, const ObjectIdentifier& oid, const B
   Call(AddX509ExtensionsExtension, Get(GetCertificateExtensions, certificate), oid, 1, value);
 }
 
-// An OCTET STRING of this many octets in all.
-Bytes OctetString(uint32_t size) {
-  return FromHex("04 82") + Bytes{uint8_t((size - 4) >> 8), uint8_t(size - 4)} + Bytes(size - 4);
-}
-
 // A hostile certificate may have several, side by side, of which the getter reads the first.
 TEST(KeyIdentifiers, SettersReplaceAllThatAreThere) {
   const Owned<Certificate> certificate = WithKey("A");
@@ -55,16 +50,15 @@ TEST(KeyIdentifiers, SettersReplaceAllThatAreThere) {
   EXPECT_OK(SetCertificateArdekKeyIdentifier(certificate, "x"));
   EXPECT_OK(SetCertificateExtensionCrlDistributionPoints(certificate, "u"));
   EXPECT_EQ(4U, ExtensionCount(certificate));
-  EXPECT_EQ("04 14 " + std::string(kSha1), ExtensionOf(certificate, oids[0]));
-  EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, oids[1]));
-  EXPECT_EQ("0C 01 78", ExtensionOf(certificate, oids[2]));
-  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 75", ExtensionOf(certificate, oids[3]));
+  EXPECT_EQ("04 14 " + std::string(kSha1), ExtensionOf(certificate, oids[0]));       // the OCTET STRING
+  EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, oids[1]));                 // { [0] '0001'H }
+  EXPECT_EQ("0C 01 78", ExtensionOf(certificate, oids[2]));                          // "x"
+  EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 75", ExtensionOf(certificate, oids[3]));  // { { fullName "u" } }
 }
 
 TEST(SubjectKeyIdentifier, IsTheHashOfTheKey) {
   const Owned<Certificate> certificate = WithKey("A");
-  uint32_t length = 0;
-  EXPECT_STATUS(TESSEL_NOT_FOUND, GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
+  EXPECT_STATUS(TESSEL_NOT_FOUND, AskSize(GetCertificateSubjectKeyIdentifier, certificate));
   EXPECT_OK(SetCertificateSubjectKeyIdentifier(certificate));
   EXPECT_OK(SetCertificateSubjectKeyIdentifier(certificate));
   EXPECT_EQ(1U, ExtensionCount(certificate));
@@ -76,32 +70,32 @@ TEST(SubjectKeyIdentifier, IsTheHashOfTheKey) {
   EXPECT_EQ(1U, ExtensionCount(certificate)) << "the old one stays";
 }
 
-TEST(SubjectKeyIdentifier, AndItsSiblingHaveTheirOwnLimits) {
+TEST(SubjectKeyIdentifier, HasAnotherLimitWhenItIsReadThanWhenItIsCompared) {
   const Owned<Certificate> certificate = WithKey("A");
-  AddExtension(certificate, kSubjectKeyIdentifier, OctetString(1024));
+  const auto octetString = [](uint32_t size) { return Der(0x04, Bytes(size - 4)); };
+  AddExtension(certificate, kSubjectKeyIdentifier, octetString(1024));
   uint32_t length = 0;
   EXPECT_OK(GetCertificateSubjectKeyIdentifier(certificate, nullptr, &length));
   EXPECT_STATUS(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
                 IsCertificateCorrespondToAuthKeyIdent(certificate, kKey.data(), 4, nullptr, nullptr, 0));
   const Owned<Certificate> large = WithKey("A");
-  AddExtension(large, kSubjectKeyIdentifier, OctetString(1025));
-  AddExtension(large, kAuthorityKeyIdentifier, OctetString(1025));
-  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, GetCertificateSubjectKeyIdentifier(large, nullptr, &length));
+  AddExtension(large, kSubjectKeyIdentifier, octetString(1025));
+  AddExtension(large, kAuthorityKeyIdentifier, octetString(1025));
+  EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, AskSize(GetCertificateSubjectKeyIdentifier, large));
   Owned<X509GeneralNames> names;
   EXPECT_STATUS(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
                 GetCertificateAuthorityKeyIdentifier(large, nullptr, &length, names.Out(), nullptr, &length));
   const Owned<Certificate> hollow = WithKey("A");
   AddExtension(hollow, kSubjectKeyIdentifier, {});
-  EXPECT_STATUS(TESSEL_MALFORMED, GetCertificateSubjectKeyIdentifier(hollow, nullptr, &length));
+  EXPECT_STATUS(TESSEL_MALFORMED, AskSize(GetCertificateSubjectKeyIdentifier, hollow));
 }
 
 TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
   const Owned<Certificate> issuer = WithKey("Root");
   const Owned<Certificate> certificate = WithKey("CA");
   AddExtension(certificate, kAuthorityKeyIdentifier, {0});
-  const std::string names =
-      "A1 13 A4 11 30 0F 31 0D 30 0B 06 03 55 04 03 0C 04 52 6F 6F 74 "
-      "82 03 01 02 03";
+  // [1] { directoryName CN=Root }, [2] '010203'H
+  const std::string names = "A1 13 A4 11 30 0F 31 0D 30 0B 06 03 55 04 03 0C 04 52 6F 6F 74 82 03 01 02 03";
   EXPECT_OK(SetCertificateAuthorityKeyIdentifier(certificate, issuer));
   EXPECT_EQ("30 1A " + names, ExtensionOf(certificate, kAuthorityKeyIdentifier));
   EXPECT_EQ(1U, ExtensionCount(certificate));
@@ -131,7 +125,7 @@ TEST(AuthorityKeyIdentifier, PointsToTheIssuersCertificate) {
   EXPECT_STATUS(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateAuthorityKeyIdentifier(certificate, issuer));
 }
 
-TEST(AuthorityKeyIdentifier, OfValues) {
+TEST(AuthorityKeyIdentifier, NeedsAKeyOrBothIssuerAndSerialNumber) {
   const Owned<Certificate> certificate = WithKey("CA");
   const Owned<X509Name> name = Make(CreateX509Name);
   const auto set = [&](uint32_t keySize, const X509Name* issuer, uint32_t serialSize) {
@@ -140,9 +134,10 @@ TEST(AuthorityKeyIdentifier, OfValues) {
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, set(0, name, 0));
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, set(0, nullptr, 2));
   EXPECT_OK(set(0, name, 1));
-  EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00", ExtensionOf(certificate, kAuthorityKeyIdentifier));
+  EXPECT_EQ("30 09 A1 04 A4 02 30 00 82 01 00",
+            ExtensionOf(certificate, kAuthorityKeyIdentifier));  // { [1] { directoryName { } }, [2] 0 }
   EXPECT_OK(set(2, nullptr, 0));
-  EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, kAuthorityKeyIdentifier));
+  EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, kAuthorityKeyIdentifier));  // { [0] '0001'H }
 }
 
 TEST(ArdekKeyIdentifier, IsATextInWindows1251) {

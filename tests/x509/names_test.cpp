@@ -42,6 +42,7 @@ TEST(Names, AreBuiltReadAndChanged) {
   // An RDN is sorted when it is encoded, and only then.
   EXPECT_EQ("2.5.4.3 12 Имя", Entry(name, 1, 0));
   const Bytes octets = FetchChecked(EncodeX509Name, name);
+  // { { { countryName, "RU" } }, { { organizationName, "" }, { commonName, "Имя" } } }
   EXPECT_EQ(
       "30 27 31 0B 30 09 06 03 55 04 06 13 02 52 55 "
       "31 18 30 07 06 03 55 04 0A 0C 00 30 0D 06 03 55 04 03 0C 06 D0 98 D0 BC D1 8F",
@@ -62,7 +63,7 @@ TEST(Names, AreBuiltReadAndChanged) {
   }
 }
 
-TEST(Names, ValuesUnderAnyTag) {
+TEST(Names, ValuesAreWrittenAndReadUnderAnyTag) {
   const Owned<X509Name> name = Make(CreateX509Name);
   const Bytes value = FromHex("02 01 05");
   const Bytes oid = Counted("2.5.4.45");
@@ -71,6 +72,7 @@ TEST(Names, ValuesUnderAnyTag) {
     EXPECT_STATUS(TESSEL_INVALID_ARGUMENT,
                   AddX509NameEntryExt(name, value.data(), 3, tagClass, constructed, 1, oid.data(), 1));
   }
+  // { { { x500UniqueIdentifier, [1000] { 5 } } } }
   EXPECT_EQ("30 10 31 0E 30 0C 06 03 55 04 2D BF 87 68 03 02 01 05", ToHex(FetchChecked(EncodeX509Name, name)));
   uint8_t tagClass = 0;
   uint8_t constructed = 0;
@@ -109,7 +111,7 @@ TEST(Names, AreComparedByTheirValuesAlone) {
   EXPECT_OK(CompareX509Names(longer, longer));
 }
 
-TEST(Names, NarrowestStringType) {
+TEST(Names, TextsGetTheNarrowestStringType) {
   const struct {
     std::string_view text;
     uint32_t type;
@@ -118,7 +120,7 @@ TEST(Names, NarrowestStringType) {
   for (const auto& c : cases) EXPECT_EQ(c.type, Get(DetermineSuitableStringType, c.text)) << c.text;
 }
 
-TEST(GeneralNames, OfEveryAlternative) {
+TEST(GeneralNames, OfEveryAlternativeAreWrittenAndRead) {
   const struct {
     uint32_t alternative;
     const char* value;
@@ -126,15 +128,16 @@ TEST(GeneralNames, OfEveryAlternative) {
     // What is read from the decoded name, where it differs from the value.
     const char* decoded = nullptr;
   } cases[] = {
-      {0, "30 07 06 01 2A A0 02 0C 00", "A0 07 06 01 2A A0 02 0C 00", "A0 07 06 01 2A A0 02 0C 00"},
+      {0, "30 07 06 01 2A A0 02 0C 00", "A0 07 06 01 2A A0 02 0C 00",
+       "A0 07 06 01 2A A0 02 0C 00"},  // { 1.2, [0] { "" } }
       {1, "61 40 62", "81 03 61 40 62"},
       {2, "62 2E 63", "82 03 62 2E 63"},
-      {3, "04 01 31", "83 01 31", "83 01 31"},
+      {3, "04 01 31", "83 01 31", "83 01 31"},  // x400Address, '1' in it
       {4, "30 00", "A4 02 30 00"},
-      {5, "30 03 81 01 61", "A5 03 81 01 61", "A5 03 81 01 61"},
+      {5, "30 03 81 01 61", "A5 03 81 01 61", "A5 03 81 01 61"},  // ediPartyName { [1] "a" }
       {6, "", "86 00"},
       {7, "7F 00 00 01", "87 04 7F 00 00 01"},
-      {8, "03 55 04 03", "88 03 55 04 03"},
+      {8, "03 55 04 03", "88 03 55 04 03"},  // 2.5.4.3
   };
   const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
   Bytes content;
@@ -150,7 +153,6 @@ TEST(GeneralNames, OfEveryAlternative) {
   EXPECT_EQ(ToHex(FromHex("30 2C") + content), ToHex(octets));
   const Owned<X509GeneralNames> decoded = Make(DecodeX509GeneralNames, octets);
   uint32_t alternative = 0;
-  uint32_t length = 0;
   for (uint32_t i = 0; i < std::size(cases); ++i) {
     const auto read = [&](const Owned<X509GeneralNames>& from) {
       const Bytes value = FetchChecked(GetX509GeneralName, from, i, &alternative);
@@ -160,16 +162,16 @@ TEST(GeneralNames, OfEveryAlternative) {
     EXPECT_EQ(cases[i].value, read(names));
     EXPECT_EQ(cases[i].decoded != nullptr ? cases[i].decoded : cases[i].value, read(decoded));
   }
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetX509GeneralName(names, 9, &alternative, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(GetX509GeneralName, names, 9, &alternative));
   const uint8_t octet = 0x30;
   EXPECT_STATUS(TESSEL_WRONG_ALTERNATIVE, AddX509GeneralName(names, 9, &octet, 1));
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AddX509GeneralName(names, 4, &octet, 0));
 
   const Owned<X509GeneralName> alone = Make(CreateX509GeneralName);
-  EXPECT_STATUS(TESSEL_ABSENT, GetX509GeneralNameValue(alone, &alternative, nullptr, &length));
+  EXPECT_STATUS(TESSEL_ABSENT, AskSize(GetX509GeneralNameValue, alone, &alternative));
 }
 
-TEST(GeneralNames, TheFirstThatHoldsADistinguishedName) {
+TEST(GeneralNames, GiveTheFirstDistinguishedNameAmongThem) {
   const Owned<X509GeneralNames> names = Make(CreateX509GeneralNames);
   Owned<X509Name> found;
   EXPECT_STATUS(TESSEL_NOT_FOUND, GetX509NameFromGeneralNames(names, found.Out()));
@@ -213,10 +215,9 @@ TEST(FreeText, HoldsTextsAsTheyAre) {
   const Bytes notUtf8 = FromHex("D0 FF");
   Call(AddPKIFreeTextString, text, notUtf8);
   Call(AddPKIFreeTextString, text, Bytes());
-  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(FetchChecked(EncodePKIFreeText, text)));
+  EXPECT_EQ("30 06 0C 02 D0 FF 0C 00", ToHex(FetchChecked(EncodePKIFreeText, text)));  // { 'D0FF'H, "" }
   EXPECT_EQ(notUtf8, FetchChecked(GetPKIFreeTextString, text, 0));
-  uint32_t length = 0;
-  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, GetPKIFreeTextString(text, 2, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(GetPKIFreeTextString, text, 2));
 }
 
 TEST(Names, NullsAreRefused) {
