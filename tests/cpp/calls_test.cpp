@@ -14,8 +14,8 @@ namespace {
 TEST(Calls, ArgumentsAndResultsAreThoseOfCpp) {
   const Owned<X509Name> name = Make(CreateX509Name);
   Call(AddX509NameEntry, name, "RU", TESSEL_KIND_PRINTABLE_STRING, ObjectIdentifier("2.5.4.6"), true);
-  Call(AddX509NameEntry, name, std::string("Пример"), 12, ObjectIdentifier("2.5.4.3"), 1);
-  Call(AddX509NameEntry, name, Bytes(), 12, ObjectIdentifier("2.5.4.10"), 0);
+  Call(AddX509NameEntry, name, std::string("Пример"), TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), 1);
+  Call(AddX509NameEntry, name, Bytes(), TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.10"), 0);
   EXPECT_EQ(2U, Get(GetX509NameRdnCount, name));
   const Owned<X509Name> read = Make(DecodeX509Name, Fetch(EncodeX509Name, name));
   Bytes value;
@@ -34,7 +34,7 @@ TEST(Calls, ArgumentsAndResultsAreThoseOfCpp) {
 TEST(Calls, WhatIsMadeWhileLengthsAreAskedForIsReleased) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
   const Owned<X509Name> issuer = Make(CreateX509Name);
-  Call(AddX509NameEntry, issuer, "A", 12, ObjectIdentifier("2.5.4.3"), 1);
+  Call(AddX509NameEntry, issuer, "A", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), 1);
   Call(SetCertificateAuthorityKeyIdentifier2, certificate, Bytes{1, 2}, issuer, Bytes{3});
   Bytes key;
   Bytes serial;
@@ -84,7 +84,7 @@ TEST(Calls, NoObjectGetsTwoOwnersOrNone) {
 
 TEST(Calls, AnArgumentMayBeTheResult) {
   Owned<X509Name> name = Make(CreateX509Name);
-  Call(AddX509NameEntry, name, "A", 12, ObjectIdentifier("2.5.4.3"), 1);
+  Call(AddX509NameEntry, name, "A", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), 1);
   Call(CopyX509Name, name, name.Out());
   EXPECT_EQ(1U, Get(GetX509NameRdnCount, name));
   std::string text(100, 'x');

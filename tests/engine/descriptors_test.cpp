@@ -23,6 +23,12 @@ constexpr const Asn1Item* kNumberAndNull[] = {&kInteger, nullptr};
 constexpr Asn1Item Sequence(uint32_t nodeSize, const Asn1Item* const* members, uint32_t count) {
   return {TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE, kNoTagNumber, nodeSize, members, count, nullptr};
 }
+// [0] EXPLICIT
+constexpr Asn1Item Wrapped(Asn1Item item, uint32_t flags) {
+  item.flags |= TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | flags;
+  item.tagNumber = 0;
+  return item;
+}
 
 TEST(Descriptors, ThatContradictThemselvesAreRefusedByEveryOperation) {
   const Asn1Item wrong[] = {
@@ -77,14 +83,7 @@ extern const Asn1Item kInnerTower;
 constexpr const Asn1Item* kTowerMembers[] = {&kInnerTower};
 // Tower ::= SEQUENCE { inner [0] EXPLICIT Tower OPTIONAL }
 constexpr Asn1Item kTower = Sequence(kSlot, kTowerMembers, 1);
-constexpr Asn1Item kInnerTower{
-    TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | TESSEL_FLAG_OPTIONAL | TESSEL_FLAG_CONSTRUCTED,
-    TESSEL_KIND_SEQUENCE,
-    0,
-    kSlot,
-    kTowerMembers,
-    1,
-    nullptr};
+constexpr Asn1Item kInnerTower = Wrapped(kTower, TESSEL_FLAG_OPTIONAL);
 
 extern const Asn1Item kPair;
 constexpr const Asn1Item* kPairElement[] = {&kPair};
@@ -95,13 +94,7 @@ extern const Asn1Item kInnerChain;
 constexpr const Asn1Item* kChainAlternatives[] = {&kInnerChain, &kNull};
 // Chain ::= CHOICE { [0] EXPLICIT Chain, NULL }
 constexpr Asn1Item kChain{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_CHOICE, kNoTagNumber, 0, kChainAlternatives, 2, nullptr};
-constexpr Asn1Item kInnerChain{TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | TESSEL_FLAG_CONSTRUCTED,
-                               TESSEL_KIND_CHOICE,
-                               0,
-                               0,
-                               kChainAlternatives,
-                               2,
-                               nullptr};
+constexpr Asn1Item kInnerChain = Wrapped(kChain, 0);
 
 Bytes Tower(size_t levels) {
   Bytes encoding = FromHex("30 00");

@@ -72,27 +72,27 @@ TEST(Create, MakesOptionalSequencesOnRequest) {
 }
 
 TEST(Copy, IsDeepAndResetsSorting) {
-  const DecodeResult set = Decode(kStringSet, FromHex("31 09 04 01 02 04 01 01 04 01 03"));
-  set.tree.As<Asn1List>().sorted = 0;
+  const Tree set = TreeOf(kStringSet, "31 09 04 01 02 04 01 01 04 01 03");
+  set.As<Asn1List>().sorted = 0;
   Tree copy(kStringSet);
-  ASSERT_OK(Copy(kStringSet, set.tree.Root(), copy.Out()));
+  ASSERT_OK(Copy(kStringSet, set.Root(), copy.Out()));
   EXPECT_EQ(1U, copy.As<Asn1List>().sorted);
   EXPECT_EQ(3U, copy.As<Asn1List>().capacity);
-  static_cast<Asn1Value*>(set.tree.As<Asn1List>().items[0])->data[0] = 9;
+  static_cast<Asn1Value*>(set.As<Asn1List>().items[0])->data[0] = 9;
   copy.As<Asn1List>().sorted = 0;
   EXPECT_EQ("31 09 04 01 02 04 01 01 04 01 03", ToHex(Encode(kStringSet, copy.Root()).octets));
 
   // Stray bits of a BIT STRING stay, since signatures cover them.
-  const DecodeResult bits = Decode(kBitString, FromHex("03 02 07 FF"));
+  const Tree bits = TreeOf(kBitString, "03 02 07 FF");
   Tree bitsCopy(kBitString);
-  ASSERT_OK(Copy(kBitString, bits.tree.Root(), bitsCopy.Out()));
+  ASSERT_OK(Copy(kBitString, bits.Root(), bitsCopy.Out()));
   EXPECT_EQ("03 02 07 FF", ToHex(Encode(kBitString, bitsCopy.Root()).octets));
 }
 
 TEST(Copy, RefusesWhatItCannotCopyAndKeepsNothing) {
-  const DecodeResult null = Decode(kNull, FromHex("05 00"));
+  const Tree null = TreeOf(kNull, "05 00");
   void* copy = nullptr;
-  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kNull, null.tree.Root(), &copy));
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kNull, null.Root(), &copy));
   EXPECT_EQ(nullptr, copy);
   const Asn1Choice wrong{5, nullptr};
   EXPECT_STATUS(TESSEL_WRONG_ALTERNATIVE, Copy(kTestChoice, &wrong, &copy));
@@ -100,9 +100,8 @@ TEST(Copy, RefusesWhatItCannotCopyAndKeepsNothing) {
   // A failure inside releases the rest: the second element of the list is a NULL.
   static constexpr auto kNullOrInteger = Choice<TestChoice, kInteger, kNull>();
   static constexpr auto kMixed = SequenceOf<ListOf<TestChoice>, kNullOrInteger>();
-  const DecodeResult mixed = Decode(kMixed, FromHex("30 05 02 01 05 05 00"));
-  ASSERT_OK(mixed.status);
-  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kMixed, mixed.tree.Root(), &copy));
+  const Tree mixed = TreeOf(kMixed, "30 05 02 01 05 05 00");
+  EXPECT_STATUS(TESSEL_UNSUPPORTED_KIND, Copy(kMixed, mixed.Root(), &copy));
   EXPECT_EQ(nullptr, copy);
 }
 
@@ -134,10 +133,10 @@ TEST(Compare, TellsEqualValuesFromOthersOfTheKindsItSupports) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.first) + " ~ " + c.second);
-    const DecodeResult first = Decode(c.item, FromHex(c.first));
-    const DecodeResult second = Decode(c.item, FromHex(c.second));
+    const Tree first = TreeOf(c.item, c.first);
+    const Tree second = TreeOf(c.item, c.second);
     uint32_t equal = 7;
-    EXPECT_STATUS(c.status, CompareAsn1Objects(&c.item, first.tree.Root(), second.tree.Root(), &equal));
+    EXPECT_STATUS(c.status, CompareAsn1Objects(&c.item, first.Root(), second.Root(), &equal));
     EXPECT_EQ(c.equal, equal);
   }
   uint32_t equal = 7;
@@ -153,9 +152,9 @@ TEST(Free, TakesNullAndReleasesNothingOfAWrongKind) {
   EXPECT_OK(FreeCertificate(nullptr));
 
   // A kind that is none releases nothing, not even a tree that could be released at once.
-  const DecodeResult set = Decode(kStringSet, FromHex("31 03 04 01 02"));
-  EXPECT_OK(FreeAsn1Object(&kUnknownConstructed, set.tree.Root()));
-  EXPECT_EQ("31 03 04 01 02", ToHex(Encode(kStringSet, set.tree.Root()).octets));
+  const Tree set = TreeOf(kStringSet, "31 03 04 01 02");
+  EXPECT_OK(FreeAsn1Object(&kUnknownConstructed, set.Root()));
+  EXPECT_EQ("31 03 04 01 02", ToHex(Encode(kStringSet, set.Root()).octets));
 }
 
 }  // namespace

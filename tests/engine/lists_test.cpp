@@ -12,8 +12,8 @@ namespace test {
 namespace {
 
 TEST(Lists, AreReachedByIndexWithinTheirLength) {
-  const DecodeResult decoded = Decode(kIntegers, FromHex("30 06 02 01 02 02 01 01"));  // { 2, 1 }
-  auto& list = decoded.tree.As<Asn1List>();
+  const Tree decoded = TreeOf(kIntegers, "30 06 02 01 02 02 01 01");  // { 2, 1 }
+  auto& list = decoded.As<Asn1List>();
   void* item = nullptr;
   ASSERT_OK(GetAsn1ListItem(&list, 1, &item));
   EXPECT_EQ(1U, static_cast<Asn1Value*>(item)->data[0]);
@@ -54,8 +54,8 @@ TEST(Lists, OctetStringsGrowByTheDocumentedSteps) {
 }
 
 TEST(Choices, LeadToTheAlternativeTheyHold) {
-  const DecodeResult decoded = Decode(kTestChoice, FromHex("A2 03 02 01 05"));  // [2] { 5 }
-  void* node = decoded.tree.Root();
+  const Tree decoded = TreeOf(kTestChoice, "A2 03 02 01 05");  // [2] { 5 }
+  void* node = decoded.Root();
   const Asn1Item* descriptor = &kTestChoice;
   ASSERT_OK(GetAsn1ChoiceUnderlyingType(&node, &descriptor));
   EXPECT_EQ(kTestChoice.members[2], descriptor);

@@ -9,10 +9,8 @@
 namespace test {
 namespace {
 
-Tree Value(const Asn1Item& item, const char* encoding) { return std::move(Decode(item, FromHex(encoding)).tree); }
-
 TEST(Primitives, ValuesAreReadAsStored) {
-  const Tree string = Value(kOctetString, "04 03 41 42 43");
+  const Tree string = TreeOf(kOctetString, "04 03 41 42 43");
   const auto& value = string.As<Asn1Value>();
   uint32_t type = 99;
   EXPECT_EQ("41 42 43", ToHex(FetchChecked([&](auto... out) {
@@ -50,13 +48,13 @@ TEST(Primitives, IntegersAreLittleEndianAtTheInterface) {
     EXPECT_EQ(c.encoding, ToHex(FetchChecked(EncodeAsn1Int32, c.number)));
     EXPECT_EQ(c.number, Get(DecodeAsn1Int32, FromHex(c.encoding)));
     // Onto a node that holds something already.
-    const Tree node = Value(kInteger, "02 09 11 22 33 44 55 66 77 88 99");
+    const Tree node = TreeOf(kInteger, "02 09 11 22 33 44 55 66 77 88 99");
     EXPECT_OK(SetAsn1Int32(&node.As<Asn1Value>(), c.number));
     EXPECT_EQ(c.encoding, ToHex(Encode(kInteger, node.Root()).octets));
   }
   int32_t number = 77;
   EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL,
-                GetAsn1Int32(&Value(kInteger, "02 05 01 00 00 00 00").As<Asn1Value>(), &number));
+                GetAsn1Int32(&TreeOf(kInteger, "02 05 01 00 00 00 00").As<Asn1Value>(), &number));
   EXPECT_STATUS(TESSEL_INVALID_CONTENT, DecodeAsn1Int32(FromHex("02 02 00 01").data(), 4, &number));
   EXPECT_EQ(77, number);
 }
@@ -102,7 +100,7 @@ TEST(Primitives, BooleansAreOneOctet) {
 }
 
 TEST(Primitives, BitStringsTellTheirUnusedBits) {
-  const Tree tree = Value(kBitString, "03 03 05 41 E0");  // '01000001 111'B
+  const Tree tree = TreeOf(kBitString, "03 03 05 41 E0");  // '01000001 111'B
   uint8_t unused = 9;
   EXPECT_EQ("41 E0", ToHex(FetchChecked(GetAsn1BitString, &tree.As<Asn1BitString>(), &unused)));
   EXPECT_EQ(5U, unused);

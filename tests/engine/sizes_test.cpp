@@ -173,7 +173,8 @@ TEST(Sizes, OfResultsOfFunctionsDoNotWrap) {
   const Bytes type = Counted("2.5.4.3");
   const Owned<X509Name> name = Make(CreateX509Name);
   Call(AddX509NameEntry, name, &octet, 1, TESSEL_KIND_UTF8_STRING, type.data(), 1);
-  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, AddX509NameEntry(name, &octet, kLargest + 1, 12, type.data(), 0));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE,
+                AddX509NameEntry(name, &octet, kLargest + 1, TESSEL_KIND_UTF8_STRING, type.data(), 0));
   // No tag number that an item can have.
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AddX509NameEntry(name, &octet, 1, 0x80000000, type.data(), 1));
   // { { { 2.5.4.3, "\x05" } } }

@@ -187,9 +187,7 @@ TEST(Allocations, WhatWasAttachedIsReleased) {
 // A decoded tree that another took in goes with that one.
 TEST(Allocations, WhatWasTakenInIsReleased) {
   const Bytes octets = ::test::Certificates().front().octets;
-  // SEQUENCE OF, twice the same.
-  const auto size = SizeOf(octets) * 2;
-  const Bytes two = Bytes{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)} + octets + octets;
+  const Bytes two = Der(0x30, octets + octets);
   const HeapCount heap;
   for (const uint32_t additions : {1U, 20U}) {
     Owned<::Certificates> list = Make(DecodeCertificates, two);

@@ -208,7 +208,7 @@ TEST(LargeTexts, GetTheLargestSuggestionThatThereIs) {
 }
 
 // What is asked for here would be had from many systems, which do not count before it is used.
-TEST(RefusedMemory, IsTold) {
+TEST(RefusedMemory, IsToldAndChangesNothing) {
   const LargestAllocation limit(kModest);
   const uint8_t octet = 5;
   const Asn1Value huge{TESSEL_KIND_OCTET_STRING, UINT32_MAX - 6, nullptr};
@@ -256,7 +256,7 @@ TEST(RefusedMemory, KeepsListsFromGrowing) {
   }
 }
 
-const Bytes kAlgorithm = FromHex("30 0A 06 08 2A 86 48 CE 3D 04 03 02");
+const Bytes kAlgorithm = FromHex("30 0A 06 08 2A 86 48 CE 3D 04 03 02");  // { 1.2.840.10045.4.3.2 }
 
 Bytes Header(uint8_t identifier, size_t size) {
   Bytes octets = {identifier, 0x84};
@@ -311,6 +311,7 @@ TEST(LargeObjects, HaveContentsOf300Megabytes) {
 TEST(LargeObjects, HaveMillionsOfElements) {
   constexpr size_t kEntries = 3000000;
   constexpr int64_t kLargestEntry = sizeof(void*) == 8 ? 120 : 90;
+  // { 5, "261121120000Z" }
   const Bytes entry = FromHex("30 12 02 01 05 17 0D 32 36 31 31 32 31 31 32 30 30 30 30 5A");
   const Bytes before = kAlgorithm + FromHex("30 00 17 0D 32 36 31 31 32 31 31 32 30 30 30 30 5A");
   const Bytes after = kAlgorithm + FromHex("03 02 00 AA");

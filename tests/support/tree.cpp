@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace test {
 
@@ -13,6 +14,12 @@ DecodeResult Decode(const Asn1Item& item, const Bytes& input) {
   result.status = tessel::Try(Asn1DecodeItem, guarded, &item, result.tree.Out(), &result.consumed);
   EXPECT_EQ(result.status != TESSEL_OK, result.consumed == kNotWritten);
   return result;
+}
+
+Tree TreeOf(const Asn1Item& item, std::string_view hex) {
+  DecodeResult decoded = Decode(item, FromHex(hex));
+  if (decoded.status != TESSEL_OK) throw tessel::Error(decoded.status);
+  return std::move(decoded.tree);
 }
 
 EncodeResult Encode(const Asn1Item& item, const void* node) {

@@ -54,10 +54,7 @@ Bytes Counting(size_t size) {
 TEST(Text, KeysMoveIntoTheirBlockAndBack) {
   for (const uint32_t size : {64U, 128U}) {
     const Bytes key = Counting(size);
-    Bytes block(256);
-    uint32_t length = 255;
-    EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, ConvertX509PublicKeyToArdek(key.data(), size, block.data(), &length));
-    ASSERT_OK(ConvertX509PublicKeyToArdek(key.data(), size, block.data(), &length));
+    Bytes block = FetchChecked(ConvertX509PublicKeyToArdek, key);
     Bytes expected(256);
     std::copy_n(key.begin(), size / 2, expected.begin());
     std::copy_n(key.begin() + size / 2, size / 2, expected.begin() + 64);
@@ -67,10 +64,7 @@ TEST(Text, KeysMoveIntoTheirBlockAndBack) {
     EXPECT_STATUS(TESSEL_INVALID_KEY, AskSize(ConvertArdekPublicKeyToX509, block));
     for (const char set : std::string(size == 64 ? "ABCXYDabcxy" : "123")) {
       block[254] = static_cast<uint8_t>(set);
-      Bytes back(size);
-      length = size;
-      EXPECT_OK(ConvertArdekPublicKeyToX509(block.data(), 256, back.data(), &length)) << set;
-      EXPECT_EQ(key, back);
+      EXPECT_EQ(key, FetchChecked(ConvertArdekPublicKeyToX509, block)) << set;
     }
   }
   EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertX509PublicKeyToArdek, Counting(65)));

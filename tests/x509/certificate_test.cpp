@@ -129,7 +129,7 @@ TEST(Certificate, NamesAreLentCopiedAndTaken) {
   X509Name* issuer = nullptr;
   ASSERT_OK(GetCertificateIssuer(certificate, &issuer)) << "an empty name is made";
   EXPECT_EQ(0U, Get(GetX509NameRdnCount, issuer));
-  Call(AddX509NameEntry, issuer, "name", 12, ObjectIdentifier("2.5.4.3"), 1);
+  Call(AddX509NameEntry, issuer, "name", TESSEL_KIND_UTF8_STRING, ObjectIdentifier("2.5.4.3"), 1);
   EXPECT_OK(SetCertificateSubject(certificate, issuer));
   X509Name* subject = Get(GetCertificateSubject, certificate);
   EXPECT_NE(issuer, subject);

@@ -21,7 +21,8 @@ Owned<Certificate> WithKey(std::string_view issuerName) {
   Owned<Certificate> certificate = Make(CreateCertificate);
   Call(SetCertificatePublicKey, certificate, kKey);
   Call(SetCertificateSerialNumber, certificate, kKey.data() + 1, 3);
-  Call(AddX509NameEntry, Get(GetCertificateIssuer, certificate), issuerName, 12, ObjectIdentifier("2.5.4.3"), 1);
+  Call(AddX509NameEntry, Get(GetCertificateIssuer, certificate), issuerName, TESSEL_KIND_UTF8_STRING,
+       ObjectIdentifier("2.5.4.3"), 1);
   return certificate;
 }
 
@@ -50,7 +51,7 @@ TEST(KeyIdentifiers, SettersReplaceAllThatAreThere) {
   EXPECT_OK(SetCertificateArdekKeyIdentifier(certificate, "x"));
   EXPECT_OK(SetCertificateExtensionCrlDistributionPoints(certificate, "u"));
   EXPECT_EQ(4U, ExtensionCount(certificate));
-  EXPECT_EQ("04 14 " + std::string(kSha1), ExtensionOf(certificate, oids[0]));       // the OCTET STRING
+  EXPECT_EQ("04 14 " + std::string(kSha1), ExtensionOf(certificate, oids[0]));
   EXPECT_EQ("30 04 80 02 00 01", ExtensionOf(certificate, oids[1]));                 // { [0] '0001'H }
   EXPECT_EQ("0C 01 78", ExtensionOf(certificate, oids[2]));                          // "x"
   EXPECT_EQ("30 09 30 07 A0 05 A0 03 86 01 75", ExtensionOf(certificate, oids[3]));  // { { fullName "u" } }
