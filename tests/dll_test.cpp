@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/octets.h"
+#include "support/status.h"
 #include "tessel/tessel.h"
 
 namespace {
@@ -54,7 +55,7 @@ TEST(Dll, CallersNeedNotAlignTheStackNorRemoveArguments) {
         : "=a"(status), "=&D"(left)
         : [call] "S"(&call)
         : "ebx", "ecx", "edx", "memory", "cc");
-    EXPECT_EQ(0U, status);
+    EXPECT_OK(status);
     EXPECT_EQ(0, left);
     EXPECT_EQ("A9 99 3E 36 47 06 81 6A BA 3E 25 71 78 50 C2 6C 9C D0 D8 9D", test::ToHex(digest)) << offset;
   }

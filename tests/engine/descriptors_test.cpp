@@ -23,6 +23,12 @@ constexpr const Asn1Item* kNumberAndNull[] = {&kInteger, nullptr};
 constexpr Asn1Item Sequence(uint32_t nodeSize, const Asn1Item* const* members, uint32_t count) {
   return {TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE, kNoTagNumber, nodeSize, members, count, nullptr};
 }
+// [0] EXPLICIT
+constexpr Asn1Item Wrapped(Asn1Item item, uint32_t flags) {
+  item.flags |= TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | flags;
+  item.tagNumber = 0;
+  return item;
+}
 
 TEST(Descriptors, ThatContradictThemselvesAreRefusedByEveryOperation) {
   const Asn1Item wrong[] = {
@@ -38,15 +44,16 @@ TEST(Descriptors, ThatContradictThemselvesAreRefusedByEveryOperation) {
     SCOPED_TRACE(std::to_string(item.nodeSize) + " octets, " + std::to_string(item.memberCount) + " members");
     const Asn1Item* element[] = {&item};
     const Asn1Item list{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE_OF, kNoTagNumber, 0, element, 1, nullptr};
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("30 06 02 01 01 02 01 02")).status);
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(list, FromHex("30 08 30 06 02 01 01 02 01 02")).status);
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, node).status);
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("30 06 02 01 01 02 01 02")).status);  // { 1, 2 }
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR,
+                  Decode(list, FromHex("30 08 30 06 02 01 01 02 01 02")).status);  // { { 1, 2 } }
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, node).status);
     void* object = nullptr;
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&item, &object, 1));
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &object));
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&item, &object, 1));
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &object));
     EXPECT_EQ(nullptr, object);
     uint32_t equal = 0;
-    EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, CompareAsn1Objects(&item, node, node, &equal));
+    EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CompareAsn1Objects(&item, node, node, &equal));
   }
 }
 
@@ -54,19 +61,19 @@ TEST(Descriptors, OfAListHaveNoNodeSize) {
   const Asn1Item* element[] = {&kInteger};
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_SEQUENCE_OF, kNoTagNumber, UINT32_MAX, element, 1, nullptr};
   // So much memory is not asked for.
-  EXPECT_EQ(TESSEL_OK, Decode(item, FromHex("30 03 02 01 01")).status);
+  EXPECT_OK(Decode(item, FromHex("30 03 02 01 01")).status);
 }
 
 TEST(Descriptors, OfAChoiceWithoutAnAlternativeAreRefused) {
   const Asn1Item item{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_CHOICE, kNoTagNumber, 0, kNumberAndNull, 2, nullptr};
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("04 00")).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Decode(item, FromHex("04 00")).status);
   Asn1Choice choice{1, &choice};
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, &choice).status);
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Encode(item, &choice).status);
   void* node = &choice;
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &node));
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, Copy(item, node, &node));
   node = &choice;
   const Asn1Item* descriptor = &item;
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, GetAsn1ChoiceUnderlyingType(&node, &descriptor));
   EXPECT_EQ(&item, descriptor);
 }
 
@@ -76,14 +83,7 @@ extern const Asn1Item kInnerTower;
 constexpr const Asn1Item* kTowerMembers[] = {&kInnerTower};
 // Tower ::= SEQUENCE { inner [0] EXPLICIT Tower OPTIONAL }
 constexpr Asn1Item kTower = Sequence(kSlot, kTowerMembers, 1);
-constexpr Asn1Item kInnerTower{
-    TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | TESSEL_FLAG_OPTIONAL | TESSEL_FLAG_CONSTRUCTED,
-    TESSEL_KIND_SEQUENCE,
-    0,
-    kSlot,
-    kTowerMembers,
-    1,
-    nullptr};
+constexpr Asn1Item kInnerTower = Wrapped(kTower, TESSEL_FLAG_OPTIONAL);
 
 extern const Asn1Item kPair;
 constexpr const Asn1Item* kPairElement[] = {&kPair};
@@ -94,33 +94,21 @@ extern const Asn1Item kInnerChain;
 constexpr const Asn1Item* kChainAlternatives[] = {&kInnerChain, &kNull};
 // Chain ::= CHOICE { [0] EXPLICIT Chain, NULL }
 constexpr Asn1Item kChain{TESSEL_FLAG_CONSTRUCTED, TESSEL_KIND_CHOICE, kNoTagNumber, 0, kChainAlternatives, 2, nullptr};
-constexpr Asn1Item kInnerChain{TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT | TESSEL_FLAG_CONSTRUCTED,
-                               TESSEL_KIND_CHOICE,
-                               0,
-                               0,
-                               kChainAlternatives,
-                               2,
-                               nullptr};
+constexpr Asn1Item kInnerChain = Wrapped(kChain, 0);
 
-Bytes Within(uint8_t identifier, const Bytes& content) {
-  const auto size = static_cast<uint8_t>(content.size());
-  if (content.size() < 0x80) return Bytes{identifier, size} + content;
-  if (content.size() < 0x100) return Bytes{identifier, 0x81, size} + content;
-  return Bytes{identifier, 0x82, static_cast<uint8_t>(content.size() >> 8), size} + content;
-}
 Bytes Tower(size_t levels) {
   Bytes encoding = FromHex("30 00");
-  for (size_t i = 1; i < levels; ++i) encoding = Within(0x30, Within(0xA0, encoding));
+  for (size_t i = 1; i < levels; ++i) encoding = Der(0x30, Der(0xA0, encoding));
   return encoding;
 }
 Bytes Pairs(size_t levels) {
   Bytes encoding = FromHex("31 00");
-  for (size_t i = 1; i < levels; ++i) encoding = Within(0x31, FromHex("31 00") + encoding);
+  for (size_t i = 1; i < levels; ++i) encoding = Der(0x31, FromHex("31 00") + encoding);
   return encoding;
 }
 Bytes Chain(size_t levels) {
   Bytes encoding = FromHex("05 00");
-  for (size_t i = 1; i < levels; ++i) encoding = Within(0xA0, encoding);
+  for (size_t i = 1; i < levels; ++i) encoding = Der(0xA0, encoding);
   return encoding;
 }
 
@@ -133,19 +121,19 @@ const Recursion kRecursions[] = {{kTower, Tower}, {kPair, Pairs}, {kChain, Chain
 // Every operation on the deepest value that is read.
 void UseTheDeepest(const Recursion& recursion) {
   constexpr size_t kMostLevels = 64;
-  EXPECT_EQ(TESSEL_MALFORMED, Decode(recursion.item, recursion.encode(kMostLevels + 1)).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, Decode(recursion.item, recursion.encode(kMostLevels + 1)).status);
   const Bytes encoding = recursion.encode(kMostLevels);
   const DecodeResult decoded = Decode(recursion.item, encoding);
-  ASSERT_EQ(TESSEL_OK, decoded.status);
+  ASSERT_OK(decoded.status);
   EXPECT_EQ(encoding, Encode(recursion.item, decoded.tree.Root()).octets);
   Bytes buffer(encoding.size());
   auto length = static_cast<uint32_t>(buffer.size());
-  EXPECT_EQ(TESSEL_OK, GetAsn1EncodedValue(decoded.tree.Root(), &recursion.item, buffer.data(), &length));
+  EXPECT_OK(GetAsn1EncodedValue(decoded.tree.Root(), &recursion.item, buffer.data(), &length));
   Tree copy(recursion.item);
   if (Copy(recursion.item, decoded.tree.Root(), copy.Out()) != TESSEL_OK) return;  // a NULL cannot be copied
   EXPECT_EQ(encoding, Encode(recursion.item, copy.Root()).octets);
   uint32_t equal = 0;
-  EXPECT_EQ(TESSEL_OK, CompareAsn1Objects(&recursion.item, decoded.tree.Root(), copy.Root(), &equal));
+  EXPECT_OK(CompareAsn1Objects(&recursion.item, decoded.tree.Root(), copy.Root(), &equal));
   EXPECT_EQ(1U, equal);
 }
 
@@ -179,9 +167,9 @@ constexpr Asn1Item kEndless = Sequence(2 * kSlot, kEndlessMembers, 2);
 
 TEST(Descriptors, WithoutAValueThatEndsAreNotCreated) {
   void* object = nullptr;
-  EXPECT_EQ(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&kEndless, &object, 1));
+  EXPECT_STATUS(TESSEL_INCONSISTENT_DESCRIPTOR, CreateAsn1Object(&kEndless, &object, 1));
   EXPECT_EQ(nullptr, object);
-  EXPECT_EQ(TESSEL_MALFORMED, Decode(kEndless, Repeat(FromHex("30 80 02 01 00"), 100000)).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, Decode(kEndless, Repeat(FromHex("30 80 02 01 00"), 100000)).status);
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ TEST(Sizes, OfContentsAreHeldToTheInput) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.input);
     const DecodeResult result = Decode(c.item, FromHex(c.input));
-    EXPECT_EQ(c.status, result.status);
+    EXPECT_STATUS(c.status, result.status);
     EXPECT_EQ(c.consumed, result.consumed);
   }
 }
@@ -64,9 +64,9 @@ void ExpectRefused(const Claim& claim) {
   Bytes buffer(kCapacity, 0xEE);
   uint32_t size = kCapacity;
   uint8_t* block = buffer.data();
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, Asn1Encode(claim.node, &claim.item, nullptr, &size));
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, Asn1Encode(claim.node, &claim.item, &block, &size));
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, GetAsn1EncodedValue(claim.node, &claim.item, buffer.data(), &size));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, Asn1Encode(claim.node, &claim.item, nullptr, &size));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, Asn1Encode(claim.node, &claim.item, &block, &size));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, GetAsn1EncodedValue(claim.node, &claim.item, buffer.data(), &size));
   EXPECT_EQ(kCapacity, size);
   EXPECT_EQ(buffer.data(), block);
   EXPECT_EQ(Bytes(kCapacity, 0xEE), buffer);
@@ -75,12 +75,12 @@ void ExpectRefused(const Claim& claim) {
 void ExpectExact(const Claim& claim) {
   const uint32_t expected = claim.length + claim.overhead;
   uint32_t size = 0;
-  EXPECT_EQ(0U, Asn1Encode(claim.node, &claim.item, nullptr, &size));
+  EXPECT_OK(Asn1Encode(claim.node, &claim.item, nullptr, &size));
   EXPECT_EQ(expected, size);
   Bytes buffer(20000, 0xEE);
   for (const uint32_t capacity : {10U, 20000U}) {
     size = capacity;
-    EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, GetAsn1EncodedValue(claim.node, &claim.item, buffer.data(), &size));
+    EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, GetAsn1EncodedValue(claim.node, &claim.item, buffer.data(), &size));
     EXPECT_EQ(expected, size);
   }
   EXPECT_EQ(Bytes(20000, 0xEE), buffer);
@@ -150,31 +150,34 @@ TEST(Sizes, OfResultsOfFunctionsDoNotWrap) {
   uint32_t length = 0;
   for (const auto encode : {EncodeAsn1IA5String, EncodeAsn1NumericString, EncodeExtensionSubjectKeyIdentifier,
                             EncodeExtensionCrlNumber, EncodeExtensionDeltaCrlIndicator}) {
-    EXPECT_EQ(0U, encode(&octet, kLargest, nullptr, &length));
+    EXPECT_OK(encode(&octet, kLargest, nullptr, &length));
     EXPECT_EQ(UINT32_MAX, length);
     length = 1;
-    EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, encode(&octet, kLargest, &place, &length));
+    EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, encode(&octet, kLargest, &place, &length));
     EXPECT_EQ(UINT32_MAX, length);
-    EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, encode(&octet, kLargest + 1, nullptr, &length));
-    EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, encode(&octet, UINT32_MAX, &place, &length));
+    EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, encode(&octet, kLargest + 1, nullptr, &length));
+    EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, encode(&octet, UINT32_MAX, &place, &length));
   }
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE,
-            EncodeExtensionAuthorityKeyIdentifier(&octet, 0x80000000, nullptr, &octet, 0x80000000, nullptr, &length));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, EncodeExtensionAuthorityKeyIdentifier(&octet, 0x80000000, nullptr, &octet,
+                                                                               0x80000000, nullptr, &length));
   // 48 octets are a line of 66 characters; the label stands there twice.
   const std::string label(60000, 'L');
   constexpr uint32_t kLines = 65073443;
-  EXPECT_EQ(0U, EncodePem(&octet, kLines * 48 + 15, label.c_str(), nullptr, &length));
+  EXPECT_OK(EncodePem(&octet, kLines * 48 + 15, label.c_str(), nullptr, &length));
   EXPECT_EQ(kLines * 66 + 22 + 120000 + 34, length);
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, EncodePem(&octet, kLines * 48 + 16, label.c_str(), nullptr, &length));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, EncodePem(&octet, kLines * 48 + 16, label.c_str(), nullptr, &length));
 
   const Owned<Certificate> certificate = Make(CreateCertificate);
-  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateGostR34102001PublicKey(certificate, &octet, UINT32_MAX));
+  EXPECT_STATUS(TESSEL_INTERNAL_BUFFER_TOO_SMALL,
+                SetCertificateGostR34102001PublicKey(certificate, &octet, UINT32_MAX));
   const Bytes type = Counted("2.5.4.3");
   const Owned<X509Name> name = Make(CreateX509Name);
-  Call(AddX509NameEntry, name, &octet, 1, 12, type.data(), 1);
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, AddX509NameEntry(name, &octet, kLargest + 1, 12, type.data(), 0));
+  Call(AddX509NameEntry, name, &octet, 1, TESSEL_KIND_UTF8_STRING, type.data(), 1);
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE,
+                AddX509NameEntry(name, &octet, kLargest + 1, TESSEL_KIND_UTF8_STRING, type.data(), 0));
   // No tag number that an item can have.
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, AddX509NameEntry(name, &octet, 1, 0x80000000, type.data(), 1));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AddX509NameEntry(name, &octet, 1, 0x80000000, type.data(), 1));
+  // { { { 2.5.4.3, "\x05" } } }
   EXPECT_EQ("30 0C 31 0A 30 08 06 03 55 04 03 0C 01 05", ToHex(Fetch(EncodeX509Name, name)));
 }
 

@@ -75,8 +75,8 @@ TEST(Allocations, EncodingIntoASmallBufferTakesNone) {
     length = static_cast<uint32_t>(buffer.size());
     const uint32_t writing = EncodeCertificate(certificate, buffer.data(), &length);
     const uint64_t allocations = heap.Allocations();
-    EXPECT_EQ(0U, measuring);
-    EXPECT_EQ(0U, writing);
+    EXPECT_OK(measuring);
+    EXPECT_OK(writing);
     EXPECT_EQ(0U, allocations);
   }
 }
@@ -104,21 +104,21 @@ TEST(Allocations, ReadingTakesNone) {
   };
 
   const HeapCount heap;
-  EXPECT_EQ(0U, GetCertificateVersion(certificate, &version));
-  EXPECT_EQ(0U, GetCertificateSerialNumber(certificate, buffer.data(), room()));
-  EXPECT_EQ(0U, GetCertificateIssuer(certificate, &name));
-  EXPECT_EQ(0U, GetX509NameRdnCount(name, &number));
-  EXPECT_EQ(0U, GetCertificateSubject(certificate, &name));
-  EXPECT_EQ(0U, GetCertificateValidNotBefore(certificate, time));
-  EXPECT_EQ(0U, GetCertificateValidNotAfter(certificate, time));
-  EXPECT_EQ(0U, GetCertificatePublicKey(certificate, buffer.data(), room()));
-  EXPECT_EQ(0U, GetCertificateSignature(certificate, buffer.data(), room()));
-  EXPECT_EQ(0U, GetCertificateToBeSignedPart(certificate, buffer.data(), room()));
-  EXPECT_EQ(0U, GetCertificateExtensions(certificate, &slot));
-  EXPECT_EQ(0U, GetX509ExtensionsExtensionsCount(slot, &number));
-  EXPECT_EQ(0U, GetCertificateExtensionValue(certificate, basicConstraints.data(), buffer.data(), room()));
-  EXPECT_EQ(0U, GetCertificateCN(certificate, text.data(), textRoom()));
-  EXPECT_EQ(TESSEL_ABSENT, GetCertificateSubjectUniqueId(certificate, buffer.data(), room(), &unused));
+  EXPECT_OK(GetCertificateVersion(certificate, &version));
+  EXPECT_OK(GetCertificateSerialNumber(certificate, buffer.data(), room()));
+  EXPECT_OK(GetCertificateIssuer(certificate, &name));
+  EXPECT_OK(GetX509NameRdnCount(name, &number));
+  EXPECT_OK(GetCertificateSubject(certificate, &name));
+  EXPECT_OK(GetCertificateValidNotBefore(certificate, time));
+  EXPECT_OK(GetCertificateValidNotAfter(certificate, time));
+  EXPECT_OK(GetCertificatePublicKey(certificate, buffer.data(), room()));
+  EXPECT_OK(GetCertificateSignature(certificate, buffer.data(), room()));
+  EXPECT_OK(GetCertificateToBeSignedPart(certificate, buffer.data(), room()));
+  EXPECT_OK(GetCertificateExtensions(certificate, &slot));
+  EXPECT_OK(GetX509ExtensionsExtensionsCount(slot, &number));
+  EXPECT_OK(GetCertificateExtensionValue(certificate, basicConstraints.data(), buffer.data(), room()));
+  EXPECT_OK(GetCertificateCN(certificate, text.data(), textRoom()));
+  EXPECT_STATUS(TESSEL_ABSENT, GetCertificateSubjectUniqueId(certificate, buffer.data(), room(), &unused));
   EXPECT_EQ(0U, heap.Allocations());
 }
 
@@ -133,7 +133,7 @@ TEST(Allocations, ACrlEntryTakesAtMost200Octets) {
     const uint64_t allocations = heap.Allocations();
     crl.Reset();
     const int64_t left = heap.Held();
-    ASSERT_EQ(0U, status);
+    ASSERT_OK(status);
     EXPECT_LE(held, kLargestEntry * entries) << entries;
     EXPECT_LE(allocations, 5U) << entries;
     EXPECT_EQ(0, left);
@@ -165,19 +165,19 @@ TEST(Allocations, WhatWasAttachedIsReleased) {
     const HeapCount heap;
     {
       const Owned<Certificate> changed = DecodeSample(octets);
-      EXPECT_EQ(0U, changes[i](changed)) << i;
+      EXPECT_OK(changes[i](changed)) << i;
     }
     EXPECT_EQ(0, heap.Held()) << i;
     {
       // Nor is the size that it had before taken for the new one.
       const Owned<Certificate> changed = DecodeSample(octets);
-      EXPECT_EQ(0U, changes[i](changed)) << i;
+      EXPECT_OK(changes[i](changed)) << i;
       EXPECT_NE(octets, Fetch(EncodeCertificate, changed)) << i;
     }
     {
       // A later tree does not hide that an earlier one was changed.
       const Owned<Certificate> changed = DecodeSample(octets);
-      EXPECT_EQ(0U, changes[i](changed)) << i;
+      EXPECT_OK(changes[i](changed)) << i;
       const Owned<Certificate> later = DecodeSample(octets);
     }
     EXPECT_EQ(0, heap.Held()) << i;
@@ -187,9 +187,7 @@ TEST(Allocations, WhatWasAttachedIsReleased) {
 // A decoded tree that another took in goes with that one.
 TEST(Allocations, WhatWasTakenInIsReleased) {
   const Bytes octets = ::test::Certificates().front().octets;
-  // SEQUENCE OF, twice the same.
-  const auto size = SizeOf(octets) * 2;
-  const Bytes two = Bytes{0x30, 0x82, static_cast<uint8_t>(size >> 8), static_cast<uint8_t>(size)} + octets + octets;
+  const Bytes two = Der(0x30, octets + octets);
   const HeapCount heap;
   for (const uint32_t additions : {1U, 20U}) {
     Owned<::Certificates> list = Make(DecodeCertificates, two);

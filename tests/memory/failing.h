@@ -28,8 +28,6 @@ enum class Effect : uint8_t {
   kReads,
   // It must fail with the memory, and leave everything as it was.
   kChanges,
-  // The same, and its header says that a failure can leave a part of the change.
-  kCanStopHalfway,
 };
 
 // Makes the calls of one scenario.
@@ -49,10 +47,6 @@ class Caller {
   template <class Result, class... Parameters, class... Arguments>
   Result Change(Result (*function)(Parameters...), const Arguments&... arguments) {
     return Repeat(Effect::kChanges, function, arguments...);
-  }
-  template <class... Parameters, class... Arguments>
-  void ChangeInSteps(uint32_t (*function)(Parameters...), const Arguments&... arguments) {
-    Repeat(Effect::kCanStopHalfway, function, arguments...);
   }
 
   // For a function that makes an object: it goes into `owned`, in place of the one of the try before. After a failure
@@ -165,7 +159,6 @@ class Caller {
       ExpectOutOfMemory(result);
       if (succeeded) return result;
       if (expectNull_) expectNull_();
-      if (effect == Effect::kCanStopHalfway) continue;
       EXPECT_EQ(-taken_, left);
       EXPECT_EQ(before, encode_ ? encode_() : Bytes());
     }

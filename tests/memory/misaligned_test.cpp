@@ -17,18 +17,18 @@ TEST(MisalignedHeap, IsNotUsed) {
   {
     const MisalignedHeap misaligned;
     Certificate* made = nullptr;
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, DecodeCertificate(octets.data(), SizeOf(octets), &made));
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, CreateCertificate(&made));
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, CreateCertificateCopy(certificate, &made));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, DecodeCertificate(octets.data(), SizeOf(octets), &made));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, CreateCertificate(&made));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, CreateCertificateCopy(certificate, &made));
     EXPECT_EQ(nullptr, made);
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificateSerialNumber(certificate, octets.data(), 4));
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, SetCertificateSubjectKeyIdentifier(certificate));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, SetCertificateSerialNumber(certificate, octets.data(), 4));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, SetCertificateSubjectKeyIdentifier(certificate));
     LibraryTime* time = nullptr;
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, CreateLibraryTime(&time));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, CreateLibraryTime(&time));
     EXPECT_EQ(nullptr, AllocAsn1Integer(1));
     uint8_t* block = nullptr;
     uint32_t length = 0;
-    EXPECT_EQ(TESSEL_OUT_OF_MEMORY, Asn1Encode(certificate.Get(), &CertificateItem, &block, &length));
+    EXPECT_STATUS(TESSEL_OUT_OF_MEMORY, Asn1Encode(certificate.Get(), &CertificateItem, &block, &length));
   }
   EXPECT_EQ(0, heap.Held());
   EXPECT_EQ(octets, Fetch(EncodeCertificate, certificate));

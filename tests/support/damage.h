@@ -21,13 +21,13 @@ void ExpectDamageIsSurvived(const Asn1Item& item, const Bytes& original,
       octets[at] ^= static_cast<uint8_t>(change);
       const DecodeResult result = Decode(item, octets);
       Owned<Object> object;
-      ASSERT_EQ(result.status, Try(decode, octets, object.Out()));
+      ASSERT_STATUS(result.status, Try(decode, octets, object.Out()));
       if (result.status != TESSEL_OK) continue;
       const EncodeResult encoded = Encode(item, result.tree.Root());
-      ASSERT_EQ(0U, encoded.status);
+      ASSERT_OK(encoded.status);
       ASSERT_EQ(encoded.octets, Fetch(encode, object));
       const DecodeResult again = Decode(item, encoded.octets);
-      ASSERT_EQ(0U, again.status);
+      ASSERT_OK(again.status);
       ASSERT_EQ(encoded.octets, Encode(item, again.tree.Root()).octets);
     }
   }

@@ -14,7 +14,6 @@
 #define TESSEL_TEST_NEEDS_HOST() static_cast<void>(0)
 #endif
 
-#ifndef _WIN32
 namespace test {
 
 // What a command of the shell prints; nothing when it fails.
@@ -28,4 +27,3 @@ inline std::string OutputOf(const std::string& command) {
 }
 
 }  // namespace test
-#endif

@@ -11,6 +11,7 @@
 
 #include "support/buffers.h"
 #include "support/octets.h"
+#include "support/status.h"
 #include "tessel/calls.hpp"
 
 namespace test {
@@ -45,8 +46,15 @@ Bytes FetchChecked(const Arguments&... arguments) {
     if (!holds) ADD_FAILURE_AT(file, line) << "the convention for buffers is not kept";
   };
   Bytes octets;
-  EXPECT_EQ(0U, FetchInAllWays(expect, octets, arguments...));
+  EXPECT_OK(FetchInAllWays(expect, octets, arguments...));
   return octets;
+}
+
+// Asks a function that ends with a buffer and its length for the length alone, and tells the status.
+template <class... Parameters, class... Arguments>
+uint32_t AskSize(uint32_t(TESSEL_CALL* function)(Parameters...), const Arguments&... arguments) {
+  uint32_t size = 0;
+  return Try(function, arguments..., nullptr, &size);
 }
 
 // Calls a function once for each of its pointers, with that one null, and expects to be refused. An argument that may
@@ -71,7 +79,7 @@ template <size_t index, class Tuple, class Argument>
 void ExpectRefusedWithout(auto function, Tuple arguments, const Argument& /*as given*/) {
   if constexpr (std::is_pointer_v<Argument>) {
     std::get<index>(arguments) = nullptr;
-    EXPECT_EQ(TESSEL_INVALID_ARGUMENT, std::apply(function, arguments)) << "argument " << index;
+    EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, std::apply(function, arguments)) << "argument " << index;
   }
 }
 

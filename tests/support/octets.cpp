@@ -80,6 +80,13 @@ Bytes Repeat(const Bytes& bytes, size_t times) {
   return all;
 }
 
+Bytes Der(uint8_t identifier, const Bytes& content) {
+  Bytes length;
+  for (size_t left = content.size(); left != 0; left >>= 8) length.insert(length.begin(), static_cast<uint8_t>(left));
+  if (content.size() < 0x80) return Bytes{identifier, static_cast<uint8_t>(content.size())} + content;
+  return Bytes{identifier, static_cast<uint8_t>(0x80 | length.size())} + length + content;
+}
+
 Guarded::Guarded(const Bytes& bytes)
     : length_((bytes.size() / kPage + 2) * kPage), size_(static_cast<uint32_t>(bytes.size())) {
   pages_ = MapPages(length_);

@@ -19,6 +19,9 @@ Bytes& operator+=(Bytes& bytes, const Bytes& more);
 Bytes operator+(Bytes first, const Bytes& second);
 Bytes Repeat(const Bytes& bytes, size_t times);
 
+// An element in DER, of an identifier of one octet.
+Bytes Der(uint8_t identifier, const Bytes& content);
+
 // Octets that end where readable memory ends: reading one more crashes.
 class Guarded {
  public:

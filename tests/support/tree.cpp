@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <utility>
 
 namespace test {
 
@@ -15,6 +16,12 @@ DecodeResult Decode(const Asn1Item& item, const Bytes& input) {
   return result;
 }
 
+Tree TreeOf(const Asn1Item& item, std::string_view hex) {
+  DecodeResult decoded = Decode(item, FromHex(hex));
+  if (decoded.status != TESSEL_OK) throw tessel::Error(decoded.status);
+  return std::move(decoded.tree);
+}
+
 EncodeResult Encode(const Asn1Item& item, const void* node) {
   EncodeResult result{};
   uint32_t size = 0;
@@ -22,7 +29,7 @@ EncodeResult Encode(const Asn1Item& item, const void* node) {
   uint8_t* block = nullptr;
   uint32_t length = 0;
   result.status = Asn1Encode(node, &item, &block, &length);
-  EXPECT_EQ(sizeStatus, result.status);
+  EXPECT_STATUS(sizeStatus, result.status);
   if (result.status != TESSEL_OK) return result;
   EXPECT_EQ(size, length);
   result.octets.assign(block, block + length);

@@ -23,9 +23,9 @@ std::string Written(const std::function<uint32_t(uint8_t*, uint32_t*)>& call) {
     const Bytes octets = FetchChecked(call);
     return {octets.begin(), octets.end()};
   }
-  EXPECT_EQ(TESSEL_INVALID_PEM, status);
+  EXPECT_STATUS(TESSEL_INVALID_PEM, status);
   Bytes buffer(1, 0xEE);
-  EXPECT_EQ(status, call(buffer.data(), &size));
+  EXPECT_STATUS(status, call(buffer.data(), &size));
   EXPECT_EQ(0xEE, buffer[0]);
   return "error";
 }
@@ -68,14 +68,14 @@ TEST(Base64, IsThatOfCoreutilsAndIsDecodedAgain) {
 TEST(Base64, ImpossibleArgumentsAreRefused) {
   const uint8_t octet = 0;
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_OK, EncodeToBase64(&octet, 3123612576, nullptr, &length));
+  EXPECT_OK(EncodeToBase64(&octet, 3123612576, nullptr, &length));
   EXPECT_EQ(4294967290, length);
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, EncodeToBase64(&octet, 3123612577, nullptr, &length));
-  EXPECT_EQ(TESSEL_LENGTH_TOO_LARGE, EncodePem(&octet, 3123612576, "", nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, EncodeToBase64(nullptr, 0, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodeFromBase64(nullptr, 0, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, EncodePem(&octet, 1, nullptr, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, DecodePem(nullptr, 0, nullptr, &length));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, EncodeToBase64(&octet, 3123612577, nullptr, &length));
+  EXPECT_STATUS(TESSEL_LENGTH_TOO_LARGE, EncodePem(&octet, 3123612576, "", nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, EncodeToBase64(nullptr, 0, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, DecodeFromBase64(nullptr, 0, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, EncodePem(&octet, 1, nullptr, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, DecodePem(nullptr, 0, nullptr, &length));
 }
 
 TEST(Base64, AnyTextIsDecodedWithoutAnError) {

@@ -1,12 +1,13 @@
 // Inputs of many lengths, for tessel and for the programs that it is compared with.
 #pragma once
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <random>
 #include <string>
+
+#include "support/host.h"
 
 namespace test {
 
@@ -27,10 +28,7 @@ inline std::string OutputOnInputs(const std::string& command) {
   const auto folder = std::filesystem::temp_directory_path() / ("tessel-" + std::to_string(std::random_device()()));
   std::filesystem::create_directory(folder);
   for (const auto& [size, octets] : Inputs()) std::ofstream(folder / std::to_string(size), std::ios::binary) << octets;
-  std::string output;
-  FILE* pipe = popen(("cd '" + folder.string() + "' && " + command).c_str(), "r");
-  for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) output += static_cast<char>(c);
-  pclose(pipe);
+  std::string output = OutputOf("cd '" + folder.string() + "' && " + command);
   std::filesystem::remove_all(folder);
   return output;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "support/objects.h"
 #include "support/octets.h"
 #include "tessel/tessel.h"
 
@@ -12,7 +13,7 @@ namespace {
 std::string ToUtf8(const std::string& ansi) {
   std::string buffer(3 * ansi.size() + 11, 'x');
   auto length = static_cast<uint32_t>(buffer.size());
-  EXPECT_EQ(0U, ConvertAnsiToUTF8(ansi.c_str(), buffer.data(), &length));
+  EXPECT_OK(ConvertAnsiToUTF8(ansi.c_str(), buffer.data(), &length));
   EXPECT_EQ('\0', buffer[length]);
   return buffer.substr(0, length);
 }
@@ -32,16 +33,16 @@ TEST(Text, AnsiNeedsRoomToSpare) {
     std::string buffer(40, 'x');
     uint32_t length = capacity;
     const uint32_t status = ConvertAnsiToUTF8(ansi.c_str(), buffer.data(), &length);
-    EXPECT_EQ(capacity >= 28 ? TESSEL_OK : TESSEL_BUFFER_TOO_SMALL, status) << capacity;
+    EXPECT_STATUS(capacity >= 28 ? TESSEL_OK : TESSEL_BUFFER_TOO_SMALL, status) << capacity;
     EXPECT_EQ(capacity >= 28 ? 20U : 40U, length);
     EXPECT_EQ(std::string(40 - capacity, 'x'), buffer.substr(capacity));
   }
   char buffer[1] = {'x'};
   uint32_t length = 1;
-  EXPECT_EQ(TESSEL_OK, ConvertAnsiToUTF8("", buffer, &length));
+  EXPECT_OK(ConvertAnsiToUTF8("", buffer, &length));
   EXPECT_EQ('\0', buffer[0]);
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, ConvertAnsiToUTF8("", buffer, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, ConvertAnsiToUTF8("", nullptr, &length));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, ConvertAnsiToUTF8("", buffer, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, ConvertAnsiToUTF8("", nullptr, &length));
 }
 
 Bytes Counting(size_t size) {
@@ -53,54 +54,45 @@ Bytes Counting(size_t size) {
 TEST(Text, KeysMoveIntoTheirBlockAndBack) {
   for (const uint32_t size : {64U, 128U}) {
     const Bytes key = Counting(size);
-    Bytes block(256);
-    uint32_t length = 255;
-    EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, ConvertX509PublicKeyToArdek(key.data(), size, block.data(), &length));
-    ASSERT_EQ(0U, ConvertX509PublicKeyToArdek(key.data(), size, block.data(), &length));
+    Bytes block = FetchChecked(ConvertX509PublicKeyToArdek, key);
     Bytes expected(256);
     std::copy_n(key.begin(), size / 2, expected.begin());
     std::copy_n(key.begin() + size / 2, size / 2, expected.begin() + 64);
     expected[252] = 0x76;
     expected[253] = 0x35;
     EXPECT_EQ(expected, block);
-    EXPECT_EQ(TESSEL_INVALID_KEY, ConvertArdekPublicKeyToX509(block.data(), 256, nullptr, &length));
+    EXPECT_STATUS(TESSEL_INVALID_KEY, AskSize(ConvertArdekPublicKeyToX509, block));
     for (const char set : std::string(size == 64 ? "ABCXYDabcxy" : "123")) {
       block[254] = static_cast<uint8_t>(set);
-      Bytes back(size);
-      length = size;
-      EXPECT_EQ(0U, ConvertArdekPublicKeyToX509(block.data(), 256, back.data(), &length)) << set;
-      EXPECT_EQ(key, back);
+      EXPECT_EQ(key, FetchChecked(ConvertArdekPublicKeyToX509, block)) << set;
     }
   }
-  const Bytes octets = Counting(256);
-  uint32_t length = 0;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, ConvertX509PublicKeyToArdek(octets.data(), 65, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, ConvertArdekPublicKeyToX509(octets.data(), 255, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertX509PublicKeyToArdek, Counting(65)));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertArdekPublicKeyToX509, Counting(255)));
 }
 
 TEST(Text, SignaturesAreReversed) {
   for (const uint32_t size : {64U, 128U}) {
     Bytes signature = Counting(size);
     uint32_t length = size;
-    ASSERT_EQ(0U, ConvertX509SignatureToArdek(signature.data(), size, signature.data(), &length)) << "in place";
+    ASSERT_OK(ConvertX509SignatureToArdek(signature.data(), size, signature.data(), &length)) << "in place";
     const Bytes counting = Counting(size);
     EXPECT_EQ(Bytes(counting.rbegin(), counting.rend()), signature);
-    ASSERT_EQ(0U, ConvertArdekSignatureToX509(signature.data(), size, signature.data(), &length));
+    ASSERT_OK(ConvertArdekSignatureToX509(signature.data(), size, signature.data(), &length));
     EXPECT_EQ(counting, signature);
   }
-  uint32_t length = 0;
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, ConvertArdekSignatureToX509(Counting(63).data(), 63, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(ConvertArdekSignatureToX509, Counting(63)));
 }
 
 TEST(Text, ArraysAreComparedToAStatus) {
   const Bytes octets = Counting(3);
   const Bytes other = FromHex("01 02 04");
-  EXPECT_EQ(TESSEL_OK, IsArrayEquals(octets.data(), 3, Counting(3).data(), 3));
-  EXPECT_EQ(TESSEL_OK, IsArrayEquals(octets.data(), 0, other.data(), 0));
-  EXPECT_EQ(TESSEL_OK, IsArrayEquals(nullptr, 3, nullptr, 5));
-  EXPECT_EQ(TESSEL_DIFFERENT, IsArrayEquals(octets.data(), 3, other.data(), 3));
-  EXPECT_EQ(TESSEL_DIFFERENT, IsArrayEquals(octets.data(), 3, octets.data(), 2));
-  EXPECT_EQ(TESSEL_DIFFERENT, IsArrayEquals(octets.data(), 0, nullptr, 0));
+  EXPECT_OK(IsArrayEquals(octets.data(), 3, Counting(3).data(), 3));
+  EXPECT_OK(IsArrayEquals(octets.data(), 0, other.data(), 0));
+  EXPECT_OK(IsArrayEquals(nullptr, 3, nullptr, 5));
+  EXPECT_STATUS(TESSEL_DIFFERENT, IsArrayEquals(octets.data(), 3, other.data(), 3));
+  EXPECT_STATUS(TESSEL_DIFFERENT, IsArrayEquals(octets.data(), 3, octets.data(), 2));
+  EXPECT_STATUS(TESSEL_DIFFERENT, IsArrayEquals(octets.data(), 0, nullptr, 0));
 }
 
 }  // namespace

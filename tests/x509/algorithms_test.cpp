@@ -30,7 +30,7 @@ Sets DecodeSets(const Bytes& parameters) {
   return sets;
 }
 
-TEST(GostParameters, ByNumbers) {
+TEST(GostParameters, AreWrittenAndReadByNumbers) {
   const struct {
     uint8_t mode;
     Sets sets;
@@ -42,25 +42,22 @@ TEST(GostParameters, ByNumbers) {
                                         c.sets.encryption);
     EXPECT_EQ(c.encoding, ToHex(encoding));
     const Sets decoded = DecodeSets(encoding);
-    EXPECT_EQ(0U, decoded.status);
+    EXPECT_OK(decoded.status);
     EXPECT_EQ(c.mode, decoded.mode);
     EXPECT_EQ(c.sets.publicKey, decoded.publicKey);
     EXPECT_EQ(c.sets.digest, decoded.digest);
     EXPECT_EQ(c.sets.encryption, decoded.encryption);
   }
-  uint32_t length = 0;
-  const auto encode = [&length](uint8_t mode, uint32_t publicKey, uint32_t digest, uint32_t encryption) {
-    return EncodeAlgorithmGostR34102001Parameters(mode, publicKey, digest, encryption, nullptr, &length);
-  };
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, encode(2, 1, 1, 1));
-  EXPECT_EQ(TESSEL_UNKNOWN_ID, encode(1, 13, 1, 1));
-  EXPECT_EQ(TESSEL_UNKNOWN_OID,
-            DecodeSets(FromHex("30 12 06 07 2A 85 03 02 02 23 09 06 07 2A 85 03 02 02 1E 01")).status);
-  EXPECT_EQ(TESSEL_MALFORMED, DecodeSets(FromHex("30 09 06 07 2A 85 03 02 02 23 01")).status);
-  EXPECT_EQ(TESSEL_MALFORMED, DecodeSets(FromHex("30 80 06 01 2A 06 01 2A 00")).status);
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, AskSize(EncodeAlgorithmGostR34102001Parameters, 2, 1, 1, 1));
+  EXPECT_STATUS(TESSEL_UNKNOWN_ID, AskSize(EncodeAlgorithmGostR34102001Parameters, 1, 13, 1, 1));
+  // { 1.2.643.2.2.35.9, 1.2.643.2.2.30.1 }, { 1.2.643.2.2.35.1 }, and { 1.2, 1.2 } without its end.
+  EXPECT_STATUS(TESSEL_UNKNOWN_OID,
+                DecodeSets(FromHex("30 12 06 07 2A 85 03 02 02 23 09 06 07 2A 85 03 02 02 1E 01")).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, DecodeSets(FromHex("30 09 06 07 2A 85 03 02 02 23 01")).status);
+  EXPECT_STATUS(TESSEL_MALFORMED, DecodeSets(FromHex("30 80 06 01 2A 06 01 2A 00")).status);
 }
 
-TEST(GostParameters, ByIdentifiers) {
+TEST(GostParameters, AreWrittenAndReadByIdentifiersWithTheDefaultOfTheirSchema) {
   const Bytes publicKey = Counted("1.2.643.7.1.2.1.2.1");
   const Bytes digest = Counted("1.2.643.7.1.1.2.3");
   const Bytes encryption = Counted("1.2.643.7.1.2.5.1.1");
@@ -85,24 +82,24 @@ TEST(GostParameters, ByIdentifiers) {
     for (int i = 0; i < 3; ++i) oids[i].resize(lengths[i]);
     return status;
   };
-  EXPECT_EQ(0U, decode(3000, parameters, 16));
+  EXPECT_OK(decode(3000, parameters, 16));
   EXPECT_EQ(publicKey, oids[0]);
   EXPECT_EQ(digest, oids[1]);
   EXPECT_EQ(encryption, oids[2]);
   for (Bytes& oid : oids) oid.assign(16, 0);
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(102, parameters, 3));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, decode(102, parameters, 3));
   EXPECT_EQ(publicKey, oids[0]) << "the others are answered all the same";
   EXPECT_EQ(Counted("1.2.643.2.2.31.1"), oids[2]);
-  EXPECT_EQ(0U, decode(102, FromHex(kNull), 16));
+  EXPECT_OK(decode(102, FromHex(kNull), 16));
   EXPECT_EQ(0, mode);
   EXPECT_TRUE(oids[0].empty() && oids[1].empty() && oids[2].empty());
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, decode(103, parameters, 16));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, decode(103, parameters, 16));
 }
 
 TEST(Algorithms, AreReadAndSetInHalves) {
   const Owned<Certificate> certificate = Make(CreateCertificate);
   const Bytes oid = Counted("1.2.840.10045.2.1");
-  const Bytes curve = FromHex("06 08 2A 86 48 CE 3D 03 01 07");
+  const Bytes curve = FromHex("06 08 2A 86 48 CE 3D 03 01 07");  // 1.2.840.10045.3.1.7
   uint8_t buffer[32];
   // Parameters at the front, the identifier behind them.
   const auto get = [&](uint32_t oidCapacity, uint32_t capacity) {
@@ -113,28 +110,29 @@ TEST(Algorithms, AreReadAndSetInHalves) {
     return status;
   };
   Call(SetCertificatePublicKeyAlgorithmOidAndParameters, certificate, oid.data(), curve);
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(7, 10));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, get(8, 9));
-  EXPECT_EQ(0U, get(8, 10));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, get(7, 10));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, get(8, 9));
+  EXPECT_OK(get(8, 10));
   EXPECT_EQ(curve, Bytes(buffer, buffer + 10));
   EXPECT_EQ(oid, Bytes(buffer + 16, buffer + 24));
   uint32_t length = 0;
-  EXPECT_EQ(0U, GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, nullptr, &length));
+  EXPECT_OK(GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, nullptr, &length));
   EXPECT_EQ(10U, length);
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
-            GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, buffer, nullptr, nullptr, &length));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT,
-            GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, buffer, nullptr));
-  ASSERT_EQ(0U, SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, oid.data(), curve.data(), 0))
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT,
+                GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, buffer, nullptr, nullptr, &length));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT,
+                GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, buffer, nullptr));
+  ASSERT_OK(SetCertificatePublicKeyAlgorithmOidAndParameters(certificate, oid.data(), curve.data(), 0))
       << "nothing is what a length of 0 says";
-  EXPECT_EQ(0U, GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, nullptr, &length));
+  EXPECT_OK(GetCertificatePublicKeyAlgorithmOidAndParameters(certificate, nullptr, nullptr, nullptr, &length));
   EXPECT_EQ(0U, length);
-  EXPECT_EQ(0U, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 1, curve.data(), 2));
-  EXPECT_EQ(TESSEL_UNKNOWN_ID, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 5, nullptr, 0));
-  EXPECT_EQ(TESSEL_INVALID_ARGUMENT, SetCertificatePublicKeyAlgorithmIdAndParameters(nullptr, 5, nullptr, 0));
+  EXPECT_OK(SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 1, curve.data(), 2));
+  EXPECT_STATUS(TESSEL_UNKNOWN_ID, SetCertificatePublicKeyAlgorithmIdAndParameters(certificate, 5, nullptr, 0));
+  EXPECT_STATUS(TESSEL_INVALID_ARGUMENT, SetCertificatePublicKeyAlgorithmIdAndParameters(nullptr, 5, nullptr, 0));
 }
 
-TEST(Algorithms, StandAloneKeys) {
+TEST(Algorithms, OfAKeyAloneAreReadWithItAndWithoutIt) {
+  // { { 1.2.3.4, 'AABB'H }, '55'H }
   const Bytes info = FromHex("30 0F 30 09 06 03 2A 03 04 04 02 AA BB 03 02 00 55");
   uint8_t oid[4];
   uint8_t key[1];
@@ -143,13 +141,13 @@ TEST(Algorithms, StandAloneKeys) {
     return DecodeSubjectPublicKeyInfo(info.data(), SizeOf(info), oid, &oidCapacity, key, &keyCapacity, parameters,
                                       &parametersCapacity);
   };
-  EXPECT_EQ(0U, decode(4, 1, 4));
+  EXPECT_OK(decode(4, 1, 4));
   EXPECT_EQ("03 2A 03 04", ToHex(Bytes(oid, oid + 4)));
   EXPECT_EQ("04 02 AA BB", ToHex(Bytes(parameters, parameters + 4)));
   EXPECT_EQ(0x55, key[0]);
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(0, 1, 4));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(4, 0, 4));
-  EXPECT_EQ(TESSEL_BUFFER_TOO_SMALL, decode(4, 1, 0));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, decode(0, 1, 4));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, decode(4, 0, 4));
+  EXPECT_STATUS(TESSEL_BUFFER_TOO_SMALL, decode(4, 1, 0));
   // Each alone.
   uint32_t other = 0;
   const auto part = [&](auto... out) { return DecodeSubjectPublicKeyInfo(info.data(), SizeOf(info), out...); };
@@ -181,7 +179,7 @@ TEST(Algorithms, OfGostKeysBelongToTheirSets) {
         const bool expected = algorithm == 102    ? publicKey <= 6 && digest <= 2
                               : algorithm == 3000 ? (publicKey <= 7 || publicKey == 9) && digest == 3
                                                   : (publicKey == 8 || publicKey >= 10) && digest == 4;
-        ASSERT_EQ(expected ? TESSEL_OK : TESSEL_INVALID_KEY, check(algorithm, 1, publicKey, digest))
+        ASSERT_STATUS(expected ? TESSEL_OK : TESSEL_INVALID_KEY, check(algorithm, 1, publicKey, digest))
             << algorithm << " " << publicKey << " " << digest;
         if (!expected) continue;
         ++accepted;
@@ -190,18 +188,18 @@ TEST(Algorithms, OfGostKeysBelongToTheirSets) {
     }
   }
   EXPECT_EQ(6U * 2 + 8 + 4, accepted);
-  EXPECT_EQ(TESSEL_INVALID_KEY, check(3000, 0, 7, 3));
-  EXPECT_EQ(TESSEL_INVALID_KEY, check(3000, 0xFF, 7, 3));
-  EXPECT_EQ(TESSEL_INVALID_KEY, check(1, 1, 7, 3)) << "RSA";
+  EXPECT_STATUS(TESSEL_INVALID_KEY, check(3000, 0, 7, 3));
+  EXPECT_STATUS(TESSEL_INVALID_KEY, check(3000, 0xFF, 7, 3));
+  EXPECT_STATUS(TESSEL_INVALID_KEY, check(1, 1, 7, 3)) << "RSA";
   Call(SetCertificatePublicKeyAlgorithmOidAndParameters, certificate, ObjectIdentifier("1.2.840.10045.2.1"), nullptr,
        0);
   uint32_t length = 0;
-  EXPECT_EQ(TESSEL_UNKNOWN_OID,
-            GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0], &sets[1], &sets[2]));
+  EXPECT_STATUS(TESSEL_UNKNOWN_OID, GetCertificateDecodedPublicKeyGostR34102012(certificate, nullptr, &length, &sets[0],
+                                                                                &sets[1], &sets[2]));
   EXPECT_EQ(key, FetchChecked(GetCertificatePublicKeyGostR3410, certificate));
   const Bytes wide(254, 1);
-  EXPECT_EQ(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 254));
-  EXPECT_EQ(0U, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 253));
+  EXPECT_STATUS(TESSEL_INTERNAL_BUFFER_TOO_SMALL, SetCertificateGostR34102001PublicKey(certificate, wide.data(), 254));
+  EXPECT_OK(SetCertificateGostR34102001PublicKey(certificate, wide.data(), 253));
 }
 
 }  // namespace
