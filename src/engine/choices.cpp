@@ -76,8 +76,7 @@ uint32_t TESSEL_CALL GetAsn1AnyInfo(const Asn1Any* any, uint8_t* tagClass, uint8
   Header header{};
   TRY(ReadHeader(encoding, header));
   if (header.indefinite) {
-    Status status = ScanIndefiniteContent(encoding.subspan(header.headerLength), header.contentLength);
-    if (status.Failed()) return status;
+    TRY(ScanIndefiniteContent(encoding.subspan(header.headerLength), header.contentLength));
   }
   *tagClass = header.tagClass;
   *constructed = header.constructed;

@@ -173,8 +173,7 @@ Status CompareSlots(const Asn1Item& item, const void* first, const void* second,
   if (!IsConsistent(item)) return Fail(TESSEL_INCONSISTENT_DESCRIPTOR);
   equal = true;
   for (uint32_t i = 0; equal && i < item.memberCount; ++i) {
-    Status status = CompareTrees(*item.members[i], LoadSlot(first, i), LoadSlot(second, i), equal);
-    if (status.Failed()) return status;
+    TRY(CompareTrees(*item.members[i], LoadSlot(first, i), LoadSlot(second, i), equal));
   }
   return Status();
 }

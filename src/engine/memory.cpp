@@ -17,26 +17,33 @@ namespace {
 
 // The head of the first block, from which the root is found, and the other way round: the root stands right behind.
 struct alignas(kHeapAlignment) FirstBlock : Block {
-  uint64_t era;
+  uint64_t generation;
   uint32_t encodedSize;
   // Whether the root has become a part of another tree.
   bool isTaken = false;
+  // By which checked builds tell a root from other addresses.
+  static constexpr uint16_t kMark = 0x7E55;
+  uint16_t mark = kMark;
 };
 constexpr size_t kHeadSize = sizeof(FirstBlock);
 static_assert(kHeadSize % kHeapAlignment == 0);
 
-const FirstBlock& BlockOf(const void* root) { return static_cast<const FirstBlock*>(root)[-1]; }
-FirstBlock& BlockOf(void* root) { return static_cast<FirstBlock*>(root)[-1]; }
+FirstBlock& BlockOf(void* root) {
+  FirstBlock& block = static_cast<FirstBlock*>(root)[-1];
+  Require(block.mark == FirstBlock::kMark);
+  return block;
+}
+const FirstBlock& BlockOf(const void* root) { return BlockOf(const_cast<void*>(root)); }
 
-// Even while an era lasts, odd from its end to the beginning of the next. No process sees so many that a number
+// Even while a generation lasts, odd from its end to the beginning of the next. No process sees so many that a number
 // returns.
-std::atomic<uint64_t> eras{0};
-constexpr uint64_t kNoEra = UINT64_MAX;
+std::atomic<uint64_t> generations{0};
+constexpr uint64_t kNoGeneration = UINT64_MAX;
 
-uint64_t PresentEra() {
-  uint64_t now = eras.load(std::memory_order_relaxed);
+uint64_t PresentGeneration() {
+  uint64_t now = generations.load(std::memory_order_relaxed);
   while (now % 2 != 0) {
-    if (eras.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) return now + 1;
+    if (generations.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) return now + 1;
   }
   return now;
 }
@@ -65,13 +72,14 @@ void* AllocateOctets(size_t size) {
 }
 
 void NoteChange() {
-  uint64_t now = eras.load(std::memory_order_relaxed);
-  while (now % 2 == 0 && !eras.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
+  uint64_t now = generations.load(std::memory_order_relaxed);
+  while (now % 2 == 0 && !generations.compare_exchange_weak(now, now + 1, std::memory_order_relaxed)) {
   }
 }
 
 bool IsUnchangedRoot(const void* node) {
-  return node != nullptr && OwnsItsMemory(node) && BlockOf(node).era == eras.load(std::memory_order_relaxed);
+  return node != nullptr && OwnsItsMemory(node) &&
+         BlockOf(node).generation == generations.load(std::memory_order_relaxed);
 }
 
 uint32_t EncodedSizeOf(const void* node) { return IsUnchangedRoot(node) ? BlockOf(node).encodedSize : 0; }
@@ -79,6 +87,7 @@ uint32_t EncodedSizeOf(const void* node) { return IsUnchangedRoot(node) ? BlockO
 bool CanBeTaken(const void* node) { return node == nullptr || (OwnsItsMemory(node) && !BlockOf(node).isTaken); }
 
 void* NoteTaken(void* node) {
+  Require(CanBeTaken(node));
   if (node != nullptr && OwnsItsMemory(node)) BlockOf(node).isTaken = true;
   return node;
 }
@@ -102,7 +111,7 @@ bool Pool::Begin(size_t rootSize, Octets input) {
   const size_t withoutInput = kHeadSize + rootSize + sizeof(void*) + room_;
   auto* block = static_cast<uint8_t*>(TakeBlock(withoutInput + input.size()));
   if (block == nullptr) return false;
-  first_ = new (block) FirstBlock{{nullptr}, input.empty() ? kNoEra : PresentEra(), 0};
+  first_ = new (block) FirstBlock{{nullptr}, input.empty() ? kNoGeneration : PresentGeneration(), 0};
   // Nothing is free before the root is there.
   low_ = high_ = block + withoutInput;
   if (!input.empty()) std::memcpy(high_, input.data(), input.size());
@@ -132,7 +141,8 @@ void* Pool::SeparateNode(size_t size) {
   if (size > kLargestNode) return nullptr;
   auto* block = static_cast<uint8_t*>(TakeBlock(kHeadSize + size));
   // The first is the root; the others are parts of its tree.
-  return block == nullptr ? nullptr : new (block) FirstBlock{{nullptr}, kNoEra, 0, std::exchange(hasRoot_, true)} + 1;
+  return block == nullptr ? nullptr
+                          : new (block) FirstBlock{{nullptr}, kNoGeneration, 0, std::exchange(hasRoot_, true)} + 1;
 }
 
 // The room of a new block, or null when there is no memory.

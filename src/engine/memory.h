@@ -17,9 +17,9 @@
 // Only the root of a tree may be handed to the caller as the caller's own, and a tree never takes in a part of another.
 //
 // A tree that was decoded, and not changed since, is all blocks: it is released without a look at its nodes, and the
-// size of its encoding is known. Whatever changes a tree says so by NoteChange, and the eras tell whether that happened
-// after the tree was begun. They are the same for all trees, so that a change of one makes the others look changed too:
-// that is slower, and never wrong.
+// size of its encoding is known. Whatever changes a tree says so by NoteChange, which ends a generation; a tree remembers
+// the generation in which it was decoded. Generations are the same for all trees, so that a change of one makes the
+// others look changed too: that is slower, and never wrong.
 //
 // Built with TESSEL_SEPARATE_NODES, every node and every content is an allocation of its own: nothing is fast then, but
 // AddressSanitizer sees where each begins and ends, and when it is released. The fuzz programs are built both ways.
@@ -33,6 +33,7 @@
 #include <span>
 #include <utility>
 
+#include "engine/require.h"
 #include "tessel/octets.hpp"
 
 namespace tessel {
@@ -69,7 +70,7 @@ inline void ReleaseOctets(void* octets) {
   if (OwnsItsMemory(octets)) std::free(octets);
 }
 
-// An era ends with the first change in it; the next begins with the next tree that is decoded.
+// Ends the present generation, unless a change has ended it already; the next begins with the next tree that is decoded.
 void NoteChange();
 // Whether a root was made by decoding, and no tree was changed since.
 bool IsUnchangedRoot(const void* node);
@@ -167,6 +168,7 @@ class Pool {
   // Keeps a content of the input where it stands. One at an aligned address is moved over the octet before it, which
   // must be the last of the element's own header.
   uint8_t* KeepInPlace(Octets content) {
+    Require(content.data() > input_.data() && content.data() + content.size() <= input_.data() + input_.size());
     // The pool's own memory, seen as constant by those who read the input.
     auto* octets = const_cast<uint8_t*>(content.data());
     reached_ = octets;

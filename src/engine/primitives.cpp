@@ -74,8 +74,8 @@ Status ReadBits(const Asn1BitString& bits, uint8_t* buffer, uint32_t* length, ui
 Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buffer, uint32_t* length, Caller at) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   TreeOwner<Asn1Value> value(item);
-  Status status = Decode(item, encoding.data(), static_cast<uint32_t>(encoding.size()), value.Out(), at);
-  return status.Failed() ? status : Deliver(ContentOf(*value.Get()), buffer, length, at);
+  TRY(Decode(item, encoding.data(), static_cast<uint32_t>(encoding.size()), value.Out(), at));
+  return Deliver(ContentOf(*value.Get()), buffer, length, at);
 }
 
 Asn1Value* NewValue(uint32_t tag, Octets content) {

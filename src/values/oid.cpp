@@ -144,11 +144,11 @@ bool AppendArcs(std::string_view text, OidBuilder& oid) {
 
 Status DeliverOid(Octets content, uint8_t* buffer, uint32_t* length, Caller at) {
   if (content.size() > kMaximumOidContent) return Fail(TESSEL_MALFORMED, at);
-  Status status = Offer(content.size() + 1, buffer, length, at);
-  if (status.Failed() || buffer == nullptr) return status;
+  TRY(Offer(content.size() + 1, buffer, length, at));
+  if (buffer == nullptr) return Status();
   buffer[0] = static_cast<uint8_t>(content.size());
   std::copy(content.begin(), content.end(), buffer + 1);
-  return status;
+  return Status();
 }
 
 Status GetOid(const ReadSlot<Asn1Oid>& slot, uint8_t* buffer, uint32_t* length) {

@@ -106,11 +106,10 @@ Status DecodeSets(Octets parameters, GostParameterSets& sets, Caller at = {}) {
   // DEVIATES: an encryption set that is left out has the number of the DEFAULT of 2001, of a key of 2012 too: programs
   // compare it.
   TreeOwner<AlgorithmGostR3410Parameters> tree(kAlgorithmGostR34102001Parameters);
-  Status status = DecodeParameters(kAlgorithmGostR34102001Parameters, parameters, tree, at);
-  if (status.Ok()) status = FindSet(kPublicKeySets, kPublicKeyParamSet.In(tree.Get(), at), sets.publicKey);
-  if (status.Ok()) status = FindSet(kDigestSets, kDigestParamSet.In(tree.Get(), at), sets.digest);
-  if (status.Ok()) status = FindSet(kEncryptionSets, kEncryptionParamSet.In(tree.Get(), at), sets.encryption);
-  return status;
+  TRY(DecodeParameters(kAlgorithmGostR34102001Parameters, parameters, tree, at));
+  TRY(FindSet(kPublicKeySets, kPublicKeyParamSet.In(tree.Get(), at), sets.publicKey));
+  TRY(FindSet(kDigestSets, kDigestParamSet.In(tree.Get(), at), sets.digest));
+  return FindSet(kEncryptionSets, kEncryptionParamSet.In(tree.Get(), at), sets.encryption);
 }
 
 struct GostSetOids {
@@ -120,10 +119,9 @@ struct GostSetOids {
 };
 
 Status FindSetOids(const GostParameterSets& sets, GostSetOids& oids, Caller at = {}) {
-  Status status = FindOid(kPublicKeySets, sets.publicKey, oids.publicKey, at);
-  if (status.Ok()) status = FindOid(kDigestSets, sets.digest, oids.digest, at);
-  if (status.Ok()) status = FindOid(kEncryptionSets, sets.encryption, oids.encryption, at);
-  return status;
+  TRY(FindOid(kPublicKeySets, sets.publicKey, oids.publicKey, at));
+  TRY(FindOid(kDigestSets, sets.digest, oids.digest, at));
+  return FindOid(kEncryptionSets, sets.encryption, oids.encryption, at);
 }
 
 Status EncodeSets(const TypeOf<AlgorithmGostR3410Parameters>& item, const GostSetOids& oids, uint8_t* buffer,
@@ -182,7 +180,7 @@ AlgorithmHalves GetAlgorithmHalves(const ReadSlot<AlgorithmIdentifier>& slot, co
 Status GetAlgorithm(const ReadSlot<AlgorithmIdentifier>& slot, const AlgorithmBuffers& to) {
   const AlgorithmHalves halves = GetAlgorithmHalves(slot, to);
   if (halves.parameters == TESSEL_BUFFER_TOO_SMALL) return halves.parameters;
-  return halves.oid.Failed() ? halves.oid : halves.parameters;
+  return FirstFailure(halves.oid, halves.parameters);
 }
 
 namespace {
@@ -193,7 +191,7 @@ class AlgorithmReplacement {
   AlgorithmReplacement(const Slot<AlgorithmIdentifier>& slot, const Asn1Oid& oid, const Asn1Any* parameters)
       : oid_(kAlgorithm.In(slot), kOid, &oid), parameters_(kParameters.In(slot), kAny, parameters) {}
 
-  [[nodiscard]] Status Made() const { return oid_.Made().Failed() ? oid_.Made() : parameters_.Made(); }
+  [[nodiscard]] Status Made() const { return FirstFailure(oid_.Made(), parameters_.Made()); }
   void Take() {
     oid_.Take();
     parameters_.Take();
@@ -233,16 +231,16 @@ Status SetAlgorithms(const Slot<AlgorithmIdentifier>& one, const Slot<AlgorithmI
 
 Status EncodedGostAlgorithm::Make(uint32_t id, uint8_t mode, const GostParameterSets& sets, Caller at) {
   length_ = static_cast<uint32_t>(parameters_.size());
-  Status status = EncodeGostParameters(mode, sets, parameters_.data(), &length_, at);
-  return status.Failed() ? status : FindOid(AlgorithmTable(), id, oid_, at);
+  TRY(EncodeGostParameters(mode, sets, parameters_.data(), &length_, at));
+  return FindOid(AlgorithmTable(), id, oid_, at);
 }
 
 Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,
                         const GostParameterSets& sets) {
   TRY(slot.Unreachable());
   EncodedGostAlgorithm algorithm;
-  Status status = algorithm.Make(id, mode, sets, slot.At());
-  return status.Failed() ? status : SetAlgorithm(slot, algorithm.Oid(), algorithm.Parameters());
+  TRY(algorithm.Make(id, mode, sets, slot.At()));
+  return SetAlgorithm(slot, algorithm.Oid(), algorithm.Parameters());
 }
 
 Status GetGostParameterSets(const ReadSlot<AlgorithmIdentifier>& slot, GostParameterSets& sets) {
@@ -254,15 +252,14 @@ Status GetGostParameterSets(const ReadSlot<AlgorithmIdentifier>& slot, GostParam
   uint32_t parametersLength = parameters.size();
   Status status = GetAlgorithm(slot, {oid.data(), &oidLength, parameters.data(), &parametersLength});
   if (status == TESSEL_BUFFER_TOO_SMALL) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL, slot.At());
-  if (status.Failed()) return status;
+  TRY(status);
 
   uint32_t algorithm = 0;
-  status = FindId(AlgorithmTable(), OidContent(oid.data()), algorithm, slot.At());
-  if (status.Failed()) return status;
+  TRY(FindId(AlgorithmTable(), OidContent(oid.data()), algorithm, slot.At()));
   const auto* kind = std::ranges::find(kGostKeyKinds, algorithm, &GostKeyKind::algorithm);
   const Octets encoding = Octets(parameters).first(parametersLength);
   if (kind == std::end(kGostKeyKinds) || ModeOf(encoding) != kParameterSets) return Fail(TESSEL_INVALID_KEY, slot.At());
-  if (status = DecodeSets(encoding, sets, slot.At()); status.Failed()) return status;
+  TRY(DecodeSets(encoding, sets, slot.At()));
   const bool accepted = (kind->publicKeySets >> sets.publicKey & 1) != 0 && (kind->digestSets >> sets.digest & 1) != 0;
   return accepted ? Status() : Fail(TESSEL_INVALID_KEY, slot.At());
 }
@@ -278,8 +275,7 @@ uint32_t TESSEL_CALL DecodeSubjectPublicKeyInfo(const uint8_t* data, uint32_t si
   const AlgorithmHalves halves =
       GetAlgorithmHalves(kKeyAlgorithm.In(info.Get()), {oid, oidLength, parameters, parametersLength});
   Status keyStatus = GetBits(kKey.In(info.Get()), key, keyLength);
-  if (keyStatus.Failed()) return keyStatus;
-  return halves.parameters.Failed() ? halves.parameters : halves.oid;
+  return FirstFailure(keyStatus, halves.parameters, halves.oid);
 }
 
 uint32_t TESSEL_CALL GetSubjectPublicKeyInfoPublicKey(const SubjectPublicKeyInfo* info, uint8_t* buffer,
@@ -322,8 +318,7 @@ uint32_t TESSEL_CALL DecodeAlgorithmGostR3410ParameterOids(uint32_t algorithm, c
   Status publicKey = GetOid(kPublicKeyParamSet.In(tree.Get()), publicKeySet, publicKeySetLength);
   Status digest = GetOid(kDigestParamSet.In(tree.Get()), digestSet, digestSetLength);
   Status encryption = GetOid(kEncryptionParamSet.In(tree.Get()), encryptionSet, encryptionSetLength);
-  if (encryption.Failed()) return encryption;
-  return digest.Failed() ? digest : publicKey;
+  return FirstFailure(encryption, digest, publicKey);
 }
 
 uint32_t TESSEL_CALL DecodeAlgorithmGostR34102001ParameterOids(const uint8_t* parameters, uint32_t size, uint8_t* mode,

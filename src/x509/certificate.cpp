@@ -59,8 +59,8 @@ Status SetGostSignatureAlgorithms(Certificate* certificate, uint32_t id, uint8_t
   const Slot<AlgorithmIdentifier> inner = kInnerSignatureAlgorithm.In(certificate, at);
   TRY(inner.Unreachable());
   EncodedGostAlgorithm algorithm;
-  Status status = algorithm.Make(id, mode, sets, at);
-  return status.Failed() ? status : SetSignatureAlgorithms(certificate, algorithm.Oid(), algorithm.Parameters(), at);
+  TRY(algorithm.Make(id, mode, sets, at));
+  return SetSignatureAlgorithms(certificate, algorithm.Oid(), algorithm.Parameters(), at);
 }
 
 // Reads the OCTET STRING that the subject's public key holds, when that has no more than `largest` octets.
@@ -324,8 +324,7 @@ uint32_t TESSEL_CALL GetCertificateDecodedPublicKeyGostR34102012(const Certifica
   constexpr size_t kLargestKey = 168;
   if (AnyNull(length, publicKeySet, digestSet, encryptionSet)) return Fail(TESSEL_INVALID_ARGUMENT);
   GostParameterSets sets;
-  Status status = GetGostParameterSets(kPublicKeyAlgorithm.In(certificate), sets);
-  if (status.Failed()) return status;
+  TRY(GetGostParameterSets(kPublicKeyAlgorithm.In(certificate), sets));
   *publicKeySet = sets.publicKey;
   *digestSet = sets.digest;
   *encryptionSet = sets.encryption;
@@ -350,8 +349,8 @@ uint32_t TESSEL_CALL GetCertificateExtensionValue(const Certificate* certificate
                                                   uint32_t* length) {
   if (oid == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Octets value;
-  Status status = FindCertificateExtension(certificate, OidContent(oid), value);
-  return status.Failed() ? status : Deliver(value, buffer, length);
+  TRY(FindCertificateExtension(certificate, OidContent(oid), value));
+  return Deliver(value, buffer, length);
 }
 
 uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* certificate, const char* uri) {

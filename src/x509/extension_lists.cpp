@@ -260,8 +260,7 @@ uint32_t TESSEL_CALL GetExtensionPolicyQualifiersCount(const ExtensionCertificat
                                                        uint32_t* count) {
   if (count == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Asn1Oid* identifier = nullptr;
-  Status status = kPolicyIdentifier.In(ElementOf(list, policyIndex)).Load(identifier);
-  if (status.Failed()) return status;
+  TRY(kPolicyIdentifier.In(ElementOf(list, policyIndex)).Load(identifier));
   const PolicyQualifiers* qualifiers = kQualifiersOfPolicy.In(ElementOf(list, policyIndex)).OrNull();
   *count = qualifiers == nullptr ? 0 : qualifiers->count;
   return Status();
@@ -292,7 +291,7 @@ uint32_t TESSEL_CALL GetExtensionPolicyQualifier(const ExtensionCertificatePolic
   const Octets encoding = info->qualifier == nullptr ? Octets() : ContentOf(*info->qualifier);
   Status qualifierStatus = Deliver(encoding, qualifier, qualifierLength);
   Status idStatus = GetOid(kQualifierId.In(info), qualifierId, qualifierIdLength);
-  return qualifierStatus.Failed() ? qualifierStatus : idStatus;
+  return FirstFailure(qualifierStatus, idStatus);
 }
 
 uint32_t TESSEL_CALL RemoveExtensionPolicyQualifier(ExtensionCertificatePolicies* list, uint32_t policyIndex,

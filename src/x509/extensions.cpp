@@ -136,7 +136,7 @@ uint32_t TESSEL_CALL GetX509Extension(const X509Extension* extension, uint8_t* o
   Asn1Value* flag = nullptr;
   TRY(kCritical.In(extension).Load(flag));
   TRY(ReadBoolean(*flag, critical));
-  return oidStatus.Failed() ? oidStatus : valueStatus;
+  return FirstFailure(oidStatus, valueStatus);
 }
 
 uint32_t TESSEL_CALL DecodeX509Extension(const uint8_t* data, uint32_t size, X509Extension** extension) {

@@ -52,8 +52,8 @@ Status ReplaceValue(const Slot<X509Extensions>& extensions, const CountedOid& oi
 Status ReadKeyIdentifier(const Certificate* certificate, TesselStatus tooLarge, uint8_t* buffer, uint32_t* length,
                          Caller at = {}) {
   Octets value;
-  Status status = FindIdentifier(certificate, kSubjectKeyIdentifierOid, tooLarge, value, at);
-  return status.Failed() ? status : DecodeContent(kOctetString, value, buffer, length, at);
+  TRY(FindIdentifier(certificate, kSubjectKeyIdentifierOid, tooLarge, value, at));
+  return DecodeContent(kOctetString, value, buffer, length, at);
 }
 
 // A key identifier of a size that this file reads itself. TESSEL_INTERNAL_BUFFER_TOO_SMALL: it is longer.
@@ -96,8 +96,7 @@ uint32_t TESSEL_CALL GetCertificateAuthorityKeyIdentifier(const Certificate* cer
   if (names == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   *names = nullptr;
   Octets value;
-  Status status = FindIdentifier(certificate, kAuthorityKeyIdentifierOid, TESSEL_INTERNAL_BUFFER_TOO_SMALL, value);
-  if (status.Failed()) return status;
+  TRY(FindIdentifier(certificate, kAuthorityKeyIdentifierOid, TESSEL_INTERNAL_BUFFER_TOO_SMALL, value));
   return DecodeExtensionAuthorityKeyIdentifier(value.data(), static_cast<uint32_t>(value.size()), keyIdentifier,
                                                keyIdentifierLength, names, serial, serialLength);
 }
@@ -191,16 +190,14 @@ uint32_t TESSEL_CALL SetCertificateArdekKeyIdentifier(Certificate* certificate, 
 uint32_t TESSEL_CALL GetArdekIdentifierFromCertificate(const Certificate* certificate, char* buffer, uint32_t* length) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   Octets value;
-  Status status = FindCertificateExtension(certificate, kArdekKeyIdentifierOid.Content(), value);
-  if (status.Failed()) return status;
-  TreeOwner<Asn1Value> string(kUtf8String);
-  status = Decode(kUtf8String, value.data(), static_cast<uint32_t>(value.size()), string.Out());
-  if (status.Failed()) return status;
+  TRY(FindCertificateExtension(certificate, kArdekKeyIdentifierOid.Content(), value));
+  TreeOwner string(kUtf8String);
+  TRY(Decode(kUtf8String, value.data(), static_cast<uint32_t>(value.size()), string.Out()));
   Octets utf8 = ContentOf(*string.Get());
   // DEVIATES: the length that is asked for is that of UTF-8, and the text is shorter: programs bring the room that they
   // are told.
-  status = Offer(utf8.size(), buffer, length);
-  if (status.Failed() || buffer == nullptr) return status;
+  TRY(Offer(utf8.size(), buffer, length));
+  if (buffer == nullptr) return Status();
   *length = 0;
   for (uint8_t ansi = 0; TakeAnsi(utf8, AnsiRepertoire::kAll, ansi);) buffer[(*length)++] = static_cast<char>(ansi);
   return Status();

@@ -77,14 +77,14 @@ Status NameText::AppendValue(const Asn1Any& value) {
 }
 
 Status NameText::DeliverTo(char* buffer, uint32_t* length, Caller at) const {
-  Status status = Offer(length_ + 1, buffer, length, at);
-  if (status.Failed() || buffer == nullptr) return status;
+  TRY(Offer(length_ + 1, buffer, length, at));
+  if (buffer == nullptr) return Status();
   std::memcpy(buffer, text_.data(), length_);
   buffer[length_] = '\0';
   // DEVIATES: the NUL counts in the length that is asked for, but not in that of a text that was written: programs take
   // that for the text's.
   *length = length_;
-  return status;
+  return Status();
 }
 
 }  // namespace tessel
