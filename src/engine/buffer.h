@@ -1,5 +1,5 @@
-// The caller-buffer convention: `length` holds the capacity of `buffer` and receives the length that is needed; a null
-// buffer is a question for that length; a buffer that is too small is left alone.
+// How results get into a caller's buffer: `length` holds the capacity of `buffer` and receives the length that is
+// needed. With a null buffer the caller asks for that length only. A buffer that is too small is not written to.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-// For a result of a known length that is then written straight into the buffer, when there is one.
+// Prepares the delivery of `needed` octets. After success they are written straight into `buffer`, unless that is null.
 inline Status Offer(uint64_t needed, const void* buffer, uint32_t* length, Caller at = {}) {
   if (length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
   if (needed > UINT32_MAX) return Fail(TESSEL_LENGTH_TOO_LARGE, at);
@@ -20,14 +20,14 @@ inline Status Offer(uint64_t needed, const void* buffer, uint32_t* length, Calle
   return buffer != nullptr && capacity < needed ? Fail(TESSEL_BUFFER_TOO_SMALL, at) : Status();
 }
 
-// For a result that exists already.
+// Delivers a result that exists already.
 inline Status Deliver(Octets result, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   Status status = Offer(result.size(), buffer, length, at);
   if (status.Ok() && buffer != nullptr) std::copy(result.begin(), result.end(), buffer);
   return status;
 }
 
-// The same for a text, whose NUL counts.
+// Delivers a text and a NUL behind it, which counts in the length.
 inline Status DeliverText(std::string_view text, char* buffer, uint32_t* length, Caller at = {}) {
   Status status = Offer(text.size() + 1, buffer, length, at);
   if (status.Ok() && buffer != nullptr) *std::copy(text.begin(), text.end(), buffer) = '\0';

@@ -1,4 +1,4 @@
-// The codec and lifecycle functions that every named type has, over its descriptor.
+// What the functions of every named type do by its descriptor: decode, encode, create, copy and free.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,8 @@ Status Encode(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uin
   return EncodeTree(item, object, buffer, *length);
 }
 
-// The same for an object of an opaque type, which can only be one that the library made. As long as it is as it was
-// decoded, its size is known. Not for borrowed nodes.
+// Encodes an object of an opaque type, which the library has made. The size of its encoding is known when it is an
+// unchanged root. Borrowed nodes must not be handed to this function.
 template <class Node>
 Status EncodeObject(const TypeOf<Node>& item, const Node* object, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   if (object == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);

@@ -17,11 +17,11 @@ namespace {
 // Which tag an element must carry: its descriptor's, or, inside an EXPLICIT wrapper, the universal one of its kind.
 enum class Tagging : uint8_t { kOwn, kUniversal };
 
-// What stands before a content in the input: the last octet of its header, which is not needed any more, or something
-// that may be in use.
+// Which octet stands before octets that are kept: the last one of their own header, which is not needed any more, or
+// another one, which may be in use.
 enum class Before : uint8_t { kOwnHeader, kOther };
 
-// Keeps count of the descriptors that are being followed.
+// Counts a descriptor as nested in others for as long as the object lives.
 class Nesting {
  public:
   explicit Nesting(uint32_t& depth) : depth_(depth) { ++depth_; }
@@ -34,23 +34,24 @@ class Nesting {
   uint32_t& depth_;
 };
 
-// The most elements that such an input can have.
+// The largest number of elements in the input: each has at least two octets.
 uint32_t ElementsWithin(Octets input) { return static_cast<uint32_t>(input.size() / 2); }
 
 Decoded Failure(Status status) { return {nullptr, 0, status}; }
 Decoded OutOfMemory(SourceLocation at = {}) { return Failure(Fail(TESSEL_OUT_OF_MEMORY, at)); }
 
 // Decodes one tree. Each function reads at the start of the octets that it is given and stays within them. After a
-// failure it hands up what it has made until then, in a state that can be released, or nothing: the tree is released as
-// a whole, by WholeOrNothing.
+// failure it returns the node that it has made so far, if any, in a state that can be released. The tree is then
+// released as a whole, by WholeOrNothing.
 class Decoder {
  public:
-  // The contents stay in the pool's copy of the input, where there is one, and are copied one by one otherwise.
+  // With the first constructor contents are copied one by one. With the second the pool copies the whole input, and
+  // contents stay in that copy.
   explicit Decoder(Octets input) : pool_(0), readsCopy_(false), uncounted_(ElementsWithin(input)) {}
   Decoder(size_t rootSize, Octets input)
       : pool_(rootSize, input), readsCopy_(true), uncounted_(ElementsWithin(input)) {}
 
-  // Decodes what was copied.
+  // Decodes the pool's copy of the input.
   Decoded Copied(const Plan& plan);
   Decoded Element(const Plan& plan, Octets input);
 
@@ -80,22 +81,21 @@ class Decoder {
 
   Pool pool_;
   const bool readsCopy_;
-  // How many of the octets that were read are certain to be written again when the tree is encoded. Whoever does not
-  // know does not count: then the size of the encoding is not known beforehand.
+  // How many octets of the input are certain to be written again when the tree is encoded. A function that is not
+  // certain of its octets does not count them. Unless all are counted, the size of the encoding is not known.
   uint32_t kept_ = 0;
-  // How many elements may still be counted beforehand.
+  // How many elements GuessCount may still count.
   uint32_t uncounted_;
   uint32_t depth_ = 0;
 };
 
-// The length of the header at the start of the input and the content behind it, when the identifier octet is the item's
-// own and the length is written as DER has it. Otherwise 0.
+// Does what ReadBehindIdentifier does when the input begins with the item's own identifier octet. Otherwise returns 0.
 inline uint32_t ReadOwnHeader(const Plan& plan, Octets input, Octets& content) {
   if (input.size() < 2 || input[0] != plan.identifier) return 0;
   return ReadBehindIdentifier(input, content);
 }
 
-// Whether a header is written as DER has it.
+// Whether a header is written as DER has it (X.690, 10.1).
 bool IsMinimal(const Header& header) {
   uint32_t length = 2;
   for (uint32_t tag = header.tagNumber; header.tagNumber >= kHighTagNumber && tag != 0; tag >>= 7) ++length;
@@ -103,8 +103,8 @@ bool IsMinimal(const Header& header) {
   return !header.indefinite && header.headerLength == length;
 }
 
-// Whether a node is written again: one that equals its DEFAULT is not. Only numbers are compared; of others that is not
-// known.
+// Whether a node is certain to be written again. A node that equals its DEFAULT is not written. Only BOOLEAN and
+// INTEGER are compared with their DEFAULT; nodes of other kinds that have one are not certain.
 inline bool IsWritten(const Plan& plan, const void* node) {
   if (node == nullptr) return false;
   if (plan.item->defaultValue == nullptr) return true;
@@ -112,8 +112,8 @@ inline bool IsWritten(const Plan& plan, const void* node) {
   return isNumber && !EqualsDefault(plan, *static_cast<const Asn1Value*>(node));
 }
 
-// Nearly all elements are the ones that are expected, in the form that is expected. These go a short way; all others,
-// and the same ones when anything is unusual, go the long way, which would come to the same for these.
+// Nearly all elements have the identifier octet of their item and a length as DER has it. They are decoded here, by the
+// form of the item. All others are decoded by AnyElement, which could decode these too, but is slower.
 [[gnu::always_inline]] inline Decoded Decoder::Element(const Plan& plan, Octets input) {
   Octets content;
   const uint32_t headerLength = ReadOwnHeader(plan, input, content);
@@ -151,9 +151,8 @@ Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
     return Absent(plan);
   }
 
-  // DEVIATES: the length of a wrapper is not held to the element in it (X.690, 8.14.2), so that what could be read so
-  // far stays readable.
-  // The element may use more or less than a definite outer length says.
+  // DEVIATES: the element in a wrapper may be longer or shorter than the wrapper says (X.690, 8.14.2), so that what
+  // could be read so far stays readable.
   const Octets inside = input.subspan(outer.headerLength);
   Decoded inner = Tagged(plan, inside, Tagging::kUniversal);
   if (inner.status.Failed()) return inner;
@@ -166,7 +165,7 @@ Decoded Decoder::Wrapped(const Plan& plan, Octets input) {
   }
   // DEVIATES: the wrapper of an OPTIONAL item may hold another element, which is read as what follows the item, so that
   // what could be read so far stays readable.
-  // Of an OPTIONAL item the wrapper may be there without the element, and is not written then.
+  // A wrapper is not written when there is no node for what it holds, nor when that node equals the DEFAULT.
   const bool isWrittenAlike = IsMinimal(outer) && inner.consumed == outer.contentLength && IsWritten(plan, inner.node);
   if (isWrittenAlike) kept_ += outer.headerLength;
   inner.consumed += outer.headerLength;
@@ -204,7 +203,7 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
   const Asn1Item& item = *plan.item;
   Header header;
   if (Status status = ReadHeader(input, header); status.Failed()) return Failure(status);
-  // End-of-contents octets are never an element, whatever an open type or an unusual tag would make of them.
+  // End-of-contents octets are never an element, even when they match the tag of the item.
   if (StartsWithEndOfContents(input)) return Absent(plan);
 
   const bool own = tagging == Tagging::kOwn;
@@ -224,7 +223,7 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
   } else {
     decoded = header.indefinite ? Failure(Fail(TESSEL_INDEFINITE_LENGTH)) : Primitive(plan, content);
   }
-  // A DEFAULT under a wrapper is the wrapper's concern.
+  // Inside a wrapper the node is not compared with the DEFAULT: Wrapped does that.
   const bool isWrittenAlike =
       IsMinimal(header) && item.kind != TESSEL_KIND_SET && (!own || IsWritten(plan, decoded.node));
   if (isWrittenAlike)
@@ -236,7 +235,7 @@ Decoded Decoder::TypedElement(const Plan& plan, Octets input, Tagging tagging) {
 Decoded Decoder::ChosenElement(const Plan& plan, Octets input) {
   MemberPlans alternatives(plan);
   if (!alternatives.AreConsistent()) return Failure(Fail(TESSEL_INCONSISTENT_DESCRIPTOR));
-  // Often it is the first.
+  // The first alternative is tried before the header is read, because most values are of it.
   if (!input.empty() && alternatives.Count() != 0 && input[0] == alternatives[0].identifier) {
     return Alternative(0, alternatives[0], input);
   }
@@ -271,13 +270,13 @@ Decoded Decoder::OpenElement(const Plan& plan, Octets input, Tagging tagging) {
   if (header.indefinite) {
     if (Status status = ScanIndefiniteContent(content, size); status.Failed()) return Failure(status);
   }
-  // One with a tag of its own is not written as it is.
+  // An open value whose item has a tag of its own may be written with another identifier, so it is not counted.
   if (plan.form == Form::kOpen || tagging == Tagging::kUniversal) kept_ += header.headerLength + size;
   return Place<Asn1Value>(header.tagNumber, input.first(header.headerLength + size), Before::kOther);
 }
 
-// The functions from here on are given a content, and report how much of it they used: all of it, unless the length was
-// indefinite.
+// The functions from here on decode a content. Their `consumed` is how much of the content they used: all of it, unless
+// the length is indefinite.
 
 Decoded Decoder::Constructed(const Plan& plan, Octets content, bool indefinite) {
   if (plan.layout == NodeLayout::kSlotsNode) return Slots(plan, content, indefinite);
@@ -286,10 +285,12 @@ Decoded Decoder::Constructed(const Plan& plan, Octets content, bool indefinite) 
   return Failure(Fail(TESSEL_INVALID_ARGUMENT));
 }
 
-// Whether nothing more follows in a content of which `rest` is left.
+// Whether `rest`, the unread end of a content, holds no further element: it is empty, or, with indefinite length,
+// begins with the end-of-contents octets (X.690, 8.1.5).
 bool Ends(Octets rest, bool indefinite) { return indefinite ? StartsWithEndOfContents(rest) : rest.empty(); }
 
-// How much of a content was used when `rest` is left, with the end-of-contents octets that an indefinite one has there.
+// How much of a content was used when `rest` is left. With indefinite length the end-of-contents octets in `rest` count
+// too.
 uint32_t Used(Octets content, Octets rest, bool indefinite) {
   const bool hasEnd = indefinite && !rest.empty();
   return static_cast<uint32_t>(content.size() - rest.size()) + (hasEnd ? kEndOfContentsSize : 0);
@@ -340,9 +341,8 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
   if (list == nullptr) return OutOfMemory();
   const Plan& element = plans[0];
   Octets rest = content;
-  // DEVIATES: behind a list of indefinite length the end-of-contents octets may be missing (X.690, 8.1.5), so that what
-  // could be read so far stays readable.
-  // One of indefinite length may also end with the input.
+  // DEVIATES: a list of indefinite length may end with the input, without end-of-contents octets (X.690, 8.1.5), so
+  // that what could be read so far stays readable.
   while (!rest.empty() && !Ends(rest, indefinite)) {
     const Decoded found = ListElement(element, rest, *list);
     if (found.status.Failed()) return {list, 0, found.status};
@@ -351,27 +351,28 @@ Decoded Decoder::List(const Plan& plan, Octets content, bool indefinite) {
   return {list, Used(content, rest, indefinite), Status()};
 }
 
-// How many elements the list seems to have. A list of indefinite length may look longer than it is, when a wrapper in
-// it claims more than it holds. So that many such lists do not each count all that follows them, no more is counted
-// than there can be elements.
+// How many elements the list seems to have, for the size of its array. A list of indefinite length may seem longer than
+// it is, when a wrapper in it tells a length that leads the count past the end of the list. So that many such lists do
+// not each count all that follows them, all lists together count no more elements than the input can hold.
 inline uint32_t Decoder::GuessCount(Octets content) {
   const uint32_t count = StartsWithEndOfContents(content) ? 0 : CountElements(content, uncounted_);
   uncounted_ -= std::min(count, uncounted_);
   return count;
 }
 
-// Puts what it decodes into the list, also after a failure.
+// Decodes an element and appends its node to the list, also after a failure, because the list is then released with it.
 inline Decoded Decoder::ListElement(const Plan& element, Octets input, Asn1List& list) {
   if (input.size() < 2) return Failure(Fail(TESSEL_MALFORMED));
   if (const Status status = MakeRoom(list); status.Failed()) return Failure(status);
   Decoded found = Element(element, input);
   if (found.status.Ok() || found.node != nullptr) list.items[list.count++] = found.node;
-  // An OPTIONAL element that is absent would be absent for ever.
+  // An element that takes no octets (an OPTIONAL item that is absent) is refused: the loop would find it again at the
+  // same octet and never end.
   if (found.status.Ok() && found.consumed == 0) found.status = Fail(TESSEL_MALFORMED);
   return found;
 }
 
-// A node of which only the first slots are filled.
+// Completes a node of which only the first slots are filled before a failure: the others become null.
 Decoded Unfinished(const Plan& plan, void* node, uint32_t filled, Status status) {
   for (uint32_t i = filled; i < plan.item->memberCount; ++i) StoreSlot(node, i, nullptr);
   return {node, 0, status};
@@ -393,8 +394,8 @@ Decoded Decoder::Slots(const Plan& plan, Octets content, bool indefinite) {
     if (member.status.Failed()) return Unfinished(plan, node, i + 1, member.status);
     rest = rest.subspan(member.consumed);
   }
-  // DEVIATES: octets behind the last member are skipped, so that types which have got more members since are read.
-  // What follows the last member is skipped when the length is definite.
+  // DEVIATES: octets behind the last member are skipped when the length is definite, so that types which have got more
+  // members since are read.
   if (!indefinite) return {node, static_cast<uint32_t>(content.size()), Status()};
   if (StartsWithEndOfContents(rest)) return {node, Used(content, rest, indefinite), Status()};
   return {node, 0, Fail(TESSEL_INDEFINITE_LENGTH)};
@@ -424,7 +425,7 @@ Decoded Decoder::BitString(Octets content) {
   return bits;
 }
 
-// An Asn1Value or Asn1BitString with its content. It consumes no more than that.
+// Makes an Asn1Value or Asn1BitString with its content, whose length is what it consumes.
 template <class Node>
 inline Decoded Decoder::Place(uint32_t tagOrUnused, Octets content, Before before) {
   void* place = pool_.Node(sizeof(Node));
@@ -442,7 +443,7 @@ inline uint8_t* Decoder::Keep(Octets content, Before before) {
 }
 
 Decoded Decoder::Copied(const Plan& plan) {
-  // Empty when there was no memory.
+  // The copy is empty when there was no memory for it.
   const Octets input = pool_.Input();
   if (input.empty()) return OutOfMemory();
   const Decoded decoded = Element(plan, input);
@@ -450,8 +451,8 @@ Decoded Decoder::Copied(const Plan& plan) {
   return decoded;
 }
 
-// What is worth copying at once: the whole element, when it is constructed and its length is known. Of others it may
-// not be, or they may reach beyond it.
+// The element when it is to be copied as a whole, otherwise nothing. It is copied when it is a SEQUENCE or list of
+// definite length. Of other elements the length may be unknown, or they may use octets beyond it.
 Octets ElementToCopy(const Plan& plan, Octets input) {
   Octets content;
   const bool isConstructed = plan.form == Form::kSlots || plan.form == Form::kList;
@@ -463,12 +464,12 @@ Octets ElementToCopy(const Plan& plan, Octets input) {
 Decoded DecodeSomething(const Plan& plan, Octets input) {
   const Octets element = ElementToCopy(plan, input);
   if (kSeparateNodes || element.empty()) return Decoder(input).Element(plan, input);
-  // For a list its descriptor's node size says nothing.
+  // Only the descriptor of a SEQUENCE tells the size of its node. The node of a list takes at most kLargestListNode.
   const size_t slotsSize = plan.form == Form::kSlots ? plan.item->nodeSize : 0;
   return Decoder(std::max(slotsSize, kLargestListNode), element).Copied(plan);
 }
 
-// The one place that releases what a failure left behind. A value whose own content is invalid stays.
+// Releases what was made before a failure. A root that is a value with invalid content is kept.
 Decoded WholeOrNothing(const Plan& plan, Decoded decoded) {
   const bool isInvalidValue = decoded.status == TESSEL_INVALID_CONTENT && IsValueLayout(plan.layout);
   if (decoded.status.Ok() || isInvalidValue) return decoded;

@@ -16,17 +16,17 @@ namespace {
 
 enum class Pass : bool { kCounts, kWrites };
 
-// How much of an encoding there is; returned in registers where the platform can. The length is wider than that of any
-// encoding, so that it cannot wrap.
+// The length of the encoding so far; returned in registers where the platform can. It has 64 bits, so that it cannot
+// wrap.
 struct Encoded {
   uint64_t length;
   Status status;
 };
 
-// Sorts the elements of a SET OF after they have been written. While they are written it notes where each begins.
+// Sorts the elements of a SET OF after they have been written. While they are written, it notes where each stands.
 class SetSorter {
  public:
-  // Without memory nothing can be noted.
+  // Makes room to note `count` elements; false when there is no memory.
   bool Reserve(uint32_t count) {
     if (count <= few_.size()) return true;
     const uint64_t size = uint64_t{count} * sizeof(Octets);
@@ -38,7 +38,7 @@ class SetSorter {
 
   void Note(Octets element) { elements_[count_++] = element; }
 
-  // The elements fill `region`; they were noted from the last to the first.
+  // Sorts the elements within `region`, which they fill. They were noted from the last to the first.
   Status Sort(std::span<uint8_t> region) {
     const std::span<Octets> elements(elements_, count_);
     std::reverse(elements.begin(), elements.end());
@@ -60,7 +60,7 @@ class SetSorter {
   }
 
  private:
-  // The order of X.690, 11.6: octet by octet, and a beginning of another encoding before that encoding.
+  // The order of X.690, 11.6: octet by octet, and an encoding before a longer one that begins with it.
   static bool Precedes(Octets first, Octets second) {
     const size_t common = std::min(first.size(), second.size());
     const int difference = common == 0 ? 0 : std::memcmp(first.data(), second.data(), common);
@@ -73,10 +73,11 @@ class SetSorter {
   uint32_t count_ = 0;
 };
 
-// Encodes one tree, from the end of its encoding to the beginning, so that the length of a content is known when its
-// header is due, at any depth and without being computed beforehand. Each function is told how long the encoding is so
-// far, and tells how long it is then. The pass that only counts has no buffer, and visits the tree in its order, so
-// that the first of several failures is the one that is told; the pass that writes visits it backwards.
+// Encodes one tree, from the end of its encoding to the beginning: when a header is written, its content is written
+// already, and the length of the content is known. Each function takes the length of the encoding so far and returns
+// the new one. The pass that writes visits the tree from the last member to the first. The pass that only counts has no
+// buffer and visits the tree from the first member to the last, so that the first of several failures is the one that
+// is returned.
 template <Pass pass>
 class Encoder {
  public:
@@ -107,6 +108,7 @@ class Encoder {
 
   // The octet written last, which is the first of the encoding so far.
   [[nodiscard]] uint8_t* Front(uint64_t length) const { return end_ - length; }
+  // The index of the member or element that the pass visits as number `i`.
   static uint32_t InOrder(uint32_t i, uint32_t count) { return pass == Pass::kCounts ? i : count - 1 - i; }
 
   [[nodiscard]] bool HasRoom(uint64_t length) const { return pass == Pass::kWrites && length <= room_; }
@@ -121,7 +123,7 @@ inline uint64_t Encoder<pass>::Octet(uint8_t octet, uint64_t length) {
   return length + 1;
 }
 
-// The content of an Asn1Value or Asn1BitString. One that has a length but no octets gets zeros.
+// Writes the octets of an Asn1Value or Asn1BitString.
 template <Pass pass>
 template <class Node>
 inline uint64_t Encoder<pass>::NodeContent(const Node& node, uint64_t length) {
@@ -138,7 +140,8 @@ inline uint64_t Encoder<pass>::NodeContent(const Node& node, uint64_t length) {
   return length;
 }
 
-// The header of a content that begins at `start` and ends at `length`, with a single identifier octet.
+// Writes the header, with a single identifier octet, of the content that made the encoding grow from `start` to
+// `length`.
 template <Pass pass>
 inline uint64_t Encoder<pass>::ShortHeader(uint32_t identifier, uint64_t start, uint64_t length) {
   const uint64_t contentLength = length - start;
@@ -151,7 +154,7 @@ inline uint64_t Encoder<pass>::ShortHeader(uint32_t identifier, uint64_t start, 
   return length;
 }
 
-// The same with any tag number.
+// Writes the header of such a content with any tag number.
 template <Pass pass>
 uint64_t Encoder<pass>::Header(uint32_t classAndConstructed, uint32_t tagNumber, uint64_t start, uint64_t length) {
   if (tagNumber < kHighTagNumber) return ShortHeader(classAndConstructed | tagNumber, start, length);
@@ -169,7 +172,7 @@ uint64_t Encoder<pass>::LongLength(uint64_t contentLength, uint64_t length) {
   return Octet(static_cast<uint8_t>(kLongLength | (length - before)), length);
 }
 
-// Nearly all elements are written by the form of their item alone: they go a short way, the others a longer one.
+// Most elements are values, which are written here by the form of their item alone. All others are written by Branch.
 template <Pass pass>
 inline Encoded Encoder<pass>::Element(const Plan& plan, const void* node, uint64_t length) {
   if (node == nullptr) return {length, IsOptional(*plan.item) ? Status() : Fail(TESSEL_ABSENT)};
@@ -188,7 +191,7 @@ Encoded Encoder<pass>::Branch(const Plan& plan, const void* node, uint64_t lengt
   return {ShortHeader(plan.identifier, length, content.length), content.status};
 }
 
-// Not inlined, to keep what is rare out of the way of the others.
+// Writes an element whose item has no form. Not inlined, to keep what is rare out of the code for all others.
 template <Pass pass>
 [[gnu::noinline]] Encoded Encoder<pass>::AnyElement(const Plan& plan, const void* node, uint64_t length) {
   const Asn1Item& item = *plan.item;
@@ -233,7 +236,7 @@ inline Encoded Encoder<pass>::Alternative(const Plan& plan, const Asn1Choice& ch
   return Element(Plan(*plan.item->members[choice.index]), choice.value, length);
 }
 
-// What of an element follows its identifier, which may have octets of its own for the tag number.
+// The part of an element behind its identifier octets, which are several when the tag number is 31 or more.
 Asn1Value BehindIdentifier(const Asn1Value& element) {
   const Octets octets = ContentOf(element);
   uint32_t size = 1;
@@ -293,7 +296,8 @@ inline Encoded Encoder<pass>::List(const Plan& plan, const Asn1List& list, uint6
   const bool sorts = plan.kind == TESSEL_KIND_SET_OF && list.sorted != 0 && list.count > 1;
   if (sorts && pass == Pass::kWrites) return SortedList(element, list, length);
   for (uint32_t i = 0; i < list.count; ++i) {
-    // Beyond the first item it is the number of none.
+    // Near the end of the pass there is no element so far ahead. The index is then `count` or more (backwards because
+    // it wraps), and Prefetch does nothing.
     Prefetch(list, InOrder(i + kItemsAhead, list.count));
     const Encoded encoded = Element(element, list.items[InOrder(i, list.count)], length);
     if (encoded.status.Failed()) return encoded;
@@ -302,7 +306,7 @@ inline Encoded Encoder<pass>::List(const Plan& plan, const Asn1List& list, uint6
   return {length, Status()};
 }
 
-// Not inlined: a list that is not sorted does not need the room on the stack.
+// Not inlined, because a list that is not sorted does not need the sorter's room on the stack.
 template <Pass pass>
 [[gnu::noinline]] Encoded Encoder<pass>::SortedList(const Plan& element, const Asn1List& list, uint64_t length) {
   SetSorter sorter;
@@ -334,13 +338,14 @@ Status WriteTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t l
 
 namespace {
 
-// Encodings up to the first size are written on the stack, and up to the second in a block of the heap, before the
-// caller gets them: so a tree is visited only once, and the caller's buffer stays as it is until all is well.
+// An encoding is first written on the stack, or, when the caller's buffer has more than kSmallEncoding and at most
+// kLargeEncoding octets, on the heap. If it fits there, the tree is visited only once, and the caller's buffer is left
+// alone until the encoding has succeeded.
 constexpr size_t kSmallEncoding = 16384;
 constexpr size_t kLargeEncoding = size_t{64} << 20;
 
-// Writes a tree that was not measured. What does not fit is counted only; `length` tells. After a failure the tree has
-// to be measured, which finds the first failure in its order.
+// Writes a tree that was not measured, and sets `length` to that of its encoding. What does not fit into `place` is
+// only counted. When it returns false, MeasureTree must find the failure to return: the first in the order of the tree.
 bool WriteUnmeasured(const Plan& plan, const void* node, std::span<uint8_t> place, uint64_t& length) {
   const Encoded encoded = Encoder<Pass::kWrites>(place).Element(plan, node, 0);
   length = encoded.length;

@@ -8,13 +8,13 @@
 
 namespace tessel {
 
-// The length of a tree's encoding. Every failure but that of memory is found here.
+// Sets `length` to that of the tree's encoding. Every failure except a lack of memory is found here.
 Status MeasureTree(const Plan& plan, const void* node, uint32_t& length);
 
 // Writes a tree that MeasureTree has measured to exactly `length` octets.
 Status WriteTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t length);
 
-// Encodes into the caller's buffer, whose capacity `length` holds and whose needed length it receives.
+// Delivers the encoding into the caller's buffer, by the convention of buffer.h.
 Status EncodeTree(const Plan& plan, const void* node, uint8_t* buffer, uint32_t& length);
 
 // The encoding of a tree in a block of its own.

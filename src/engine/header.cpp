@@ -48,7 +48,7 @@ Status ReadLongHeader(Octets input, Header& header) {
 
 Status ScanIndefiniteContent(Octets content, uint32_t& size) {
   size_t at = 0;
-  // How many elements of indefinite length are open; counted, not recursed into.
+  // How many elements of indefinite length have not ended yet. They are counted, because recursion would need stack.
   size_t open = 1;
   while (at < content.size()) {
     const Octets rest = content.subspan(at);

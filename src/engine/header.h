@@ -1,4 +1,4 @@
-// Identifier and length of an element, and the end of an indefinite one.
+// Headers of elements, and the ends of contents of indefinite length.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct Header {
   uint8_t constructed;
   bool indefinite;
   uint32_t tagNumber;
-  // With indefinite length: all that remains of the input. Not checked against the input otherwise.
+  // With indefinite length, all that is left of the input. A definite length may be more than that.
   uint32_t contentLength;
   uint32_t headerLength;
 };
@@ -44,8 +44,9 @@ inline Status ReadHeader(Octets input, Header& header) {
   return Status();
 }
 
-// The length of the header at the start of the input, of at least two octets, and the content behind it, when the
-// identifier is a single octet and the length is written as DER has it. Otherwise 0: that is no failure yet.
+// Returns the length of the header at the start of the input, and sets `content`, when the length is written as DER has
+// it and the content lies within the input. Otherwise returns 0, which is no failure: ReadHeader may read more. The
+// caller makes sure that the input has two octets, and that the identifier is a single one.
 inline uint32_t ReadBehindIdentifier(Octets input, Octets& content) {
   uint32_t headerLength = 2;
   uint32_t length = input[1];
@@ -61,7 +62,7 @@ inline uint32_t ReadBehindIdentifier(Octets input, Octets& content) {
   return headerLength;
 }
 
-// The octets of the content, once they are known to lie within the input.
+// Sets `content` to the octets that the header tells, when they lie within the input.
 inline Status ReadContent(Octets input, const Header& header, Octets& content) {
   if (header.contentLength > input.size() - header.headerLength) return Fail(TESSEL_MALFORMED);
   content = input.subspan(header.headerLength, header.contentLength);
@@ -74,8 +75,8 @@ inline bool StartsWithEndOfContents(Octets input) { return input.size() >= 2 && 
 // may be of indefinite length too, to any depth.
 Status ScanIndefiniteContent(Octets content, uint32_t& size);
 
-// How many elements fill the content, as far as their headers can be followed: none is looked into, and a header that
-// ReadBehindIdentifier does not read ends the count, as `most` elements do.
+// Counts elements from header to header, without looking into them. The count ends with the content, at `most`, at
+// end-of-contents octets, and at a header that ReadBehindIdentifier does not read.
 uint32_t CountSeveralElements(Octets content, uint32_t most);
 inline uint32_t CountElements(Octets content, uint32_t most) {
   const bool isOne = content.size() >= 2 && content[1] < kLongLength && content.size() - 2 == content[1];

@@ -11,7 +11,7 @@
 namespace tessel {
 namespace {
 
-// What the first block of a new tree holds beside its root: by a guess, since the tree is not measured.
+// How much room the first block of a new tree has beside its root. These are estimates, since the tree is not measured.
 constexpr size_t kRoomForTree = 3584;
 constexpr size_t kRoomForLeaf = 64;
 
@@ -32,7 +32,8 @@ Made Place(Pool& pool, const Node& value) {
   return {new (place) Node(value), Status()};
 }
 
-// Fills the slots with what `make(member's plan, index)` makes. After a failure the node is there, complete up to it.
+// Makes a node and fills its slots with what `make(plan of the member, index)` returns. After a failure the node is
+// there, and its slots behind the member that failed are null.
 template <class Make>
 Made MakeSlots(Pool& pool, const Plan& plan, Make make) {
   MemberPlans members(plan);
@@ -47,7 +48,7 @@ Made MakeSlots(Pool& pool, const Plan& plan, Make make) {
   return slots;
 }
 
-// What was made, or, after a failure, nothing: the one place that releases what a failure left behind.
+// Returns what was made. After a failure it releases that and returns no node.
 Made WholeOrNothing(const Plan& plan, Made made) {
   if (made.status.Ok()) return made;
   FreeTree(plan, made.node);
@@ -56,7 +57,7 @@ Made WholeOrNothing(const Plan& plan, Made made) {
 
 Made CreateInto(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth = 0);
 
-// A descriptor that contains itself, and is not OPTIONAL there, has no value that ends.
+// The depth is limited because a descriptor that contains itself, and is not OPTIONAL there, has no value that ends.
 Made CreateMembers(Pool& pool, const Plan& plan, Leaves leaves, uint32_t depth = 0) {
   if (depth == kMaximumDepth) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   const auto create = [&](const Plan& member, uint32_t) { return CreateInto(pool, member, leaves, depth + 1); };
@@ -104,7 +105,7 @@ Made CopyChoice(Pool& pool, const Plan& plan, const Asn1Choice& source) {
   if (source.index >= alternatives.Count()) return {nullptr, Fail(TESSEL_WRONG_ALTERNATIVE)};
   if (!alternatives.AreConsistent()) return {nullptr, Fail(TESSEL_INCONSISTENT_DESCRIPTOR)};
   Made copy = Place(pool, Asn1Choice{source.index, nullptr});
-  // A choice that has not been made yet is copied as it is.
+  // A CHOICE without an alternative's node is copied as it is.
   if (copy.node == nullptr || source.value == nullptr) return copy;
   const Made value = CopyNode(pool, alternatives[source.index], source.value);
   static_cast<Asn1Choice*>(copy.node)->value = value.node;
@@ -135,7 +136,7 @@ Made CopySlots(Pool& pool, const Plan& plan, const void* source) {
   });
 }
 
-// After a failure the node, if there is one, is complete up to it.
+// Copies a node with all below it. After a failure the copy, if there is one, is in a state that can be released.
 Made CopyNode(Pool& pool, const Plan& plan, const void* source) {
   if (source == nullptr) return {nullptr, Fail(TESSEL_INVALID_ARGUMENT)};
   // DEVIATES: a NULL is not copied: no type of the library has one (parameters are open values), and callers know the
@@ -183,7 +184,6 @@ Status CompareSlots(const Asn1Item& item, const void* first, const void* second,
 Status CreateTree(const Plan& plan, void*& object, Leaves leaves) {
   Pool pool(RoomBeside(*plan.item));
   const Made made = WholeOrNothing(plan, CreateInto(pool, plan, leaves));
-  // A leaf that is not wanted is not even told to be null.
   // DEVIATES: a primitive root that is not wanted leaves the pointer as it was, by which callers know that nothing was
   // made.
   if (made.node != nullptr || made.status.Failed() || IsOptional(*plan.item)) object = made.node;
@@ -203,7 +203,7 @@ namespace {
 
 void FreeBranch(const Plan& plan, void* node);
 
-// Most nodes are values.
+// Releases a node with all below it. Most nodes are values, which are released here; FreeBranch releases all others.
 inline void FreeNode(const Plan& plan, void* node) {
   if (node == nullptr) return;
   if (!IsValueLayout(plan.layout)) return FreeBranch(plan, node);
@@ -227,7 +227,8 @@ void FreeList(const Plan& plan, Asn1List& list) {
   ReleaseArray(list);
 }
 
-// Tested in the order of how often they are met: a jump by a table would be foreseen less often.
+// The layouts are tested in the order of their frequency: processors predict these branches better than a jump by a
+// table.
 void FreeBranch(const Plan& plan, void* node) {
   if (plan.layout == NodeLayout::kSlotsNode) {
     MemberPlans members(plan);

@@ -13,22 +13,24 @@ namespace tessel {
 // Whether the mandatory primitives of a new tree are there (empty) or absent.
 enum class Leaves : bool { kAbsent = false, kEmpty = true };
 
-// A new tree. `object` is written on success, and not even then when the root is a primitive without leaves.
+// Makes a new tree. `object` receives the root; null after a failure, and for an OPTIONAL item without a DEFAULT. It
+// stays as it was when nothing is made: the root is a mandatory primitive, and leaves are absent.
 Status CreateTree(const Plan& plan, void*& object, Leaves leaves);
 
-// A node, unless its status is a failure; returned in registers where the platform can.
+// The result of making a node; returned in registers where the platform can.
 struct Made {
   void* node = nullptr;
   Status status;
 };
 
-// A deep copy of a tree that is there.
+// Copies a tree. TESSEL_INVALID_ARGUMENT: `source` is null.
 Made CopyTree(const Plan& plan, const void* source);
 
-// The same into the pool of a tree in the making.
+// Copies a tree into the pool of another one that is being made.
 Made CopyInto(Pool& pool, const Plan& plan, const void* source);
 
-// Null is allowed. Inside the blocks of a larger tree it releases what members have been replaced with.
+// Releases a tree; null is allowed. Of a node inside the blocks of a larger tree, it releases only what has memory of
+// its own, such as members that were replaced.
 void FreeTree(const Plan& plan, void* node);
 
 Status CompareTrees(const Asn1Item& item, const void* first, const void* second, bool& equal);

@@ -16,8 +16,8 @@ namespace {
 
 constexpr uint32_t kFirstCapacity = 10;
 
-// An array starts small, since most lists are, and then grows by half and a good step. One that was decoded or copied
-// may have been smaller.
+// An array starts small, since most lists are short, and then grows by half and by 200. The array of a list that was
+// decoded or copied may be smaller than kFirstCapacity.
 uint64_t NextCapacity(uint32_t capacity) {
   return capacity < kFirstCapacity ? kFirstCapacity : uint64_t{capacity} + 200 + capacity / 2;
 }

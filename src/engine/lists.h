@@ -1,4 +1,4 @@
-// Lists: what SEQUENCE OF and SET OF are held in.
+// Lists: the nodes of SEQUENCE OF and SET OF.
 #pragma once
 
 #include <cstdint>
@@ -18,14 +18,16 @@ namespace tessel {
 
 inline constexpr Asn1List kEmptyList{0, nullptr, 0, nullptr, 1};
 
-// The small array that a list in a pool begins with stands right behind it, and lives and dies with the node.
+// The first array of a list in a pool stands right behind the list's node when it is small, and is released with the
+// node.
 inline constexpr uint32_t kLargestFirstArray = 16;
 inline constexpr size_t kLargestListNode = sizeof(Asn1List) + kLargestFirstArray * sizeof(void*);
 inline void** FirstArray(Asn1List& list) { return reinterpret_cast<void**>(&list + 1); }
-// The node's place in a block reaches beyond the node, so no array from the heap can begin where it ends.
+// ReleaseArray tells by its address whether an array stands behind the node. That is certain because the place of a
+// node is rounded up to kHeapAlignment, beyond its size: no array from the heap can begin where the node ends.
 static_assert(sizeof(Asn1List) % kHeapAlignment != 0);
 
-// An empty list with room for as many items; null when there is no memory.
+// An empty list with room for `capacity` elements; null when there is no memory.
 Asn1List* NewLargeList(Pool& pool, uint32_t capacity);
 inline Asn1List* NewList(Pool& pool, uint32_t capacity) {
   if (capacity > kLargestFirstArray) return NewLargeList(pool, capacity);
@@ -36,23 +38,24 @@ inline Asn1List* NewList(Pool& pool, uint32_t capacity) {
   return list;
 }
 
-// Asks for the memory of an item that is visited soon, if there is one: in a large tree it is in no cache.
+// Begins to fetch the node of an element that is visited soon, since in a large tree it is in no cache. Does nothing
+// when there is no element at the index.
 inline void Prefetch(const Asn1List& list, uint32_t index) {
   if (index < list.count) __builtin_prefetch(list.items[index]);
 }
 inline constexpr uint32_t kItemsAhead = 4;
 
-// Gives back the array of a list, when it is an allocation of its own.
+// Releases the array of a list, when it is an allocation of its own.
 inline void ReleaseArray(Asn1List& list) {
   if (list.items != FirstArray(list)) ReleaseOctets(list.items);
 }
 
 Status Grow(Asn1List& list);
 
-// Room for one item more.
+// Makes room for one more element.
 inline Status MakeRoom(Asn1List& list) { return list.count == list.capacity ? Grow(list) : Status(); }
 
-// Appends an item, which the list owns from then on. When it fails the list is as it was.
+// Appends an element, which the list takes. After a failure the list is unchanged.
 inline Status AppendTo(Asn1List& list, void* item) {
   TRY(MakeRoom(list));
   NoteChange();
@@ -60,14 +63,14 @@ inline Status AppendTo(Asn1List& list, void* item) {
   return Status();
 }
 
-// The same, unless the list has an item with the same encoding already: then TESSEL_ALREADY_PRESENT.
+// Appends an element, which the list takes. TESSEL_ALREADY_PRESENT: the list has an element with the same encoding.
 Status AppendIfAbsent(Asn1List& list, const Plan& element, void* item);
 
-// Releases the item at an index, by its descriptor, and closes the gap.
+// Releases the element at an index and closes the gap.
 Status RemoveAt(Asn1List& list, const Plan& element, uint32_t index, Caller at = {});
 
-// Releases the items that `isGone(index)` names, and closes the gaps. It is asked once for each item, from the first to
-// the last, while that stands at the index still, and before any is released.
+// Releases the elements for which `isGone(index)` is true, and closes the gaps. `isGone` is called once for each
+// element, from the first to the last. The element still stands at its index then, and none has been released.
 template <class IsGone>
 void RemoveIf(Asn1List& list, const Plan& element, IsGone isGone) {
   uint32_t left = 0;
@@ -79,22 +82,22 @@ void RemoveIf(Asn1List& list, const Plan& element, IsGone isGone) {
   list.count = left;
 }
 
-// Releases all items and keeps the array.
+// Releases all elements and keeps the array.
 void Clear(Asn1List& list, const Plan& element);
 
-// Puts the items in the order of the list's `compare`, if it has one.
+// Puts the elements in the order of the list's `compare`, if it has one.
 void Sort(Asn1List& list);
 
-// What the add, count and get functions of a list of a named type say.
+// What the add, remove, count and get functions of the lists of named types do.
 
-// Takes the element. TESSEL_INVALID_ARGUMENT also when it is a part of another object.
+// Appends an element, which the list takes. TESSEL_INVALID_ARGUMENT also when it is a part of another object.
 template <class Element>
 Status Add(ListOf<Element>* list, Element* element, Caller at = {}) {
   if (list == nullptr || element == nullptr || !CanBeTaken(element)) return Fail(TESSEL_INVALID_ARGUMENT, at);
   return AppendTo(*list, element);
 }
 
-// Appends an element that was just made, if there was memory for it; the list takes it when that succeeds.
+// Appends an element that was just made, which the list takes. TESSEL_OUT_OF_MEMORY also when its owner is empty.
 template <class Element>
 Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Caller at = {}) {
   if (element.Get() == nullptr) return Fail(TESSEL_OUT_OF_MEMORY, at);
@@ -103,7 +106,7 @@ Status AddNew(ListOf<Element>& list, TreeOwner<Element> element, Caller at = {})
   return status;
 }
 
-// Appends a copy of an element, which can be made of borrowed nodes.
+// Appends a copy of an element. The source can be made of borrowed nodes.
 template <class Element>
 Status AddCopy(ListOf<Element>& list, const TypeOf<Element>& item, const Element* source, Caller at = {}) {
   TreeOwner<Element> copy(item);
@@ -111,7 +114,8 @@ Status AddCopy(ListOf<Element>& list, const TypeOf<Element>& item, const Element
   return AddNew(list, std::move(copy), at);
 }
 
-// The same with the list in a slot, which is made when there is none. When it fails the slot is as it was.
+// Appends a copy of an element to the list in a slot. When the slot holds none, a list is made. After a failure the
+// slot is unchanged.
 template <class List, class Element>
 Status AddCopyTo(const Slot<List>& slot, const TypeOf<List>& listItem, const TypeOf<Element>& item,
                  const Element* source) {

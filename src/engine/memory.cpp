@@ -15,13 +15,13 @@ struct Block {
 
 namespace {
 
-// The head of the first block, from which the root is found, and the other way round: the root stands right behind.
+// The head of the first block. The root stands right behind it, so that each is found from the other.
 struct alignas(kHeapAlignment) FirstBlock : Block {
   uint64_t generation;
   uint32_t encodedSize;
   // Whether the root has become a part of another tree.
   bool isTaken = false;
-  // By which checked builds tell a root from other addresses.
+  // Checked builds look for this mark, by which they tell a root from other addresses.
   static constexpr uint16_t kMark = 0x7E55;
   uint16_t mark = kMark;
 };
@@ -35,8 +35,8 @@ FirstBlock& BlockOf(void* root) {
 }
 const FirstBlock& BlockOf(const void* root) { return BlockOf(const_cast<void*>(root)); }
 
-// Even while a generation lasts, odd from its end to the beginning of the next. No process sees so many that a number
-// returns.
+// The generation of all trees. The number is even until a tree is changed, and odd until the next tree is decoded,
+// which makes it even again. It has 64 bits, so it never comes to an earlier number.
 std::atomic<uint64_t> generations{0};
 constexpr uint64_t kNoGeneration = UINT64_MAX;
 
@@ -48,7 +48,7 @@ uint64_t PresentGeneration() {
   return now;
 }
 
-// What malloc gives, when it is aligned as it has to be.
+// Memory from malloc; null when there is none, or when it is not aligned to kHeapAlignment.
 void* TakeBlock(size_t size) {
   void* block = std::malloc(size);
   if (reinterpret_cast<uintptr_t>(block) % kHeapAlignment == 0) return block;
@@ -59,15 +59,15 @@ void* TakeBlock(size_t size) {
 constexpr size_t kSmallestRoom = 16 * kHeapAlignment;
 constexpr size_t kLargestFirstRoom = 262144;
 constexpr size_t kUsualRoom = 65536;
-// What the nodes for an octet of the input take: usually, and never more than.
+// How many octets of nodes are expected for each octet of the input: in the first block, and at most in later ones.
 constexpr size_t kFirstRoomForOctet = sizeof(void*) == 8 ? 3 : 2;
 constexpr double kLargestRoomForOctet = 16;
 
 }  // namespace
 
 void* AllocateOctets(size_t size) {
-  // Allocators align to what they are asked for, so a smaller request could come back less aligned. AddressSanitizer's
-  // does not, and is told the true size.
+  // Some allocators align a small request to its own size only, so kHeapAlignment is the least that is asked for.
+  // AddressSanitizer aligns every request, and must know the true size to find accesses beyond it.
   return TakeBlock(kSeparateNodes ? size : std::max(size, kHeapAlignment));
 }
 
@@ -112,7 +112,7 @@ bool Pool::Begin(size_t rootSize, Octets input) {
   auto* block = static_cast<uint8_t*>(TakeBlock(withoutInput + input.size()));
   if (block == nullptr) return false;
   first_ = new (block) FirstBlock{{nullptr}, input.empty() ? kNoGeneration : PresentGeneration(), 0};
-  // Nothing is free before the root is there.
+  // No room is free (`low_` equals `high_`) until Root() has placed the root.
   low_ = high_ = block + withoutInput;
   if (!input.empty()) std::memcpy(high_, input.data(), input.size());
   input_ = {high_, input.size()};
@@ -140,7 +140,7 @@ void* Pool::NodeInNewBlock(size_t size) {
 void* Pool::SeparateNode(size_t size) {
   if (size > kLargestNode) return nullptr;
   auto* block = static_cast<uint8_t*>(TakeBlock(kHeadSize + size));
-  // The first is the root; the others are parts of its tree.
+  // The first node is the root. All others count as taken, because they are parts of its tree.
   return block == nullptr ? nullptr
                           : new (block) FirstBlock{{nullptr}, kNoGeneration, 0, std::exchange(hasRoot_, true)} + 1;
 }
@@ -153,8 +153,9 @@ uint8_t* Pool::AddBlock(size_t room) {
   return block + sizeof(Block);
 }
 
-// What the rest of the tree will take: in decoding, as much for the rest of the input as there was for what has been
-// read; otherwise a part of what there is.
+// Estimates how much room the rest of the tree will take. When decoding, each octet that is left of the input is
+// expected to take as much as each octet before it. Otherwise it is twice the room of the newest block, but at most
+// kUsualRoom, or a quarter of all room so far when that is more.
 size_t Pool::RoomToCome() const {
   if (input_.empty()) return std::min(2 * room_, std::max(kUsualRoom, placed_ / 4));
   const auto read = static_cast<size_t>(reached_ - input_.data()) + 1;
@@ -168,7 +169,7 @@ bool Pool::StartBlock(size_t needed) {
   placed_ += room_;
   room_ = std::clamp(RoomToCome(), std::max(needed, kSmallestRoom), kLargestNode);
   uint8_t* room = AddBlock(room_);
-  // It was a guess: a small block may do, or be had.
+  // The room was an estimate: when there is no memory for it, a block of the usual size may be enough.
   if (room == nullptr && room_ > kUsualRoom) room = AddBlock(room_ = kUsualRoom);
   if (room == nullptr) return false;
   low_ = room;

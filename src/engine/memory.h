@@ -4,22 +4,22 @@
 // its nodes and their contents in blocks that hang from the tree's root, and all the blocks go back to the heap when
 // the root is released. What replaces a member later is an allocation of its own.
 //
-// Which of the two a pointer is can be read from its address. The heap aligns what it gives to two pointers' size
-// (memory from one that does not is not used); whatever is placed inside a block is kept off that alignment. So
-// releasing a pointer into a block does nothing, and releasing any other gives its memory back, without a header, a
-// table or a look at the parent:
+// Whether a pointer leads into a block or to an allocation of its own can be read from its address. The heap aligns its
+// memory to the size of two pointers (memory that is aligned to less is not used). Whatever is placed inside a block is
+// kept off that alignment. So releasing a pointer into a block does nothing, and releasing any other gives its memory
+// back. Neither takes a header, a table or a look at the parent:
 //
 //     heap ->  | next block | root ... | node | node | ...      ... | octets | octets of the input |
 //              ^            ^          ^                            ^
-//              aligned      aligned:   odd: lives and dies          never aligned: the same
-//                           owned      with the root
+//              aligned      aligned:   not aligned: released        not aligned: released
+//                           released   with the root                with the root
 //
-// Only the root of a tree may be handed to the caller as the caller's own, and a tree never takes in a part of another.
+// A caller can own only the root of a tree, and a tree never takes a part of another tree.
 //
-// A tree that was decoded, and not changed since, is all blocks: it is released without a look at its nodes, and the
-// size of its encoding is known. Whatever changes a tree says so by NoteChange, which ends a generation; a tree remembers
-// the generation in which it was decoded. Generations are the same for all trees, so that a change of one makes the
-// others look changed too: that is slower, and never wrong.
+// A tree that was decoded, and not changed since, consists of blocks only: it is released without a visit to its nodes,
+// and the size of its encoding is known. Whatever changes a tree calls NoteChange, which ends a generation; a tree
+// remembers the generation in which it was decoded. All trees share one generation, so a change of one makes all others
+// count as changed too: they are then handled node by node, which is slower but correct.
 //
 // Built with TESSEL_SEPARATE_NODES, every node and every content is an allocation of its own: nothing is fast then, but
 // AddressSanitizer sees where each begins and ends, and when it is released. The fuzz programs are built both ways.
@@ -44,17 +44,17 @@ inline constexpr bool kSeparateNodes = true;
 inline constexpr bool kSeparateNodes = false;
 #endif
 
-// Far from the end of the address space, so that sums of sizes cannot wrap.
+// The largest size of a node. It is so far from the end of the address space that sums of sizes cannot wrap.
 inline constexpr size_t kLargestNode = SIZE_MAX / 4;
 
-// What malloc guarantees on every platform that the library is built for. A heap put in its place may not keep to it:
-// blocks that are aligned to less are given back at once, as if there were no memory.
+// The alignment that malloc guarantees on every platform that the library is built for. A replaced malloc may align to
+// less: such memory is given back at once, as if there were none.
 inline constexpr size_t kHeapAlignment = 2 * sizeof(void*);
 
 inline bool OwnsItsMemory(const void* pointer) { return reinterpret_cast<uintptr_t>(pointer) % kHeapAlignment == 0; }
 
-// Whether a node is an object of its own, which a tree may take. A part of another tree's blocks never is, and a root
-// not any more after NoteTaken. Null, for a member that is left out, can be taken.
+// Whether a tree may take the node: it is a root that no tree has taken yet, or null, for a member that is left out. A
+// part of another tree's blocks cannot be taken.
 bool CanBeTaken(const void* node);
 // Notes that a tree has taken the object, which can be null; returns it.
 void* NoteTaken(void* node);
@@ -63,27 +63,28 @@ Node* Taken(Node* node) {
   return static_cast<Node*>(NoteTaken(node));
 }
 
-// Octets and arrays on their own; null when there is no memory.
+// Memory for octets or an array, outside of all pools; null when there is none.
 [[nodiscard]] void* AllocateOctets(size_t size);
 // Releasing null or a pointer into a block does nothing.
 inline void ReleaseOctets(void* octets) {
   if (OwnsItsMemory(octets)) std::free(octets);
 }
 
-// Ends the present generation, unless a change has ended it already; the next begins with the next tree that is decoded.
+// Ends the present generation, unless a change has ended it already. The next one begins when a tree is decoded.
 void NoteChange();
-// Whether a root was made by decoding, and no tree was changed since.
+// Whether a node is a root that was made by decoding, and no tree was changed since.
 bool IsUnchangedRoot(const void* node);
 // The size of the encoding of an unchanged root; 0 when it is not known. The node must be one of the library's.
 uint32_t EncodedSizeOf(const void* node);
 
-// Releases a node; the root of a tree takes its blocks along.
+// ReleaseRoot releases a root with all blocks of its tree. ReleaseNode does so too, but does nothing inside a block.
 void ReleaseRoot(void* node);
 inline void ReleaseNode(void* node) {
   if (OwnsItsMemory(node)) ReleaseRoot(node);
 }
 
-// The first and the last octets, as many as Word has each; between them they may meet or overlap.
+// Copies the first and the last octets, as many as a Word has each. The two may overlap, so together they copy any size
+// from one Word to two.
 template <class Word>
 inline void CopyEnds(uint8_t* to, const uint8_t* from, size_t size) {
   Word first;
@@ -94,7 +95,7 @@ inline void CopyEnds(uint8_t* to, const uint8_t* from, size_t size) {
   std::memcpy(to + size - sizeof last, &last, sizeof last);
 }
 
-// As memcpy; at once for the few octets that most contents have.
+// Copies as memcpy does, but without a call for the few octets that most contents have.
 inline void CopyOctets(uint8_t* to, const uint8_t* from, size_t size) {
   if (size > 16) {
     std::memcpy(to, from, size);
@@ -134,7 +135,7 @@ class Pool {
   // The copy of the input; empty when there was no memory.
   [[nodiscard]] Octets Input() const { return input_; }
 
-  // What EncodedSizeOf is to tell of the root.
+  // Sets what EncodedSizeOf tells of the root.
   void SetEncodedSize(uint32_t size);
 
   // A node of `size` octets, 1 to kLargestNode, not initialised; null when there is no memory.
@@ -142,12 +143,14 @@ class Pool {
     if constexpr (kSeparateNodes) return SeparateNode(size);
     const size_t rounded = RoundUp(size);
     if (static_cast<size_t>(high_ - low_) < rounded) return NodeInNewBlock(rounded);
-    // A large tree goes through memory that is in no cache: it is asked for before it is written.
+    // The memory of the nodes to come is in no cache when the tree is large: fetching it begins before they are
+    // written.
     __builtin_prefetch(low_ + kAhead, 1);
     return std::exchange(low_, low_ + rounded);
   }
 
-  // The same for an array of nodes. When it is large it has a block of its own, and takes nothing away from the nodes.
+  // An array of `count` pointers to nodes, not initialised; null when there is no memory. A large array has a block of
+  // its own, so that it does not use up the room for nodes.
   [[nodiscard]] void* Array(uint32_t count) {
     if (size_t{count} > kLargestNode / sizeof(void*)) return nullptr;
     const size_t size = count * sizeof(void*);
@@ -156,7 +159,7 @@ class Pool {
   }
 
   // A copy of `octets`, which must not be empty; null when there is no memory. A large copy is an allocation of its
-  // own, so the node that holds the result must be released with its tree.
+  // own, which ReleaseOctets must release when the node that points to it is released.
   [[nodiscard]] uint8_t* Keep(Octets octets) {
     const auto free = static_cast<size_t>(high_ - low_);
     if (kSeparateNodes || octets.size() >= free || octets.size() >= kLargeOctets) return KeepLarge(octets);
@@ -165,11 +168,11 @@ class Pool {
     return kept;
   }
 
-  // Keeps a content of the input where it stands. One at an aligned address is moved over the octet before it, which
-  // must be the last of the element's own header.
+  // Keeps a content where it stands in the copy of the input. A content at an aligned address would look like an
+  // allocation of its own, so it is moved over the octet before it, which must be the last of the element's own header.
   uint8_t* KeepInPlace(Octets content) {
     Require(content.data() > input_.data() && content.data() + content.size() <= input_.data() + input_.size());
-    // The pool's own memory, seen as constant by those who read the input.
+    // The input is the pool's own memory, which is constant only to those who read the input.
     auto* octets = const_cast<uint8_t*>(content.data());
     reached_ = octets;
     return OwnsItsMemory(octets) ? MoveByOne(octets, content.size()) : octets;
@@ -187,7 +190,8 @@ class Pool {
   bool StartBlock(size_t needed);
   uint8_t* KeepLarge(Octets octets);
 
-  // There must be room for one octet more, to step off an aligned address.
+  // Places octets at the end of the free room. One octet more than `size` must be free: it is used to avoid an aligned
+  // address.
   uint8_t* PlaceOctets(size_t size) {
     high_ -= size;
     if (OwnsItsMemory(high_)) --high_;
@@ -195,7 +199,8 @@ class Pool {
   }
 
   static constexpr size_t kAhead = 1024;
-  // From these sizes on, a place among others is not worth while.
+  // Octets and nodes from these sizes on have memory of their own, because they would use up the room of many small
+  // ones.
   static constexpr size_t kLargeOctets = 1024;
   static constexpr size_t kLargeNode = 16384;
 
@@ -208,7 +213,8 @@ class Pool {
   size_t room_;
   size_t placed_ = 0;
   Octets input_;
-  // How far the contents of the input have been kept.
+  // Where the content of the input that was kept last begins, by which RoomToCome knows how much of the input has been
+  // read.
   const uint8_t* reached_ = nullptr;
 };
 

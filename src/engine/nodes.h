@@ -1,4 +1,4 @@
-// Reaching into nodes.
+// Access to what nodes hold.
 #pragma once
 
 #include <algorithm>
@@ -13,8 +13,8 @@
 
 namespace tessel {
 
-// The slots of a SEQUENCE are a struct of typed pointers to the code above the engine, and an array to the engine.
-// Copying the octets of a pointer is right under both views, and compiles to a plain move.
+// The slots of a SEQUENCE are a struct of typed pointers for the code above the engine, and an array of pointers for
+// the engine. Copying the octets of a pointer is allowed for both types, and compiles to a plain move.
 inline void* LoadSlot(const void* node, uint32_t index) {
   void* member = nullptr;
   std::memcpy(&member, static_cast<const uint8_t*>(node) + index * sizeof member, sizeof member);

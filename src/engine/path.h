@@ -11,20 +11,20 @@
 
 namespace tessel {
 
-// One pointer to member a step: Path<&Certificate::tbsCertificate, &TbsCertificate::serialNumber>.
+// A path has one pointer to member for each step: Path<&Certificate::tbsCertificate, &TbsCertificate::serialNumber>.
 template <auto first, auto... rest>
 class Path {
   using Root = decltype(detail::StructOf(first));
 
  public:
-  // The slot of the last member. Unreachable: a null root is TESSEL_INVALID_ARGUMENT, a null member on the way
-  // TESSEL_ABSENT.
+  // The slot of the last member. It is unreachable when the root is null (TESSEL_INVALID_ARGUMENT) or a member on the
+  // way is absent (TESSEL_ABSENT).
   static auto In(Root* root, Caller at = {}) { return Step<Slot, first, rest...>(root, StatusOf(root, at), at); }
   static auto In(const Root* root, Caller at = {}) {
     return Step<ReadSlot, first, rest...>(root, StatusOf(root, at), at);
   }
 
-  // The same in the node that a slot holds. Unreachable also as its Load tells.
+  // The slot of the last member, from the node that `slot` holds. It is unreachable also when `slot` cannot be loaded.
   static auto In(const Slot<Root>& slot) { return StepFrom<Slot>(slot); }
   static auto In(const ReadSlot<Root>& slot) { return StepFrom<ReadSlot>(slot); }
 
@@ -53,7 +53,7 @@ class Path {
   }
 };
 
-// An element of a list, for a path to lead on from. Unreachable as GetElement tells.
+// The slot of an element of a list, from which a path can lead on. It is unreachable when GetElement fails.
 template <class Element>
 ReadSlot<Element> ElementOf(const ListOf<Element>* list, uint32_t index, Caller at = {}) {
   Element* element = nullptr;
@@ -61,7 +61,7 @@ ReadSlot<Element> ElementOf(const ListOf<Element>* list, uint32_t index, Caller 
   return status.Failed() ? ReadSlot<Element>(status, at) : ReadSlot<Element>(element, at);
 }
 
-// The same of the list that a slot holds. Unreachable also as its Load tells.
+// The slot of an element of the list that `slot` holds. It is unreachable also when `slot` cannot be loaded.
 template <class List>
 auto ElementOf(const ReadSlot<List>& slot, uint32_t index) {
   List* list = nullptr;

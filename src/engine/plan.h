@@ -1,8 +1,9 @@
 // The engine's view of a descriptor.
 //
-// What the engine asks about an item at every element of every tree stands in a Plan. The library's own items know the
-// plans of their members, which the compiler works out from the types of their descriptors (asn1.hpp); for an item from
-// outside, a plan is made each time its turn comes. Both ways lead to the same code.
+// A Plan holds the answers to what the engine asks about an item at every element. For the library's own descriptors
+// the compiler makes the plans of all members, from the types of the descriptors (asn1.hpp). For a descriptor of a
+// caller, the plan of a member is made each time the engine comes to that member. Both kinds of plans go through the
+// same code.
 #pragma once
 
 #include <array>
@@ -23,7 +24,7 @@ constexpr bool IsExplicit(const Asn1Item& item) { return (item.flags & TESSEL_FL
 constexpr bool IsOptional(const Asn1Item& item) { return (item.flags & TESSEL_FLAG_OPTIONAL) != 0; }
 constexpr uint32_t UniversalTag(const Asn1Item& item) { return item.kind & 0x7F; }
 
-// The tag number of the item's own encoding, when nothing wraps it.
+// The tag number with which the item's encoding begins: with an EXPLICIT tag, the number of its wrapper.
 constexpr uint32_t OwnTag(const Asn1Item& item) {
   return item.tagNumber < 0 ? UniversalTag(item) : static_cast<uint32_t>(item.tagNumber);
 }
@@ -33,15 +34,16 @@ constexpr const Asn1Item* ElementOf(const Asn1Item& item) {
   return item.memberCount == 1 && item.members != nullptr ? item.members[0] : nullptr;
 }
 
-// Whether what a descriptor says of its members agrees: none is null, and a node has one slot for each. The library's
-// own tables are consistent by construction; what callers write is looked at before anything is done by it.
+// Whether a descriptor does not contradict itself about its members: none is null, and a node has one slot for each.
+// The library's own descriptors are consistent by construction; a caller's descriptor is checked before its members are
+// used.
 bool IsConsistent(const Asn1Item& item);
 
-// How many descriptors may be nested in each other, which bounds the stack where a descriptor contains itself: with
-// this number 128 KB are enough for every function. Types as they are nest less than twenty deep.
+// How many descriptors may be nested in each other. A descriptor that contains itself could use up the stack otherwise:
+// with this limit 128 KB are enough for every function. Types in use nest less than twenty deep.
 inline constexpr uint32_t kMaximumDepth = 64;
 
-// What a kind's nodes look like.
+// Which struct holds the values of a kind (nodes.h).
 enum class NodeLayout : uint8_t {
   kNotAKind,
   kValueNode,
@@ -82,16 +84,16 @@ constexpr NodeLayout NodeLayoutOf(const Asn1Item& item) {
   return item.kind < detail::kKindCount ? detail::kNodeLayouts[item.kind] : NodeLayout::kNotAKind;
 }
 
-// How an element is read and written, when that can be told at once: it carries an identifier octet of its own. The
-// items that need a closer look have no form: for a wrapper, a tag number that takes octets of its own, a DEFAULT that
-// is more than a number, or flags that do not fit the kind.
+// How an item is read and written when its identifier octet alone tells, or when it is a CHOICE or ANY without a tag.
+// An item that needs a closer look has no form (kNone): it has a wrapper, a tag number that takes octets of its own, or
+// a DEFAULT other than a BOOLEAN or INTEGER, it is a SET, or its flags do not fit its kind.
 enum class Form : uint8_t { kNone, kChoice, kSlots, kList, kBits, kValue, kValueWithDefault, kOpen };
 
-// Whether the node is an Asn1Value.
+// Whether the nodes of items of the form are Asn1Value.
 constexpr bool IsValueForm(Form form) { return form >= Form::kValue; }
 
-// `hasDefault` and `isList`, whether there is a DEFAULT, and one element descriptor, are told apart: whether an address
-// is null is no constant to g++ when it builds with sanitizers.
+// `hasDefault` tells whether the item has a DEFAULT, `isList` whether it has one element descriptor. Both are
+// parameters, because with sanitizers g++ refuses to compare an address with null in a constant expression.
 constexpr Form FormOf(const Asn1Item& item, bool hasDefault, bool isList) {
   constexpr uint32_t kSmallestHighTag = 31;
   if (IsExplicit(item)) return Form::kNone;
@@ -119,7 +121,8 @@ constexpr Form FormOf(const Asn1Item& item, bool hasDefault, bool isList) {
   return Form::kNone;
 }
 
-// The identifier octet of an item that has a form and a tag of its own; for others a number that no octet is.
+// The identifier octet of an item that has a form and a tag of its own; kNoIdentifier, which no octet equals, for
+// others.
 inline constexpr uint16_t kNoIdentifier = 0x100;
 constexpr uint16_t IdentifierOf(const Asn1Item& item, Form form) {
   if (form == Form::kNone || form == Form::kChoice || form == Form::kOpen) return kNoIdentifier;
@@ -128,7 +131,7 @@ constexpr uint16_t IdentifierOf(const Asn1Item& item, Form form) {
 
 struct Plan;
 
-// A descriptor whose type tells those of its members (asn1.hpp).
+// A descriptor whose C++ type names the descriptors of its members (asn1.hpp).
 template <class Descriptor>
 concept TypedDescriptor = requires {
   typename Descriptor::Members;
@@ -162,7 +165,7 @@ struct Plan {
         form(itsForm) {}
 
   const Asn1Item* item;
-  // One for each member of the item, or null when they are not known beforehand.
+  // One plan for each member of the item; null when the compiler has made none.
   const Plan* members;
   uint32_t memberCount;
   uint32_t kind;
@@ -183,13 +186,13 @@ constexpr const Plan* PlansOf(ItemList<items...> /*members*/) {
 
 }  // namespace detail
 
-// What functions for values of one type are handed: the plan of any descriptor whose nodes are of that type.
+// The plan of a descriptor whose nodes are of NodeType. As a parameter it makes sure that descriptor and node fit.
 template <class NodeType>
 struct Type : Plan {
   template <std::derived_from<Item<NodeType>> Descriptor>
   constexpr Type(const Descriptor& descriptor) : Plan(descriptor) {}
 };
-// In parameters: the node's type is told by another argument.
+// The type of such a parameter when Node is deduced from another argument.
 template <class Node>
 using TypeOf = std::type_identity_t<Type<Node>>;
 
@@ -199,10 +202,10 @@ class MemberPlans {
   // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject)
   explicit MemberPlans(const Plan& plan) : plans_(plan.members), count_(plan.memberCount), item_(plan.item) {}
 
-  // Otherwise none may be asked for.
+  // Whether the plans may be asked for.
   [[nodiscard]] bool AreConsistent() const { return plans_ != nullptr || IsConsistent(*item_); }
   [[nodiscard]] uint32_t Count() const { return count_; }
-  // Valid until the next is asked for.
+  // The plan is valid until the next one is asked for.
   const Plan& operator[](uint32_t i) { return plans_ != nullptr ? plans_[i] : Make(i); }
 
  private:
@@ -214,10 +217,10 @@ class MemberPlans {
   const Plan* const plans_;
   const uint32_t count_;
   const Asn1Item* const item_;
-  Plan made_;  // not before one is made: most have theirs
+  Plan made_;  // set by Make, which most descriptors never need
 };
 
-// What is promised to callers of 32 bits: descriptors and nodes are fields of 32 bits each, without a gap.
+// Callers of 32-bit builds are promised that descriptors and nodes are fields of 32 bits each, without a gap.
 static_assert(sizeof(Asn1Item) == 5 * sizeof(uint32_t) + 2 * sizeof(void*) + (sizeof(void*) == 8 ? 4 : 0));
 static_assert(offsetof(Asn1Item, members) == 16);
 static_assert(sizeof(Asn1Oid) == sizeof(Asn1Value) && sizeof(Asn1Any) == sizeof(Asn1Value));

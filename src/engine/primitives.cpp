@@ -12,7 +12,7 @@
 namespace tessel {
 namespace {
 
-// A copy of the octets in a block of their own; null for none. False when there is no memory.
+// Copies the octets into memory of their own; the copy of none is null. False when there is no memory.
 bool CopyOctets(Octets octets, uint8_t*& copy) {
   copy = nullptr;
   if (octets.empty()) return true;
@@ -21,7 +21,7 @@ bool CopyOctets(Octets octets, uint8_t*& copy) {
   return copy != nullptr;
 }
 
-// Asn1Value and Asn1BitString alike.
+// Replaces the octets of an Asn1Value or Asn1BitString by `data`, which the node takes.
 template <class Node>
 void Replace(Node& node, uint8_t* data, uint32_t length) {
   NoteChange();
@@ -30,7 +30,8 @@ void Replace(Node& node, uint8_t* data, uint32_t length) {
   node.length = length;
 }
 
-// The descriptor of a primitive type whose content is plain octets, made of the low octet of a tag.
+// Makes the descriptor of the primitive type with the universal tag number in the low octet of `tag`.
+// TESSEL_UNSUPPORTED_KIND: its nodes are not Asn1Value.
 Status PlainType(uint32_t tag, Item<Asn1Value>& item) {
   item = {{0, tag & 0xFF, kNoTagNumber, 0, nullptr, 0, nullptr}};
   return NodeLayoutOf(item) == NodeLayout::kValueNode ? Status() : Fail(TESSEL_UNSUPPORTED_KIND);

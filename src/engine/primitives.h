@@ -19,7 +19,7 @@ inline bool IsIntegerContent(Octets content) {
   return content.size() == 1 || (content.size() > 1 && !IsRedundant(content[0], content[1]));
 }
 
-// As the exported functions of these names, GetAsn1..., on nodes that are there.
+// Do what the exported functions GetAsn1Value, ...Int32, ...Boolean and ...BitString do, with a node that is not null.
 Status ReadValue(const Asn1Value& value, uint8_t* buffer, uint32_t* length, Caller at = {});
 Status ReadInt32(const Asn1Value& value, int32_t* number, Caller at = {});
 Status ReadBoolean(const Asn1Value& value, uint32_t* flag, Caller at = {});
@@ -32,10 +32,10 @@ Status DecodeContent(const Type<Asn1Value>& item, Octets encoding, uint8_t* buff
 // A new node with a copy of the content, or null when there is no memory.
 Asn1Value* NewValue(uint32_t tag, Octets content);
 
-// Replaces the content by a copy of `content`. When it fails the node is as it was.
+// Replaces the content by a copy of `content`. After a failure the node is unchanged.
 Status SetContent(Asn1Value& value, uint32_t tag, Octets content);
 
-// Replaces the bits of a node by a copy. Unused bits become 0. When it fails the node is as it was.
+// Replaces the bits of a node by a copy. Unused bits become 0. After a failure the node is unchanged.
 Status SetBits(Asn1BitString& bits, const uint8_t* octets, uint32_t length, uint8_t unused, Caller at = {});
 
 }  // namespace tessel

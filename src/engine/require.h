@@ -3,7 +3,7 @@
 
 namespace tessel {
 
-// The builds for sanitizers and for fuzzing look whether they hold.
+// Only the builds for sanitizers and for fuzzing check preconditions.
 #ifdef TESSEL_CHECKED
 inline constexpr bool kChecked = true;
 #else

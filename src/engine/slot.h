@@ -14,16 +14,16 @@
 
 namespace tessel {
 
-// A member that a function reads, or why it cannot be reached. Slots are made by Path and by functions that start from
-// a public handle; every function below first passes on that reason.
+// The slot of a member that a function reads, or the status why the member cannot be reached. Slots are made by Path,
+// and by functions that start from a handle. Every function below returns that status first.
 template <class Node>
 class ReadSlot {
  public:
-  // The node can be null: a member that is absent.
+  // A null node stands for a member that is absent.
   ReadSlot(Node* node, SourceLocation at) : node_(node), at_(at) {}
   ReadSlot(Status unreachable, SourceLocation at) : unreachable_(unreachable), at_(at) {}
 
-  // The place of the function that the slot was made for.
+  // The source location of the exported function for which the slot was made.
   [[nodiscard]] SourceLocation At() const { return at_; }
   [[nodiscard]] Status Unreachable() const { return unreachable_; }
 
@@ -44,7 +44,7 @@ class ReadSlot {
   SourceLocation at_;
 };
 
-// A member that a function changes: where the pointer to its node stands.
+// The slot of a member that a function changes.
 template <class Node>
 class Slot {
  public:
@@ -59,7 +59,7 @@ class Slot {
   Status Load(Node*& node) const { return ReadSlot<Node>(*this).Load(node); }
   [[nodiscard]] Node* OrNull() const { return ReadSlot<Node>(*this).OrNull(); }
 
-  // Only of a slot that is reachable.
+  // The pointer in the slot, which must be reachable.
   [[nodiscard]] Node*& Member() const {
     Require(unreachable_.Ok());
     return *member_;
@@ -71,13 +71,13 @@ class Slot {
   SourceLocation at_;
 };
 
-// A handle as a slot. Unreachable: a null one is TESSEL_INVALID_ARGUMENT.
+// The slot that holds a handle itself. It is unreachable when the handle is null (TESSEL_INVALID_ARGUMENT).
 template <class Node>
 Slot<Node> SlotOf(Node*& handle, Caller at = {}) {
   return handle == nullptr ? Slot<Node>(Fail(TESSEL_INVALID_ARGUMENT, at), at) : Slot<Node>(handle, at);
 }
 
-// Puts a node into the slot, which takes it, in place of the one that it holds.
+// Puts a node, which is taken, into the slot, and releases the node that the slot held.
 template <class Node>
 Status Take(const Slot<Node>& slot, const TypeOf<Node>& item, Node* node) {
   TRY(slot.Unreachable());
@@ -92,7 +92,7 @@ Status Remove(const Slot<Node>& slot, const TypeOf<Node>& item) {
   return Take<Node>(slot, item, nullptr);
 }
 
-// A copy that is going to take the place of what a slot holds; of nothing, when the member is to be removed.
+// A copy of `source` that is to replace the node in a slot. With a null source, the member is to be removed.
 template <class Node>
 class Replacement {
  public:
@@ -101,9 +101,9 @@ class Replacement {
     if (made_.Ok() && source != nullptr) made_ = Copy(item, source, copy_.Out(), slot.At());
   }
 
-  // Why there is no copy, or no place for it.
+  // The failure to copy or to reach the slot, if there was one.
   [[nodiscard]] Status Made() const { return made_; }
-  // Only when it is made.
+  // Puts the copy into the slot. Made() must be a success.
   void Take() { static_cast<void>(tessel::Take(slot_, copy_.NodeType(), copy_.Release())); }
 
  private:
@@ -112,8 +112,8 @@ class Replacement {
   Status made_;
 };
 
-// Puts copies into several slots, or, after a failure, into none. All are made before the first one is taken, so that
-// what they are copied from can be a part of what the slots hold.
+// Puts copies into several slots, or, after a failure, into none. All copies are made before the first slot is changed,
+// so that a source can be a part of what the slots hold.
 template <class... Replacements>
 Status TakeAll(Replacements... replacements) {
   TRY(FirstFailure(replacements.Made()...));
@@ -121,14 +121,14 @@ Status TakeAll(Replacements... replacements) {
   return Status();
 }
 
-// The same with one.
+// Puts a copy of `source`, which must not be null, into the slot.
 template <class Node>
 Status Store(const Slot<Node>& slot, const TypeOf<Node>& item, const Node* source) {
   if (slot.Unreachable().Ok() && source == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, slot.At());
   return TakeAll(Replacement<Node>(slot, item, source));
 }
 
-// The encoding of the member alone, in the caller's buffer.
+// Delivers the encoding of the member alone.
 template <class Node>
 Status EncodeMember(const ReadSlot<Node>& slot, const TypeOf<Node>& item, uint8_t* buffer, uint32_t* length) {
   Node* node = nullptr;
@@ -138,11 +138,11 @@ Status EncodeMember(const ReadSlot<Node>& slot, const TypeOf<Node>& item, uint8_
 
 // Members of primitive types.
 
-// An INTEGER, OCTET STRING, ... as content octets. Setting needs at least one, and a node to put them in.
+// An INTEGER, OCTET STRING, ... as content octets. Setting needs at least one octet, and a node, because it makes none.
 Status GetContent(const ReadSlot<Asn1Value>& slot, uint8_t* buffer, uint32_t* length);
 Status SetContent(const Slot<Asn1Value>& slot, Asn1Kind kind, const uint8_t* octets, uint32_t size);
 
-// An INTEGER as a number. Setting makes the node when there is none.
+// An INTEGER as a number. Setting stores a new node.
 Status GetNumber(const ReadSlot<Asn1Value>& slot, int32_t* number);
 Status SetNumber(const Slot<Asn1Value>& slot, int32_t number);
 

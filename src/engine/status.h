@@ -1,4 +1,4 @@
-// How a failure is told inside the library: a Status is passed up, and the place where it was found is recorded once.
+// Failures inside the library: a Status is passed up, and the failure place is recorded once, where the Status is made.
 #pragma once
 
 #include <algorithm>
@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-// A place in the sources. As a default argument it is the place of the call.
+// A module and a line. As a default argument it is the place of the call.
 struct SourceLocation {
   const char* module;
   uint32_t line;
@@ -41,14 +41,15 @@ class [[nodiscard]] Status {
 
 [[gnu::cold, gnu::noinline]] void RecordFailure(SourceLocation at);
 
-// Records the place and makes the status. A code that is merely passed up is not recorded again.
+// Makes a failure and records its place. A status that is merely passed up is not recorded again.
 inline Status Fail(TesselStatus code, SourceLocation at = {}) {
   RecordFailure(at);
   return Status(code);
 }
 
-// Where an exported function calls a helper. Failures that the helper finds in the caller's arguments are recorded
-// there. The default argument compiles in an exported function only: a helper hands on the place that it was given.
+// The source location at which an exported function calls a helper. The helper records failures in the caller's
+// arguments there. The default argument compiles in an exported function only: a helper passes on the location that it
+// was given.
 struct Caller : SourceLocation {
   consteval Caller(const char* file = __builtin_FILE(), uint32_t lineNumber = __builtin_LINE(),
                    const char* function = __builtin_FUNCTION())
@@ -60,7 +61,7 @@ struct Caller : SourceLocation {
   constexpr Caller(const SourceLocation& at) : SourceLocation(at) {}
 
  private:
-  // Not constexpr, so that calling it is an error where the default argument is used.
+  // Calling this function is a compile error, since it is not constexpr, and the error shows its name.
   static void HelpersHandOnTheCallersPlace() {}
 };
 
@@ -70,7 +71,7 @@ struct Caller : SourceLocation {
     if (const ::tessel::Status tried = (__VA_ARGS__); tried.Failed()) return tried; \
   } while (false)
 
-// The first of several statuses that is a failure. All of them have been found before.
+// The first failure among several statuses, if there is one. The calls that returned them have all been made.
 template <class... Statuses>
 Status FirstFailure(Status first, Statuses... others) {
   ((first = first.Failed() ? first : others), ...);

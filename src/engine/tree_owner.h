@@ -1,4 +1,4 @@
-// A tree that ends with its scope.
+// The owner of a tree, which is released at the end of the owner's scope.
 #pragma once
 
 #include <utility>
