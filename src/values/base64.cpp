@@ -13,7 +13,7 @@ namespace tessel {
 namespace {
 
 constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-// The characters of a line that is not the last.
+// The characters of a line that is not the last, with its break.
 constexpr size_t kWholeLine = kLineCharacters + kLineBreak.size();
 constexpr uint8_t kTopBit = 0x80;
 
@@ -31,7 +31,7 @@ void EncodeGroup(uint8_t first, uint8_t second, uint8_t third, char* out) {
   std::memcpy(out + 2, kPairs[bits & 0xFFF].data(), 2);
 }
 
-// One or two octets that are left over.
+// Encodes the one or two octets behind the last whole group.
 void EncodeLastGroup(Octets rest, char* out) {
   EncodeGroup(rest[0], rest.size() > 1 ? rest[1] : 0, 0, out);
   std::fill(out + 1 + rest.size(), out + 4, '=');
@@ -47,7 +47,8 @@ char* WriteLine(Octets line, char* out) {
   return out + 4;
 }
 
-// What a character stands for. The two large numbers are no mere marks: DecodeFromBase64 makes octets of them.
+// The value of each character. Callers can observe the two large numbers: DecodeFromBase64, which checks nothing, makes
+// octets of their bits.
 constexpr uint8_t kNotInAlphabet = 254;
 constexpr uint8_t kPadding = 255;
 constexpr std::array<uint8_t, 256> kValues = [] {
@@ -61,8 +62,8 @@ constexpr std::array<uint8_t, 256> kValues = [] {
   return values;
 }();
 
-// The part of a group's three octets, the first in the lowest bits, that a character makes in each of the four places.
-// A character outside the alphabet sets the bit above them.
+// What a character in each of the four places of a group adds to the three octets of the group, the first of which is
+// in the lowest bits. A character outside the alphabet also sets the bit kIsNotInAlphabet above them.
 constexpr uint32_t kIsNotInAlphabet = 0x80000000;
 using Parts = std::array<uint32_t, 256>;
 constexpr std::array<Parts, 4> kParts = [] {
@@ -88,9 +89,9 @@ void PutGroup(uint32_t group, uint8_t* out) {
   out[2] = static_cast<uint8_t>(group >> 16);
 }
 
-// Only the length of the text and its last two characters decide. What comes out is never more than the characters
-// hold: of 1, 2 or 3 characters beyond whole groups it counts 0, 1 or 2 octets, of the first character of a line break
-// none.
+// How many octets a text decodes to, by its length and its last two characters alone. 1, 2 or 3 characters beyond whole
+// groups count for 0, 1 or 2 octets, and the first character of a line break for none, so that the text always has the
+// characters of all octets that are counted.
 size_t DecodedSize(std::string_view text) {
   const uint64_t characters = text.size() - text.size() / kWholeLine * kLineBreak.size();
   const auto size = static_cast<size_t>(characters * 3 / 4);
@@ -103,7 +104,8 @@ size_t DecodedSize(std::string_view text) {
   return size - std::min(size, padding);
 }
 
-// Decodes the first `size` octets of a text without breaks, from just the characters that they are in. Checks nothing.
+// Decodes the first `size` octets of a text without line breaks. Checks nothing, and reads only the characters that
+// hold these octets.
 void DecodeUnchecked(const char* text, uint8_t* out, size_t size) {
   for (; size >= 3; size -= 3, text += 4, out += 3) PutGroup(GroupOf(text), out);
   if (size == 0) return;

@@ -24,8 +24,8 @@ char* WriteBase64Lines(Octets data, char* out);
 // Whether a character is "=". As everywhere in decoding, its top bit is not looked at.
 bool IsBase64Padding(char character);
 
-// Decodes groups of four characters up to the first group that has one outside the alphabet, at most `groups`, and
-// returns how many that were: three octets each. With a null `out` they are only counted.
+// Decodes at most `groups` groups of four characters, to three octets each, and returns how many it decoded: it stops
+// at a group that has a character outside the alphabet. With a null `out` the groups are only counted.
 size_t DecodeBase64Groups(const char* text, size_t groups, uint8_t* out);
 
 }  // namespace tessel

@@ -54,8 +54,8 @@ constexpr OidRow kAlgorithms[] = {
     {3002, Oid("1.2.643.7.1.1.3.2")}, {3003, Oid("1.2.643.7.1.1.3.3")},
 };
 
-// A text in the making. An octet of content makes at most nine characters of text, and the first two arcs and the NUL
-// fit into thirty.
+// A dotted text that is being written. An octet of content makes at most nine characters of text, and the first two
+// arcs and the NUL fit into thirty.
 class OidText {
  public:
   void Append(uint32_t arc) {
@@ -75,7 +75,7 @@ class OidText {
   size_t length_ = 0;
 };
 
-// Calls `use` with each arc of a content; the first one still stands for two.
+// Calls `use` with each arc of a content. The first two arcs come as one number (X.690, 8.19.4).
 template <class Use>
 Status ForEachArc(Octets content, Use use) {
   uint32_t arc = 0;
@@ -87,11 +87,12 @@ Status ForEachArc(Octets content, Use use) {
     use(arc);
     arc = 0;
   }
-  // DEVIATES: a last arc that does not end is left out as long as it is 0, for the same programs.
+  // DEVIATES: a last arc that does not end is left out as long as it is 0, for programs compare texts that they have
+  // stored.
   return arc == 0 ? Status() : Fail(TESSEL_INVALID_ARGUMENT);
 }
 
-// A component of a dotted text, read as C reads an int. False for one that has no digits or is another 0 than "0".
+// Reads a component of a dotted text. False when it is 0 but not written "0", as a component without digits is.
 bool ReadComponent(std::string_view component, uint32_t& arc) {
   std::string_view rest = component;
   while (!rest.empty() && (rest[0] == ' ' || (rest[0] >= '\t' && rest[0] <= '\r'))) rest.remove_prefix(1);
@@ -107,7 +108,7 @@ bool ReadComponent(std::string_view component, uint32_t& arc) {
   return arc != 0 || component == "0";
 }
 
-// A counted identifier in the making, as far as it can be counted.
+// A counted identifier that is being written. `full` tells that there was no room for an octet.
 struct OidBuilder {
   std::array<uint8_t, 1 + kMaximumOidContent> counted{};
   bool full = false;
@@ -120,7 +121,7 @@ struct OidBuilder {
   }
 };
 
-// Splits the text and appends its arcs, of which the first two become one.
+// Splits the text and appends its arcs, the first two as one number. False when the text is wrong or too long.
 bool AppendArcs(std::string_view text, OidBuilder& oid) {
   uint32_t first = 0;
   for (size_t component = 0;; ++component) {
@@ -208,7 +209,7 @@ uint32_t TESSEL_CALL ConvertOidToString(const uint8_t* oid, char* text, uint32_t
   Status status = ForEachArc(OidContent(oid), [&dotted](uint32_t arc) {
     if (dotted.View().empty()) {
       // DEVIATES: the first number is split by 40 whatever it is, so that 2.999 is told as 26.39 (X.690, 8.19.4), for
-      // the same programs.
+      // programs compare texts that they have stored.
       dotted.Append(arc / 40);
       arc %= 40;
     }

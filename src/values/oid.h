@@ -66,7 +66,7 @@ consteval CountedOid Oid(std::string_view text) {
   return oid;
 }
 
-// A table that gives identifiers numbers. Where either stands twice, the first row counts.
+// A row of a table that gives identifiers numbers. Where an identifier or number stands twice, its first row counts.
 struct OidRow {
   uint32_t id;
   CountedOid oid;
@@ -76,7 +76,7 @@ using OidTable = std::span<const OidRow>;
 Status FindId(OidTable table, Octets content, uint32_t& id, Caller at = {});
 Status FindOid(OidTable table, uint32_t id, const uint8_t*& counted, Caller at = {});
 
-// As FindAlgIdByOid and GetPublicKeyAlgorithmOid have it.
+// The table of FindAlgIdByOid and GetPublicKeyAlgorithmOid.
 OidTable AlgorithmTable();
 
 }  // namespace tessel

@@ -17,11 +17,11 @@ constexpr Text kBegin = "-----BEGIN ";
 constexpr Text kEnd = "-----END ";
 constexpr Text kMarkerEnd = "-----";
 
-// What a marker begins with where it is read.
+// The beginnings by which markers are recognised in a text that is read.
 constexpr std::array<Text, 2> kReadAsBegin = {"-----BEGIN", "----- BEGIN"};
 constexpr std::array<Text, 2> kReadAsEnd = {"-----END", "----- END"};
 
-// Every line ends with a break, so that no octets are no line between the markers.
+// The size of a PEM text. Every line ends with a break; without octets there is no line between the markers.
 uint64_t PemSize(uint64_t size, uint64_t labelSize) {
   const uint64_t beginSize = kBegin.size() + labelSize + kMarkerEnd.size() + kLineBreak.size();
   const uint64_t endSize = kEnd.size() + labelSize + kMarkerEnd.size() + kLineBreak.size();
@@ -41,7 +41,7 @@ void WritePem(Octets data, Text label, char* out) {
   WriteMarker(kEnd, label, out);
 }
 
-// Unlike substr this cannot fail, and so asks nothing of the C++ library.
+// The text from `at` on. Unlike substr this function cannot throw, and so needs no code of the C++ library.
 Text From(Text text, size_t at) {
   text.remove_prefix(at);
   return text;
@@ -66,16 +66,16 @@ Text AfterBegin(Text text) {
   return text;
 }
 
-// What stands before END, or all of a text that has none. As no Base64 has a hyphen, the first one must begin END:
-// otherwise there is no body.
+// What stands before END, or all of a text without a hyphen. No Base64 has a hyphen, so the first one must begin END:
+// otherwise the body is empty.
 Text BeforeEnd(Text text) {
   const size_t end = text.find('-');
   if (end == Text::npos) return text;
   return StartsWithOneOf(From(text, end), kReadAsEnd) ? text.substr(0, end) : Text();
 }
 
-// Decodes a group that ends with "=" or "==", unless `out` is null, and returns how many octets it holds; 0 when it is
-// no such group.
+// Decodes a group that ends with "=" or "==" and returns how many octets it holds; 0 when it is no such group. With a
+// null `out` they are only counted.
 size_t DecodePaddedGroup(Text text, uint8_t* out) {
   if (text.size() < 4 || !IsBase64Padding(text[3])) return 0;
   std::array<char, 4> group = {text[0], text[1], text[2], 'A'};
@@ -87,8 +87,8 @@ size_t DecodePaddedGroup(Text text, uint8_t* out) {
   return size;
 }
 
-// Decodes a body, unless `out` is null, and returns how many octets it holds; 0 when it is malformed, for an empty body
-// is that too.
+// Decodes a body and returns how many octets it holds; 0 when it is malformed or empty. With a null `out` they are only
+// counted.
 size_t DecodeBody(Text body, uint8_t* out) {
   size_t size = 0;
   while (!body.empty()) {
@@ -119,8 +119,8 @@ uint32_t TESSEL_CALL EncodePem(const uint8_t* data, uint32_t size, const char* l
 uint32_t TESSEL_CALL DecodePem(const char* text, uint32_t size, uint8_t* buffer, uint32_t* length) {
   if (text == nullptr || length == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Text body = BeforeEnd(AfterBegin({text, size}));
-  // Until all of the body was seen to be well-formed, what was decoded of it waits outside the caller's buffer. That is
-  // faster than to read the body twice.
+  // The body is decoded into other memory, and copied into the caller's buffer when all of it is well-formed. That is
+  // faster than reading the body twice.
   Scratch<uint8_t> octets;
   if (buffer != nullptr) {
     octets.reset(static_cast<uint8_t*>(AllocateOctets(body.size() / 4 * 3)));

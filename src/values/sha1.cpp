@@ -9,7 +9,8 @@
 namespace tessel {
 namespace {
 
-// What the processor does fastest, once it was asked. Threads that ask at the same time find the same.
+// The fastest compression on this processor; null before the first use. Threads that look for it at the same time find
+// the same.
 constinit std::atomic<Sha1Compression*> fastest{nullptr};
 
 Sha1Compression& FastestCompression() {

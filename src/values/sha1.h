@@ -1,4 +1,4 @@
-// SHA-1 (FIPS 180-4), which key identifiers are made with. Nothing here relies on it being hard to forge.
+// SHA-1 (FIPS 180-4), by which key identifiers are made. Nothing in the library relies on SHA-1 being secure.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@ using Sha1Digest = std::array<uint8_t, 20>;
 
 Sha1Digest Sha1(Octets data);
 
-// Below it, ways to compress whole blocks into the state.
+// Sha1 is built on functions that compress whole blocks into the state.
 inline constexpr size_t kSha1BlockSize = 64;
 using Sha1State = std::array<uint32_t, 5>;
 using Sha1Compression = void(Sha1State& state, const uint8_t* blocks, size_t count);

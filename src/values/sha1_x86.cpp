@@ -11,7 +11,7 @@ tessel::Sha1Compression* tessel::FindSha1Instructions() { return nullptr; }
 
 #include <utility>
 
-// What a function that uses the instructions is compiled for, whatever the rest of the library is.
+// The attribute of functions that use the instructions. The rest of the library is compiled for any x86 processor.
 #define TESSEL_SHA_TARGET gnu::target("sha,sse4.1")
 
 namespace tessel {
@@ -21,8 +21,8 @@ namespace {
 // the state, the earliest in the schedule.
 struct State {
   __m128i abcd;
-  // What the next four rounds get `e` from: that of the state before the first, then the `abcd` of four rounds before,
-  // whose `a` became `e`.
+  // Where the next four rounds get `e` from. Before the first round it is the state's own `e` in the highest word,
+  // later the `abcd` of four rounds ago, whose `a` has become `e`.
   __m128i e;
 };
 // Of the 20 vectors of the schedule the last four are kept: vector g stands at g % 4.

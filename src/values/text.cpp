@@ -24,7 +24,7 @@ consteval Utf8 Encoded(uint32_t codePoint) {
   return {{static_cast<char>(0xE0 | codePoint >> 12), kTail(codePoint >> 6), kTail(codePoint)}, 3};
 }
 
-// The letters and signs that have a place of their own; the other letters follow each other.
+// The letters and signs whose octets in Windows-1251 do not follow from kLetterDistance.
 struct AnsiRow {
   uint8_t ansi;
   uint16_t codePoint;
@@ -33,10 +33,11 @@ constexpr AnsiRow kOwnPlaces[] = {{0xA8, 0x0401}, {0xB8, 0x0451}, {0xAA, 0x0404}
                                   {0xBF, 0x0457}, {0xA1, 0x040E}, {0xA2, 0x045E}, {0xB0, 0x00B0}, {0xB7, 0x00B7},
                                   {0xA4, 0x00A4}, {0x95, 0x2022}, {0xB9, 0x2116}};
 
-// What separates a letter's code point from its octet.
+// The difference of a letter's code point and its octet: U+0410 is 0xC0.
 constexpr uint32_t kLetterDistance = 848;
 
-// Windows-1251 in UTF-8. The upper half is moved as one piece, so that the letters from 0xC0 on come right.
+// The UTF-8 of each octet of Windows-1251. All octets from 0x80 on are moved by kLetterDistance, which is right for the
+// letters from 0xC0 on.
 consteval std::array<Utf8, 256> MakeAnsiTable() {
   std::array<Utf8, 256> table{};
   for (uint32_t c = 0; c < 0x80; ++c) table[c] = Encoded(c);
@@ -77,7 +78,7 @@ bool StartsWith(Octets octets, const Utf8& character) {
                     [](uint8_t octet, char c) { return octet == static_cast<uint8_t>(c); });
 }
 
-// The octet of a sequence of two: of Cyrillic ones the letter, of others what the same bits make.
+// The octet of Windows-1251 for a UTF-8 sequence of two octets.
 uint8_t AnsiOfPair(uint8_t lead, uint8_t continuation) {
   // DEVIATES: a bit of the lead octet is lost (RFC 3629, 3), so that other scripts come out as Cyrillic: programs
   // compare texts that they have shown.
@@ -100,8 +101,8 @@ bool TakeAnsi(Octets& utf8, AnsiRepertoire repertoire, uint8_t& ansi) {
       }
     }
     const uint8_t first = utf8[0];
-    // DEVIATES: sequences of three and four octets, and octets out of place, make nothing (RFC 3629, 3), for the same
-    // programs.
+    // DEVIATES: sequences of three and four octets, and octets out of place, make nothing (RFC 3629, 3): programs
+    // compare texts that they have shown.
     const bool isPair = (first & 0xE0) == 0xC0 && utf8.size() > 1;
     if (first < 0x80) ansi = first;
     if (isPair) ansi = AnsiOfPair(first, utf8[1]);
@@ -112,8 +113,8 @@ bool TakeAnsi(Octets& utf8, AnsiRepertoire repertoire, uint8_t& ansi) {
 }
 
 uint8_t AnsiOfUnit(uint16_t unit) {
-  // DEVIATES: U+0080 to U+00FF become the octets of the same number, which are others in Windows-1251, for the same
-  // programs.
+  // DEVIATES: U+0080 to U+00FF become the octets of the same number, which are others in Windows-1251: programs compare
+  // texts that they have shown.
   if (unit < 0x100) return static_cast<uint8_t>(unit);
   for (const AnsiRow& row : kOwnPlaces) {
     if (row.codePoint == unit) return row.ansi;

@@ -1,4 +1,5 @@
-// On 32-bit Linux the C library's time reaches beyond 2038 when it is asked to before its first header.
+// On 32-bit Linux these macros let std::time_t reach beyond 2038. They must stand before the first header of the C
+// library.
 #if defined(__linux__) && !defined(__LP64__)
 #define _FILE_OFFSET_BITS 64
 #define _TIME_BITS 64
@@ -82,7 +83,7 @@ constexpr uint32_t kMonths = 12;
 constexpr uint32_t kShortFebruary = 28;
 constexpr uint32_t kLongFebruary = 29;
 
-// The calendar repeats itself after so many years, which have so many days.
+// The calendar repeats itself after a cycle of 400 years.
 constexpr uint32_t kCycleYears = 400;
 constexpr uint32_t kCycleDays = 146097;
 
@@ -97,10 +98,10 @@ constexpr uint32_t DaysIn(uint32_t month, uint32_t february) {
   return month == 2 ? february : kDays[month - 1];
 }
 
-// The February that day arithmetic ended with, which a later call that starts in a common year goes on with. Callers
-// depend on it; the order in which threads see each other's does not matter.
-// DEVIATES: a call that begins in a common year goes on with the February of the call before: programs rely on the
-// dates.
+// The number of days in February with which the last call of AddDays ended. The order in which threads see each other's
+// number does not matter.
+// DEVIATES: a call that begins in a common year goes on with the February of the call before, which may have 29 days:
+// programs rely on the dates.
 constinit std::atomic<uint32_t> lastFebruary{kShortFebruary};
 
 template <class Record>
@@ -112,7 +113,8 @@ Status AddDays(Record* time, uint32_t days, Caller at = {}) {
   while (day > DaysIn(time->month, february)) {
     day -= DaysIn(time->month, february);
     if (++time->month <= kMonths) continue;
-    // From a January on February is the calendar's, so whole cycles need not be walked through.
+    // From this January on every February has the days of its own year, unlike the one that the call began with. So
+    // whole cycles can be skipped instead of counted month by month.
     const uint64_t cycles = (day - 1) / kCycleDays;
     day -= cycles * kCycleDays;
     time->month = 1;
@@ -124,9 +126,9 @@ Status AddDays(Record* time, uint32_t days, Caller at = {}) {
   return Status();
 }
 
-// Seconds since 1970 of a time whose month is one; the other fields count as they are.
+// Seconds since 1 January 1970. The month must be 1 to 12; other fields that are out of range are added as they are.
 int64_t SecondsSinceEpoch(const LibraryTime& time) {
-  // From 1 January of year -399, from which the count is positive and begins a cycle.
+  // Days are counted from 1 January of the year -399, which begins a cycle, so that no count is negative.
   constexpr int64_t kDaysTo1970 = kCycleDays + 719162;
   const int64_t yearsBefore = int64_t{time.year} - 1 + kCycleYears;
   int64_t days = yearsBefore * 365 + yearsBefore / 4 - yearsBefore / 100 + yearsBefore / 400;
@@ -135,7 +137,7 @@ int64_t SecondsSinceEpoch(const LibraryTime& time) {
   return ((days * 24 + time.hour) * 60 + time.minute) * 60 + time.second;
 }
 
-// The platform's clock. A time that it cannot tell or split gives nothing.
+// The platform's clock, and the split of its seconds into fields.
 
 #if defined(_WIN32)
 
@@ -148,7 +150,7 @@ bool SplitLocal(int64_t seconds, std::tm& fields) { return _localtime64_s(&field
 
 int64_t ReadClock() { return std::time(nullptr); }
 
-// Time may have 32 bits.
+// Converts to std::time_t. It may have 32 bits: false when the seconds do not fit.
 bool Narrow(int64_t seconds, std::time_t& narrowed) {
   narrowed = static_cast<std::time_t>(seconds);
   return narrowed == seconds;
@@ -192,7 +194,7 @@ bool Store(uint32_t value, uint32_t lowest, uint32_t highest, uint32_t& field) {
   return true;
 }
 
-// One after the other, up to the first that is out of its range.
+// Stores one field after the other, up to the first that is out of its range.
 template <class Record>
 bool StoreToSecond(Record& time, const Record& fields) {
   // DEVIATES: every year has a 29 February, none is beyond 2100 (RFC 5280, 4.1.2.5, has 9999), and what passed before a
@@ -215,7 +217,7 @@ Status StoreFields(Record* time, const Record& fields, Caller at) {
   return StoreAll(*time, fields) ? Status() : Fail(TESSEL_INVALID_TIME, at);
 }
 
-// A null handle reads as a null time, and is recorded as a failure.
+// Reads a time for CompareTime. For a null handle it records a failure and returns a null time.
 LibraryTime ReadForComparison(const LibraryTime* time) {
   // DEVIATES: a null handle compares as a time before all others, for there is no status that could refuse it.
   LibraryTime read{};
@@ -271,8 +273,8 @@ uint32_t TESSEL_CALL SetAccuracy(Accuracy* accuracy, uint32_t seconds, uint32_t 
   return CopyRecord(accuracy, &fields);
 }
 
-// DEVIATES: these refuse the zeros as SetLibraryTime does, and the record stays: the reading of absent times relies on
-// it.
+// DEVIATES: the next two functions refuse zeros as SetLibraryTime does, and the record stays: the reading of absent
+// times relies on it.
 uint32_t TESSEL_CALL SetLibraryTimeToNull(LibraryTime* time) { return SetFields(time, {}); }
 
 uint32_t TESSEL_CALL SetLibraryPreciseTimeToNull(LibraryPreciseTime* time) { return SetFields(time, {}); }
@@ -338,6 +340,6 @@ int32_t TESSEL_CALL CompareTime(const LibraryTime* first, const LibraryTime* sec
 }
 
 uint32_t TESSEL_CALL TestTimeValidity(const LibraryTime* start, const LibraryTime* moment, const LibraryTime* end) {
-  // DEVIATES: 0 says yes, as a status would, but this is none: programs test for it.
+  // DEVIATES: the answer to yes is 0, though the result is no status: programs test for it.
   return CompareTime(start, moment) > 0 || CompareTime(moment, end) > 0 ? 1 : 0;
 }

@@ -13,7 +13,7 @@
 
 namespace tessel {
 
-// As SetLibraryTime and SetLibraryPreciseTime: what passes before a field that is out of range is kept.
+// Do what SetLibraryTime and SetLibraryPreciseTime do: fields before the first one that is out of range stay stored.
 Status SetFields(LibraryTime* time, const LibraryTime& fields, Caller at = {});
 Status SetFields(LibraryPreciseTime* time, const LibraryPreciseTime& fields, Caller at = {});
 
@@ -25,7 +25,8 @@ Status ReadPreciseTime(const Asn1Value& node, LibraryPreciseTime* time, Caller a
 // For the crlIssuedTime of a CrlValidatedId: a UTCTime of 13 octets, as every valid one is, is TESSEL_INVALID_CONTENT.
 Status ReadCrlIssuedTime(const Asn1Value& node, LibraryTime* time, Caller at = {});
 
-// A record made into a node that lives in its own scope, to be encoded or copied from there. It is no part of a tree.
+// A node that is made of a record, to be encoded or copied. It lives in the scope of this object and is no part of a
+// tree.
 class TimeNode {
  public:
   TimeNode() = default;

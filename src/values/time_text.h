@@ -12,8 +12,8 @@
 
 namespace tessel {
 
-// Reading. Fields are taken as they come: an octet that is no digit counts as far as it lies from '0', and what becomes
-// of it is left to the setter of the record. Nothing is read of a text that is too short.
+// Reading. The fields are not checked here, but by the setter of the record. Nothing is read of a text that is too
+// short.
 
 inline constexpr size_t kShortestUtcTime = 13;
 inline constexpr size_t kShortestGeneralizedTime = 15;
@@ -26,7 +26,7 @@ constexpr uint32_t ReadDigits(Octets digits) {
   return number;
 }
 
-// From MMDDHHMMSS.
+// Reads MMDDHHMMSS.
 constexpr LibraryTime ReadMonthToSecond(uint32_t year, Octets text) {
   const auto pair = [text](size_t at) { return ReadDigits(text.subspan(at, 2)); };
   return {year, pair(0), pair(2), pair(4), pair(6), pair(8)};
@@ -40,7 +40,7 @@ constexpr std::optional<LibraryTime> ParseUtcTime(Octets text) {
   return ReadMonthToSecond(year < 50 ? year + 2000 : year + 1900, text.subspan(2));
 }
 
-// The crlIssuedTime of a CrlValidatedId: a UTCTime, from which the length of a GeneralizedTime is demanded.
+// Reads the crlIssuedTime of a CrlValidatedId: a UTCTime that must be as long as a GeneralizedTime.
 constexpr std::optional<LibraryTime> ParseCrlIssuedTime(Octets text) {
   // DEVIATES: a UTCTime of 13 octets, as all valid ones are, is refused: programs that read these identifiers rely on
   // it.
@@ -53,7 +53,7 @@ constexpr std::optional<LibraryTime> ParseGeneralizedTime(Octets text) {
   return ReadMonthToSecond(ReadDigits(text.first(4)), text.subspan(4));
 }
 
-// The first three digits, those that are missing taken as zeros.
+// Reads the first three digits. Digits that are missing count as zeros.
 constexpr uint32_t ReadThousandths(Octets digits) {
   const size_t given = std::min<size_t>(digits.size(), 3);
   uint32_t number = ReadDigits(digits.first(given));
@@ -65,7 +65,7 @@ constexpr LibraryPreciseTime WithFraction(const LibraryTime& time, uint32_t mill
   return {time.year, time.month, time.day, time.hour, time.minute, time.second, millisecond, microsecond};
 }
 
-// YYYYMMDDHHMMSS[.f...]Z. A single octet between the seconds and the Z is passed over, whatever it is.
+// Reads YYYYMMDDHHMMSS[.f...]Z.
 constexpr std::optional<LibraryPreciseTime> ParsePreciseTime(Octets text) {
   constexpr size_t kPoint = 14;
   const auto time = ParseGeneralizedTime(text);
@@ -79,7 +79,7 @@ constexpr std::optional<LibraryPreciseTime> ParsePreciseTime(Octets text) {
   return WithFraction(*time, ReadThousandths(fraction), ReadThousandths(behindMilliseconds));
 }
 
-// Writing. There is no text of a time whose fields do not fit into their places.
+// Writing. Fits() is false when a number has more digits than its place in the text.
 
 class TimeText {
  public:
