@@ -49,7 +49,7 @@ constexpr OidRow kEncryptionSets[] = {
     {6, Oid("1.2.643.2.2.31.6")}, {7, Oid("1.2.643.2.2.31.7")}, {9, Oid("1.2.643.7.1.2.5.1.1")},
 };
 
-// Which parameter sets the keys of an algorithm have, as bits by their numbers.
+// Which parameter sets the keys of an algorithm may have: bit n stands for the set with the number n.
 constexpr uint32_t Numbers(std::initializer_list<uint32_t> numbers) {
   uint32_t bits = 0;
   for (const uint32_t number : numbers) bits |= 1U << number;
@@ -92,16 +92,16 @@ Status FindSet(OidTable table, const ReadSlot<Asn1Oid>& slot, uint32_t& id) {
   return FindId(table, ContentOf(*oid), id, slot.At());
 }
 
-// Parameters that are no SEQUENCE of sets are malformed, whatever is wrong with them.
+// Decodes parameters. TESSEL_MALFORMED: they are no SEQUENCE of parameter sets, whatever the decoder finds wrong.
 Status DecodeParameters(const TypeOf<AlgorithmGostR3410Parameters>& item, Octets parameters,
                         TreeOwner<AlgorithmGostR3410Parameters>& tree, Caller at = {}) {
   // DEVIATES: a digest set is required, which RFC 9215 (4.2) leaves out of newer keys, and an encryption set is read:
-  // both types have the form of 2001, which is public.
+  // both types have the members of the type of 2001, and are public.
   Status status = Decode(item, parameters.data(), static_cast<uint32_t>(parameters.size()), tree.Out(), at);
   return status.Ok() || status == TESSEL_OUT_OF_MEMORY ? status : Fail(TESSEL_MALFORMED, at);
 }
 
-// For numbers the schema of 2001 serves for all algorithms.
+// Decodes parameters to the numbers of their sets, by the type of 2001 for all algorithms.
 Status DecodeSets(Octets parameters, GostParameterSets& sets, Caller at = {}) {
   // DEVIATES: an encryption set that is left out has the number of the DEFAULT of 2001, of a key of 2012 too: programs
   // compare it.
@@ -185,7 +185,7 @@ Status GetAlgorithm(const ReadSlot<AlgorithmIdentifier>& slot, const AlgorithmBu
 
 namespace {
 
-// What takes the place of the members of an algorithm identifier. Empty parameters are left out.
+// Copies that are to replace both members of an algorithm identifier. Null parameters remove that member.
 class AlgorithmReplacement {
  public:
   AlgorithmReplacement(const Slot<AlgorithmIdentifier>& slot, const Asn1Oid& oid, const Asn1Any* parameters)

@@ -28,8 +28,8 @@ struct GostParameterSets {
   uint32_t encryption = 0;
 };
 
-// Where an algorithm identifier goes: a counted identifier and the element of the parameters. A half whose buffer and
-// length are both null is left out.
+// A caller's buffers for an algorithm identifier: its counted identifier, and the element of its parameters. A half
+// whose buffer and length are both null is left out.
 struct AlgorithmBuffers {
   uint8_t* oid;
   uint32_t* oidLength;
@@ -37,7 +37,7 @@ struct AlgorithmBuffers {
   uint32_t* parametersLength;
 };
 
-// The halves of an algorithm identifier; both are always answered.
+// Delivers both halves of an algorithm identifier, one also when the other fails, and returns the status of each.
 struct AlgorithmHalves {
   Status oid;
   Status parameters;
@@ -67,11 +67,12 @@ class EncodedGostAlgorithm {
   uint32_t length_ = 0;
 };
 
-// As SetAlgorithmGostR34102001AndParameters.
+// Does what SetAlgorithmGostR34102001AndParameters does.
 Status SetGostAlgorithm(const Slot<AlgorithmIdentifier>& slot, uint32_t id, uint8_t mode,
                         const GostParameterSets& sets);
 
-// The parameter sets of a key, checked to be those of its algorithm. As GetCertificateDecodedPublicKeyGostR34102012.
+// Reads the parameter sets of a key, which must be such as its algorithm allows, as
+// GetCertificateDecodedPublicKeyGostR34102012 does.
 Status GetGostParameterSets(const ReadSlot<AlgorithmIdentifier>& slot, GostParameterSets& sets);
 
 }  // namespace tessel

@@ -34,7 +34,7 @@ constexpr Path<&Certificate::tbsCertificate, &TbsCertificate::subjectUniqueID> k
 constexpr Path<&Certificate::signatureAlgorithm> kOuterSignatureAlgorithm;
 constexpr Path<&Certificate::signatureValue> kSignatureValue;
 
-// What stands beside the to-be-signed part counts only with it.
+// The slot of a member beside the to-be-signed part. It is unreachable also when that part is absent.
 template <class Member, class Handle>
 auto InSigned(const Member& member, Handle* certificate, Caller at = {}) {
   auto slot = member.In(certificate, at);
@@ -48,7 +48,7 @@ Status SetUniqueId(const Slot<Asn1BitString>& slot, const uint8_t* octets, uint3
   return octets == nullptr ? Remove(slot, kBitString) : SetBits(slot, octets, size, unused);
 }
 
-// In the to-be-signed part and beside the signature.
+// Sets the algorithm in the to-be-signed part and the one beside the signature.
 Status SetSignatureAlgorithms(Certificate* certificate, const uint8_t* oid, Octets parameters, Caller at = {}) {
   return SetAlgorithms(kInnerSignatureAlgorithm.In(certificate, at), kOuterSignatureAlgorithm.In(certificate, at), oid,
                        parameters);
@@ -78,7 +78,8 @@ Status GetWrappedKey(const Certificate* certificate, size_t largest, uint8_t* bu
 
 Status FindCertificateExtension(const Certificate* certificate, Octets oid, Octets& value, Caller at) {
   if (certificate == nullptr) return Fail(TESSEL_INVALID_ARGUMENT, at);
-  // DEVIATES: other functions say TESSEL_ABSENT: programs that look for an extension test for one status.
+  // DEVIATES: without a to-be-signed part other functions say TESSEL_ABSENT: programs that look for an extension test
+  // for one status.
   if (certificate->tbsCertificate == nullptr) return Fail(TESSEL_NOT_FOUND, at);
   return FindExtensionValue(kCertificateExtensions.In(certificate, at), oid, value);
 }
@@ -307,7 +308,7 @@ uint32_t TESSEL_CALL SetCertificateGostR34102001PublicKey(Certificate* certifica
   std::array<uint8_t, 256> wrapped;
   uint32_t length = wrapped.size();
   Status status = Encode(kOctetString, &octets, wrapped.data(), &length);
-  // Nothing else can be wrong with it.
+  // The only failure that is possible here is a key too large for `wrapped`.
   if (status.Failed()) return Fail(TESSEL_INTERNAL_BUFFER_TOO_SMALL);
   return SetBits(kCertificatePublicKey.In(certificate), wrapped.data(), length);
 }
@@ -358,7 +359,7 @@ uint32_t TESSEL_CALL SetCertificateExtensionCrlDistributionPoints(Certificate* c
   if (uri == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   const Slot<X509Extensions> extensions = kCertificateExtensions.In(certificate);
   TRY(extensions.Unreachable());
-  // A text can have more octets than a node can tell.
+  // The size is checked before it goes into a node, because the length of a node has 32 bits.
   const size_t size = std::strlen(uri);
   // DEVIATES: the status tells of a buffer, though the caller has none: programs test for it.
   if (size > kLargestValue) return Fail(TESSEL_BUFFER_TOO_SMALL);

@@ -28,7 +28,7 @@ constexpr Path<&PolicyInformation::policyIdentifier> kPolicyIdentifier;
 constexpr Path<&PolicyInformation::policyQualifiers> kQualifiersOfPolicy;
 constexpr Path<&PolicyQualifierInfo::policyQualifierId> kQualifierId;
 
-// The qualifiers of a policy, for those who ask for one of them: without any there is no such index.
+// The qualifiers of a policy, of which one is asked for by its index. TESSEL_INVALID_ARGUMENT: the policy has none.
 Status LoadQualifiers(const ExtensionCertificatePolicies* list, uint32_t policyIndex, PolicyQualifiers*& qualifiers,
                       Caller at = {}) {
   const ReadSlot<PolicyQualifiers> slot = kQualifiersOfPolicy.In(ElementOf(list, policyIndex, at));
@@ -165,13 +165,13 @@ uint32_t TESSEL_CALL AddExtensionCrlDistributionPoint(ExtensionCrlDistributionPo
   if (list == nullptr || nothing || (fullName != nullptr && relativeName != nullptr)) {
     return Fail(TESSEL_INVALID_ARGUMENT);
   }
-  // One object is taken once.
+  // An object can be taken only once, so fullName and cRLIssuer must not be the same.
   const bool canBeTaken = CanBeTaken(fullName) && CanBeTaken(relativeName) && CanBeTaken(cRLIssuer);
   if (!canBeTaken || (fullName != nullptr && fullName == cRLIssuer)) return Fail(TESSEL_INVALID_ARGUMENT);
   TreeOwner<X509GeneralNames> full(kX509GeneralNames, fullName);
   TreeOwner<X509Name> relative(kX509Name, relativeName);
   TreeOwner<X509GeneralNames> issuer(kX509GeneralNames, cRLIssuer);
-  // Copied without the names, whose places the caller's own then take.
+  // The distribution point is copied without names. The caller's own names are then put into the copy.
   DistributionPointName name{
       {fullName != nullptr ? DistributionPointName::fullName : DistributionPointName::nameRelativeToCRLIssuer,
        nullptr}};
@@ -272,9 +272,8 @@ uint32_t TESSEL_CALL AddExtensionPolicyQualifier(ExtensionCertificatePolicies* l
   if (qualifierId == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   PolicyInformation* policy = nullptr;
   TRY(GetElement(list, policyIndex, &policy));
-  // DEVIATES: what is added reads as the policy, and not as the qualifier: programs that have qualifiers build the
-  // value themselves.
-  // The policy itself would be released twice: a stand-in that reads as it does takes its place.
+  // DEVIATES: the qualifier that is added has the policy's identifier, and not `qualifierId` and `qualifier`: programs
+  // that have qualifiers build the value themselves.
   const PolicyQualifierInfo standIn{policy->policyIdentifier, nullptr};
   return AddCopyTo(kQualifiersOfPolicy.In(policy), kPolicyQualifiers, kPolicyQualifierInfo, &standIn);
 }

@@ -36,7 +36,7 @@ Status DecodeNamedBits(const uint8_t* data, uint32_t size, uint32_t* flags, Call
   return Status();
 }
 
-// A field that is absent has the length 0.
+// Delivers the content of a member. A member that is absent has the length 0.
 Status DeliverOptional(const Asn1Value* field, uint8_t* buffer, uint32_t* length, Caller at = {}) {
   return Deliver(field == nullptr ? Octets() : ContentOf(*field), buffer, length, at);
 }
@@ -46,7 +46,8 @@ Status ReadUsageTime(const Asn1Value* field, LibraryTime* time, Caller at = {}) 
   return field == nullptr ? Status() : ReadGeneralizedTime(*field, time, at);
 }
 
-// What a decoded issuing distribution point says about its name. It stands where no release takes anything away.
+// What callers get for the name of a decoded issuing distribution point: a pointer to an empty list. The list is kept
+// off the heap's alignment, so that releasing it does nothing.
 // DEVIATES: a name comes back as a pointer that tells its presence alone: the tree that holds it ends with the call,
 // and callers only ask for null.
 template <class List>
@@ -57,7 +58,8 @@ struct alignas(kHeapAlignment) PresenceMark {
 template <class List>
 constexpr PresenceMark<List> kPresent;
 
-// A [1] that cannot be the BOOLEAN is the reasons: no value has a flag under this tag.
+// The type of a point with reasons. They have the tag [1] of onlyContainsUserCerts, which therefore gets a tag here
+// that no value has.
 constexpr int32_t kNeverUsed = INT32_MAX;
 constexpr const auto& kIssuingDistributionPointWithReasons =
     kIssuingDistributionPointWith<Default<Implicit<kNeverUsed, kBoolean>, kFalse>>;
@@ -68,7 +70,7 @@ Status DecodeIssuingDistributionPoint(const uint8_t* data, uint32_t size, TreeOw
   if (status != TESSEL_INVALID_CONTENT) return status;
   Status withReasons = Decode(kIssuingDistributionPointWithReasons, data, size, point.Out(), at);
   if (withReasons == TESSEL_OUT_OF_MEMORY) return withReasons;
-  // Empty reasons would look like the flag.
+  // A content of one octet is a flag with invalid content, rather than reasons without a bit.
   const Asn1BitString* reasons = withReasons.Ok() ? point.Get()->onlySomeReasons : nullptr;
   return reasons != nullptr && reasons->length != 0 ? withReasons : status;
 }
@@ -79,13 +81,13 @@ void TellFlag(const Asn1Value* field, uint8_t* flag, uint32_t* present) {
   if (!content.empty()) *flag = content[0];
 }
 
-// A flag that is not given is left out.
+// The member for a flag; null, which leaves it out, when it is not present.
 Asn1Value* FlagOrNull(uint8_t flag, uint32_t present) { return present == 0 ? nullptr : BorrowBoolean(flag != 0); }
 
 }  // namespace
 }  // namespace tessel
 
-// Values of one field.
+// Values of one member.
 
 uint32_t TESSEL_CALL EncodeExtensionKeyUsage(uint32_t usage, uint8_t* buffer, uint32_t* length) {
   return EncodeNamedBits(usage, buffer, length);
@@ -150,7 +152,7 @@ uint32_t TESSEL_CALL DecodeExtensionInvalidityDate(const uint8_t* data, uint32_t
   return DecodeAsn1GeneralizedTime(data, size, time);
 }
 
-// SEQUENCEs of a few fields.
+// SEQUENCEs of a few members.
 
 uint32_t TESSEL_CALL EncodeExtensionBasicConstraints(uint32_t cA, uint32_t pathLength, uint8_t* buffer,
                                                      uint32_t* length) {
@@ -168,10 +170,10 @@ uint32_t TESSEL_CALL DecodeExtensionBasicConstraints(const uint8_t* data, uint32
   TRY(kCa.In(constraints.Get()).Load(flag));
   int32_t number = -1;
   if (constraints->pathLenConstraint != nullptr) TRY(GetNumber(kPathLength.In(constraints.Get()), &number));
+  // DEVIATES: TRUE is 0xFF, and 1 where a BOOLEAN is read alone: programs compare it.
   *cA = flag->data[0];
   *pathLength = static_cast<uint32_t>(number);
   return Status();
-  // DEVIATES: TRUE is 0xFF, and 1 where a BOOLEAN is read alone: programs compare it.
 }
 
 uint32_t TESSEL_CALL EncodeExtensionAuthorityKeyIdentifier(const uint8_t* keyIdentifier, uint32_t keyIdentifierSize,

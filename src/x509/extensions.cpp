@@ -57,8 +57,8 @@ Status AddExtension(const Slot<X509Extensions>& slot, const X509Extension& exten
 
 }  // namespace
 
-// A struct of one pointer and that pointer stand at the same address. The library never uses the name of the member, so
-// that there is one type by which the place is reached.
+// A struct whose only member is a pointer has the address of that pointer. The library never uses the name of the
+// member, so that only one type is used to access the pointer.
 X509ExtensionsSlot* PublicSlot(X509Extensions*& member) { return reinterpret_cast<X509ExtensionsSlot*>(&member); }
 
 Slot<X509Extensions> MemberOf(X509ExtensionsSlot* slot, Caller at) {
@@ -88,7 +88,8 @@ Status FindExtensionValue(const ReadSlot<X509Extensions>& slot, Octets oid, Octe
   TRY(FindExtension(slot, oid, index));
   Asn1Value* node = nullptr;
   TRY(kExtensionValue.In(ElementOf(slot, index)).Load(node));
-  // An empty value has a place too: to decode it is malformed, not a null argument.
+  // An empty value has an address too, because decoding a null one would be TESSEL_INVALID_ARGUMENT and not
+  // TESSEL_MALFORMED.
   static constexpr uint8_t kNothing = 0;
   value = node->length == 0 ? Octets(&kNothing, 0) : ContentOf(*node);
   return Status();
@@ -208,8 +209,8 @@ uint32_t TESSEL_CALL RemoveX509ExtensionsExtension2(X509ExtensionsSlot* slot, co
   if (slot == nullptr || oid == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   X509Extensions* list = MemberOf(slot).OrNull();
   if (list == nullptr) return Status();
-  // DEVIATES: of neighbours with the identifier some stay: programs add one of each, and rely on what stays of others.
-  // What follows a removed extension is passed over.
+  // DEVIATES: the extension behind a removed one is passed over, so that of neighbours with the identifier some stay:
+  // programs add one of each, and rely on what stays of others.
   bool isGone = false;
   RemoveIf(*list, kX509Extension, [&](uint32_t i) {
     isGone = !isGone && HasId(list->At(i), OidContent(oid));
@@ -228,7 +229,7 @@ uint32_t TESSEL_CALL ClearX509Extensions(X509ExtensionsSlot* slot) {
 
 uint32_t TESSEL_CALL SetX509ExtensionsSorted(X509ExtensionsSlot* slot, uint32_t sorted) {
   if (slot == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
-  // DEVIATES: the mark has no effect, for extensions are a SEQUENCE OF (RFC 5280, 4.1): programs call it all the same.
+  // DEVIATES: `sorted` has no effect, for extensions are a SEQUENCE OF (RFC 5280, 4.1): programs call the function.
   SetAsn1ListSorted(MemberOf(slot).OrNull(), sorted);
   return Status();
 }

@@ -32,7 +32,7 @@ constexpr size_t kLargestHashedKey = 512;
 constexpr size_t kLargestSerialNumber = 64;
 constexpr size_t kLargestArdekIdentifier = 138;
 
-// The value of a key identifier extension, when it is not larger than they may be: `tooLarge` tells that it is.
+// Finds the value of a key identifier extension. `tooLarge` is the status of one above kLargestExtensionValue.
 Status FindIdentifier(const Certificate* certificate, const CountedOid& oid, TesselStatus tooLarge, Octets& value,
                       Caller at = {}) {
   TRY(FindCertificateExtension(certificate, oid.Content(), value, at));
@@ -48,7 +48,7 @@ Status ReplaceValue(const Slot<X509Extensions>& extensions, const CountedOid& oi
   return ReplaceExtension(extensions, oid, value.Get());
 }
 
-// As GetCertificateSubjectKeyIdentifier.
+// Does what GetCertificateSubjectKeyIdentifier does.
 Status ReadKeyIdentifier(const Certificate* certificate, TesselStatus tooLarge, uint8_t* buffer, uint32_t* length,
                          Caller at = {}) {
   Octets value;
@@ -56,7 +56,7 @@ Status ReadKeyIdentifier(const Certificate* certificate, TesselStatus tooLarge, 
   return DecodeContent(kOctetString, value, buffer, length, at);
 }
 
-// A key identifier of a size that this file reads itself. TESSEL_INTERNAL_BUFFER_TOO_SMALL: it is longer.
+// The subject key identifier of a certificate. TESSEL_INTERNAL_BUFFER_TOO_SMALL: it has more than 32 octets.
 struct KeyIdentifier {
   std::array<uint8_t, 32> octets;
   uint32_t length = static_cast<uint32_t>(octets.size());
@@ -140,7 +140,7 @@ uint32_t TESSEL_CALL SetCertificateAuthorityKeyIdentifier(Certificate* certifica
   if (certificate == nullptr || issuer == nullptr) return Fail(TESSEL_INVALID_ARGUMENT);
   KeyIdentifier key;
   Status read = key.Read(issuer);
-  // Any other failure says that there is none to point to.
+  // After any other failure the issuer counts as one without a key identifier.
   if (read == TESSEL_OUT_OF_MEMORY) return read;
   if (read.Failed()) key.length = 0;
   Asn1Value* serial = nullptr;

@@ -70,7 +70,7 @@ Status NameText::AppendValue(const Asn1Any& value) {
       status = Append(AnsiOfUnit(static_cast<uint16_t>(content[0] << 8 | content[1])));
     }
   } else {
-    // DEVIATES: another type, PrintableString too, becomes question marks, for the same programs.
+    // DEVIATES: another type, PrintableString too, becomes question marks: programs compare texts that they have shown.
     for (size_t i = 0; status.Ok() && i < content.size(); ++i) status = Append('?');
   }
   return status;

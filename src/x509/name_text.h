@@ -11,15 +11,15 @@
 
 namespace tessel {
 
-// A text of limited length in the making. TESSEL_BUFFER_TOO_SMALL: it would be longer.
+// A text of limited length that is being written. TESSEL_BUFFER_TOO_SMALL: it would be longer.
 class NameText {
  public:
-  // The serial number and ", ", when all its octets are characters; otherwise nothing.
+  // Appends the serial number and ", " when all its octets are characters; otherwise nothing.
   Status AppendSerialNumber(Octets serial);
-  // The common names: of each RDN the first one. A null name has none.
+  // Appends the first common name of each RDN. A null name has none.
   Status AppendCommonNames(const X509Name* name);
 
-  // The text goes out with a NUL, which counts in the length that is needed, but not in that of the text written.
+  // Delivers the text with a NUL, which counts in the length that is needed, but not in that of the text written.
   Status DeliverTo(char* buffer, uint32_t* length, Caller at = {}) const;
 
  private:

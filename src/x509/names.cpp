@@ -37,7 +37,7 @@ Status GetName(const Slot<NameChoice>& slot, X509Name** name) {
   if (choice->value == nullptr) {
     X509Name* empty = nullptr;
     TRY(Create(kX509Name, Leaves::kEmpty, &empty, slot.At()));
-    // Only what there is to clear could fail.
+    // SetChoice can fail only in releasing the node of an alternative, and there is none.
     static_cast<void>(SetChoice(kNameChoice, *choice, 0, empty));
   }
   *name = static_cast<X509Name*>(choice->value);
@@ -64,7 +64,7 @@ Status SetName(const Slot<NameChoice>& slot, const X509Name* name, Ownership own
 
 namespace {
 
-// Whether an item can have the tag.
+// Whether the class and the constructed bit are such, and a descriptor can have the tag number.
 bool IsElementTag(const ElementTag& tag) {
   return (tag.tagClass & ~kClassBits) == 0 && (tag.constructed & ~kConstructedBit) == 0 && tag.number <= INT32_MAX;
 }
@@ -78,14 +78,14 @@ Status MakeAttribute(const uint8_t* oid, ElementTag tag, Octets content, TreeOwn
   return SetOpenValue(*attribute->value, tag, tag.number, content);
 }
 
-// An empty span stands for a value that is absent.
+// The encoding of an attribute's value; empty when it is absent.
 Octets EncodingOfValue(const AttributeTypeAndValue* attribute) {
   return attribute == nullptr || attribute->value == nullptr ? Octets() : ContentOf(*attribute->value);
 }
 
+// Compares the length octets and the content of two values, but not their identifier octets.
 // DEVIATES: attribute types and string types do not count, and case and blanks do (RFC 5280, 7.1): programs find
 // issuers so.
-// Length and content are compared, the identifier octet is not.
 bool HaveSameValue(const AttributeTypeAndValue* first, const AttributeTypeAndValue* second) {
   const Octets one = EncodingOfValue(first);
   const Octets other = EncodingOfValue(second);
@@ -102,7 +102,7 @@ bool HaveSameValues(const RelativeDistinguishedName* first, const RelativeDistin
   return true;
 }
 
-// The repertoires of string types, each wider than the one before; of IA5String without control characters.
+// The characters of NumericString, PrintableString and IA5String. Of IA5String those below the blank are left out.
 bool IsNumeric(uint8_t c) { return (c >= '0' && c <= '9') || c == ' '; }
 bool IsPrintable(uint8_t c) {
   constexpr std::string_view kSigns = "'()+,-./:=?";
@@ -111,7 +111,7 @@ bool IsPrintable(uint8_t c) {
 }
 bool IsIa5(uint8_t c) { return c >= ' ' && c <= 127; }
 
-// The universal tag of an alternative's node; 0 for those that are kept as a whole element.
+// The universal tag of an alternative; 0 for open values, whose nodes hold a whole element.
 uint32_t TagOfAlternative(uint32_t alternative) {
   const Asn1Item& item = *kX509GeneralName.members[alternative];
   return item.kind == TESSEL_KIND_ANY ? 0 : UniversalTag(item);
@@ -140,7 +140,7 @@ class BorrowedGeneralName {
   Asn1Value value_{};
   X509GeneralName name_{};
 };
-// DEVIATES: a whole element is given under the value's tag and read under the alternative's once it was decoded: open
+// DEVIATES: an open value is handed in with its own tag, but reads with the alternative's tag once it was decoded: open
 // values stay as they were read.
 
 }  // namespace
@@ -245,7 +245,7 @@ uint32_t TESSEL_CALL GetX509NameEntryExt(const X509Name* name, uint32_t rdn, uin
   TRY(kValue.In(ElementOf(attributes, entry)).Load(value));
   const uint32_t capacity = *length;
   uint32_t headerLength = 0;
-  // Tells the tag, and with it that the pointers are there.
+  // GetAsn1AnyInfo also refuses null pointers.
   const uint32_t info = GetAsn1AnyInfo(value, tagClass, constructed, stringType, length, &headerLength);
   if (info != TESSEL_OK) return info;
   if (*length > value->length - headerLength) return Fail(TESSEL_MALFORMED);
