@@ -83,8 +83,8 @@ inline constexpr auto kUtcTime = Primitive<Asn1Value>(TESSEL_KIND_UTC_TIME);
 inline constexpr auto kGeneralizedTime = Primitive<Asn1Value>(TESSEL_KIND_GENERALIZED_TIME);
 inline constexpr auto kAny = Primitive<Asn1Any>(TESSEL_KIND_ANY);
 
-// The DEFAULT values that are a single octet 0. The octet is kept off the alignment of the heap: what is released at
-// such an address is no allocation (an implementation detail of the library that constants have to keep to).
+// The DEFAULT values whose content is a single octet 0. The octet is kept off the alignment of the heap, because the
+// library tells by the address whether it has to release memory.
 alignas(16) inline constexpr uint8_t kZeroContent[] = {0xFF, 0x00};
 inline constexpr Asn1Value kFalse{TESSEL_KIND_BOOLEAN, 1, const_cast<uint8_t*>(kZeroContent + 1)};
 inline constexpr Asn1Value kZero{TESSEL_KIND_INTEGER, 1, const_cast<uint8_t*>(kZeroContent + 1)};
@@ -124,7 +124,7 @@ constexpr Item<Node> Constructed(Asn1Kind kind, uint32_t nodeSize, ItemList<item
 template <class Struct, class Node>
 Struct StructOf(Node* Struct::*);
 
-// What compilers call a function that has a member pointer or an enumerator as its argument ends with the name of that.
+// The name of this function with its argument, as compilers write it, ends with the name of the member or enumerator.
 template <auto value>
 consteval const char* NamedBy() {
   return __PRETTY_FUNCTION__;
@@ -164,7 +164,7 @@ struct MemberRow {
   using Node = NodeOf<memberItem>;
   static constexpr Node* Struct::*kPointer = memberPointer;
   static constexpr const auto& kItem = memberItem;
-  // A template, so that names are there only for those who ask for them.
+  // A template, so that a name is compiled only when it is used.
   template <auto pointer = memberPointer>
   static constexpr std::string_view kName = kNameOf<pointer>;
 };
@@ -178,7 +178,8 @@ namespace detail {
 template <class Node, size_t row>
 inline constexpr Node kMark{};
 
-// Fills the members of the struct in its own order, and looks whether each row finds the mark of its place.
+// Fills the members of the struct, in the struct's order, with pointers to different marks. Then each row, by its
+// pointer to member, must find the mark with the number of the row.
 template <class Struct, class... Rows, size_t... places>
 consteval bool AreInOrder(std::index_sequence<places...>) {
   const Struct node{const_cast<typename Rows::Node*>(&kMark<typename Rows::Node, places>)...};

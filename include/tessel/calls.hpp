@@ -5,11 +5,11 @@
 //   X509Name* subject = tessel::Get(GetCertificateSubject, certificate);  // lent
 //   tessel::Call(SetCertificateSerialNumber, certificate, serial);
 //
-// Each of them calls one function of the interface, whose type decides what becomes of the arguments:
+// Make, Fetch, Get and Call each call one function of the interface, whose type decides what becomes of the arguments:
 //
 //   Owned                            the pointer to its object. It is moved where the function takes the object, and
 //                                    empty when that has succeeded.
-//   a span, vector or array          pointer and size, where the function takes both. One of no octets is not null.
+//   a span, vector or array          pointer and size, where the function takes both. The pointer is never null.
 //   a string, view or literal        the same, or a text with a NUL
 //   ObjectIdentifier                 its counted form
 //   Into(result)                     a buffer and its length: asked for the length first, and then fetched
@@ -61,7 +61,7 @@ struct ReleaseTable : ReleaseRow<typename ReleasedBy<decltype(functions)>::Objec
   static constexpr bool kHas = (std::is_same_v<Type, typename ReleasedBy<decltype(functions)>::Object> || ...);
 };
 
-// Which function releases which type: the one that takes it.
+// The free functions of the interface. A type is released by the one whose parameter points to that type.
 using Releases = ReleaseTable<FreeAccuracy, FreeCertificate, FreeCertificates, FreeExtensionAuthorityInformationAccess,
                               FreeExtensionCertificatePolicies, FreeExtensionCrlDistributionPoints,
                               FreeExtensionExtendedKeyUsage, FreeLibraryPreciseTime, FreeLibraryTime, FreeOctetStrings,
@@ -74,7 +74,7 @@ using Releases = ReleaseTable<FreeAccuracy, FreeCertificate, FreeCertificates, F
 template <class Type>
 concept Releasable = detail::Releases::kHas<Type>;
 
-// An object of a named type that ends with its owner, or none.
+// The owner of an object of a named type, or of none. The object is released with its owner.
 template <Releasable Type>
 class Owned {
  public:
@@ -90,7 +90,7 @@ class Owned {
   Owned& operator=(const Owned&) = delete;
   ~Owned() { Reset(); }
 
-  // For functions of the interface. One that ends here would leave its pointer behind.
+  // For functions of the interface. A temporary owner does not convert, because its pointer would outlive the object.
   operator Type*() const& { return object_; }
   operator Type*() const&& = delete;
   Type* operator->() const { return object_; }
@@ -167,9 +167,9 @@ class Into {
 
 namespace detail {
 
-// What is said here of a type of functions goes for all functions of that type.
+// These templates are specialised for the types of functions, and so apply to all functions of such a type.
 
-// Where a counted identifier is followed by a number that is not its size.
+// The place of a parameter that is a counted identifier and is followed by a number that is not its size.
 template <class Function>
 inline constexpr size_t kIdentifierPlace = SIZE_MAX;
 template <>
@@ -183,7 +183,7 @@ inline constexpr size_t kIdentifierPlace<decltype(&AddX509NameEntry)> = 4;
 template <>
 inline constexpr size_t kIdentifierPlace<decltype(&AddX509NameEntryExt)> = 4;
 
-// Functions that cannot be asked for a length are brought some room, and more when they say so.
+// The first room for functions that cannot be asked for a length. They are called again when they ask for more.
 template <class Function>
 inline constexpr uint32_t kFirstRoom = 0;
 template <>
@@ -191,7 +191,7 @@ inline constexpr uint32_t kFirstRoom<decltype(&GetVersionInfo)> = 100;
 template <>
 inline constexpr uint32_t kFirstRoom<decltype(&ConvertAnsiToUTF8)> = 100;
 
-// These own what they take as soon as their arguments are in order, also when memory then fails.
+// Whether a function takes its objects as soon as its arguments are in order, also when there is no memory then.
 template <class Function>
 inline constexpr bool kTakesWithoutMemory =
     std::is_same_v<Function, decltype(&AddExtensionAuthorityInformationAccess)> ||
@@ -233,12 +233,12 @@ constexpr Passing PassingAt() {
   return hasFlag ? Passing::kTakesOrCopies : Passing::kTakes;
 }
 
-// How an argument becomes parameters. A binding tells how many it stands for (kWidth), gives them for each call
-// (Values), and is told when a call is over: More, whether the function has to be called again, and Finish.
+// How an argument becomes parameters. A binding gives kWidth parameters for each call (Values), tells after a call
+// whether the function has to be called again (More), and is told when there are no more calls (Finish).
 template <size_t width>
 struct Binding {
   static constexpr size_t kWidth = width;
-  // The status of an argument that cannot be passed on.
+  // A failure when the argument cannot be passed on.
   [[nodiscard]] uint32_t Refusal() const { return TESSEL_OK; }
   bool More(uint32_t /*status*/) { return false; }
   void Finish(uint32_t /*status*/) {}
@@ -295,7 +295,7 @@ struct Given : Binding<1> {
 template <class Type>
 struct Placed : Binding<1> {
   explicit Placed(typename Owned<Type>::Place place) : owner(place.owner) {}
-  // What a function made while it was asked for lengths is released.
+  // What the function made in an earlier call, when it was asked for lengths, is released.
   std::tuple<Type**> Values() { return {made.Out()}; }
   void Finish(uint32_t status) { owner->Reset(status == TESSEL_OK ? made.Release() : nullptr); }
 
@@ -312,7 +312,8 @@ struct Identifier : Binding<1> {
 
 inline constexpr uint8_t kNoOctets = 0;
 
-// An array of characters is the text before its NUL. Nothing when it has none, or more than NULs behind it.
+// The text in an array of characters ends before its NUL. Nothing when the array has no NUL, or more than NULs behind
+// it.
 template <class Type>
 std::optional<std::string_view> TextOf(const Type& argument) {
   if constexpr (std::is_array_v<Type>) {
@@ -325,7 +326,7 @@ std::optional<std::string_view> TextOf(const Type& argument) {
   }
 }
 
-// Octets or characters with their size. Also those of none have an address.
+// Octets or characters with their size. When there are none, their address is not null either.
 template <class Element>
 struct Sized : Binding<2> {
   explicit Sized(Octets given) : octets(given) {}
@@ -373,12 +374,13 @@ struct Fetched : Binding<2> {
       length = static_cast<uint32_t>(fetched.Room().size());
       return {fetched.Room().data(), &length};
     } else {
-      // Also no octets are brought a place: two buffers of a function may go together.
+      // The buffer is not null even for a length of 0: some functions refuse one null buffer beside another.
       fetched.resize((std::max)(room, 1U));
       return {reinterpret_cast<Element*>(fetched.data()), &length};
     }
   }
-  // Asked, it told the length; tried, it told a larger one.
+  // The function is called again when it has told the length that it was asked for, or a length that is more than the
+  // room.
   bool More(uint32_t status) {
     const bool answered = status == TESSEL_OK || status == TESSEL_BUFFER_TOO_SMALL;
     const bool more =
@@ -445,8 +447,8 @@ auto BindOwner(bool isCopied, Argument&& owner) {
 template <size_t place, class... Parameters>
 using ParameterAt = std::tuple_element_t<place, std::tuple<Parameters..., void, void>>;
 
-// The binding of an argument to the parameter at a place and, where that belongs to it, the next. `isLastSet` tells of
-// a number at the end of the arguments that it is not 0.
+// The binding of an argument to the parameter at a place and, where that belongs to it, the next. `isLastSet` tells
+// whether the last argument is a number other than 0.
 template <size_t place, class... Parameters, class Argument>
 auto Bind(bool isLastSet, Argument&& argument) {
   using Function = uint32_t(TESSEL_CALL*)(Parameters...);
@@ -502,7 +504,7 @@ bool IsLastSet(const Arguments&... arguments) {
   }
 }
 
-// The owner would release the object once more.
+// Whether the function is the free function of an argument's object: the owner would release the object once more.
 template <class Type>
 bool ReleasesOwned(uint32_t(TESSEL_CALL* function)(Type*), const Owned<Type>& /*owner*/) {
   return function == Releases::FunctionFor(static_cast<Type*>(nullptr));
@@ -572,13 +574,13 @@ using LastOf = std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parame
 template <class... Parameters>
 using FirstOf = std::tuple_element_t<0, std::tuple<Parameters...>>;
 
-// Whether an argument is an owner that ends with the call, by a function that only reads the object.
+// Whether an argument is a temporary owner, whose object the function only reads.
 template <class Argument, class... Parameters>
 inline constexpr bool kIsReadAndEnds = false;
 template <class Type, class... Parameters>
 inline constexpr bool kIsReadAndEnds<Owned<Type>, Parameters...> = (std::is_same_v<Parameters, const Type*> || ...);
 
-// What a function of one buffer at its end fetches: texts or octets.
+// What is fetched from a function that ends with a buffer and its length: a text or octets.
 template <class... Parameters>
 using FetchedOf = std::conditional_t<
     std::is_same_v<std::tuple_element_t<sizeof...(Parameters) - 2, std::tuple<Parameters...>>, char*>, std::string,

@@ -53,8 +53,9 @@ struct IssuingDistributionPoint {
   Asn1Value* indirectCRL;
   Asn1Value* onlyContainsAttributeCerts;
 };
-// DEVIATES: RFC 5280 (5.2.5) has [3] for the reasons: values that programs have written are read again.
-// The reasons carry the tag [1], as onlyContainsUserCerts does: a [1] is the BOOLEAN when it can be.
+// DEVIATES: the reasons have the tag [1], where RFC 5280 (5.2.5) has [3]: values that programs have written are read
+// again.
+// onlyContainsUserCerts has the tag [1] too: an element with this tag is read as that BOOLEAN when it can be.
 template <const auto& onlyContainsUserCerts>
 inline constexpr auto kIssuingDistributionPointWith = Sequence{
     Member<&IssuingDistributionPoint::distributionPoint, Optional<Explicit<0, kDistributionPointName>>>,

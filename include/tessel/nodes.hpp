@@ -16,7 +16,7 @@
 
 namespace tessel {
 
-// Asn1Value or Asn1BitString: the content octets that are there.
+// The content octets of an Asn1Value or Asn1BitString; none when `data` is null, whatever the length.
 template <class Node>
 constexpr Octets ContentOf(const Node& node) {
   return {node.data, node.data == nullptr ? 0 : node.length};
@@ -121,7 +121,7 @@ class NamedBitsNode {
   Asn1BitString node_{};
 };
 
-// The number of named bits, of the first 32.
+// The number that the first 32 named bits stand for, as in NamedBitsNode.
 inline uint32_t NamedBitsOf(const Asn1BitString& bits) {
   uint32_t flags = 0;
   for (uint32_t i = 0; bits.data != nullptr && i < bits.length && i < sizeof flags; ++i) {

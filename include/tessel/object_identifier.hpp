@@ -69,7 +69,7 @@ class ObjectIdentifier {
   static constexpr uint64_t kArcsBelowFirst = 40;
   static constexpr uint64_t kLargestFirstArc = 2;
 
-  // Not constexpr, so that calling it is an error where the text is.
+  // Calling this function is a compile error, since it is not constexpr.
   static void NoDottedText() {}
 
   static std::optional<uint64_t> TakeArc(Octets& content) {

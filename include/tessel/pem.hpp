@@ -29,7 +29,7 @@ constexpr std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-// What a vector does that cannot grow.
+// Fails as a vector does that cannot grow.
 [[noreturn]] inline void FailForMemory() {
 #ifdef __cpp_exceptions
   throw std::bad_alloc();
@@ -41,7 +41,7 @@ constexpr std::string_view Trimmed(std::string_view text) {
 // Base64 in pieces, so that a long text takes no more memory than its octets.
 class Base64Reader {
  public:
-  // False when the text is no Base64 or has more than is told by its padding.
+  // False when the text is not Base64, or goes on behind its padding.
   bool Read(std::string_view text) {
     octets_.reserve(text.size() / 4 * 3);
     for (const char c : text) {
@@ -87,7 +87,7 @@ inline std::optional<Bytes> DecodeBase64(std::string_view text) {
 }
 
 struct PemBlock {
-  std::string_view label;    // a part of the text; as long as its author liked
+  std::string_view label;    // a part of the text, of any length
   std::string_view headers;  // the lines "Proc-Type: 4,ENCRYPTED", ... that some blocks begin with (RFC 1421)
   size_t line = 0;           // that of the BEGIN line, from 1
   Bytes octets;
@@ -103,7 +103,7 @@ struct PemBlock {
 class PemReader {
  public:
   explicit PemReader(std::string_view text) : rest_(text) {}
-  // It would end before the walk begins.
+  // A temporary text would end before the walk begins.
   template <class Allocator>
   explicit PemReader(std::basic_string<char, std::char_traits<char>, Allocator>&& text) = delete;
 
@@ -176,7 +176,7 @@ class PemReader {
     return {};
   }
 
-  // Behind END the next block may begin.
+  // Takes the END marker. The next block may begin behind it in the same line.
   void TakeEnd(const Marker& begin, std::string_view line, std::string& problem) {
     const std::optional<Marker> end = ReadMarker(line, kEnd);
     if (!end || end->label != begin.label) problem = AtLine("the END line does not fit the BEGIN line");

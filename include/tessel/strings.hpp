@@ -19,7 +19,7 @@ namespace tessel {
 
 namespace detail {
 
-// Marks an octet that is not (part of) a character. No character reaches that far.
+// The bit that marks an octet which is not (part of) a character. No character has this bit.
 inline constexpr char32_t kRawOctet = 0x80000000;
 inline constexpr char32_t kLastCharacter = 0x10FFFF;
 
@@ -63,8 +63,9 @@ inline char32_t UnitAt(Octets octets, size_t start, size_t size) {
   return unit;
 }
 
-// Takes a big-endian unit of `size` octets, or the octets of one that is no character one by one. A pair of surrogates,
-// which BMPString does not have but some writers put in it, is the character that it means in UTF-16.
+// Takes a big-endian unit of `size` octets. When that is no character, its octets are taken one by one, each as a raw
+// octet. A pair of surrogates, which BMPString does not have but some writers put in it, is the character that it means
+// in UTF-16.
 inline char32_t TakeUnit(Octets& octets, size_t size) {
   const bool isWithinUnit = octets.size() % size != 0;
   const char32_t unit = isWithinUnit ? 0 : UnitAt(octets, 0, size);
@@ -165,7 +166,7 @@ inline char32_t TakeCharacter(uint32_t tag, Octets& content) {
   }
 }
 
-// All characters of a string, for EscapeText. Nothing when it is none.
+// All characters of a string, for EscapeText. Nothing when the octets cannot be a character string.
 inline std::optional<std::u32string> Characters(uint32_t tag, Octets content) {
   if (!IsCharacterString(tag, content)) return std::nullopt;
   std::u32string text;
@@ -173,7 +174,7 @@ inline std::optional<std::u32string> Characters(uint32_t tag, Octets content) {
   return text;
 }
 
-// The characters themselves. Nothing when there are octets among them that are none.
+// The text as UTF-8. Nothing when a part of it is no character.
 inline std::optional<std::string> Utf8(std::u32string_view text) {
   std::string out;
   for (const char32_t c : text) {
@@ -183,7 +184,7 @@ inline std::optional<std::string> Utf8(std::u32string_view text) {
   return out;
 }
 
-// The text of a character string. Nothing when it is none, or is not well-formed.
+// The text of a character string as UTF-8. Nothing when the octets are no character string, or not a well-formed one.
 inline std::optional<std::string> Utf8(uint32_t tag, Octets content) {
   if (!IsCharacterString(tag, content)) return std::nullopt;
   std::string out;
@@ -231,7 +232,7 @@ inline std::string EscapeText(std::u32string_view text, Escape escape) {
   return out;
 }
 
-// The same of a text that should be UTF-8 already: a file name, say.
+// Escapes a text that should be UTF-8 already, such as a file name.
 inline std::string Printable(std::string_view text) {
   const Octets octets(reinterpret_cast<const uint8_t*>(text.data()), text.size());
   return EscapeText(*Characters(TESSEL_KIND_UTF8_STRING, octets), Escape::kNothing);
@@ -267,7 +268,7 @@ using RelativeName = std::vector<NameAttribute>;
 
 namespace detail {
 
-// The items of a list node, which may be null.
+// The elements of a list node, which may be null.
 inline std::span<void* const> ItemsOf(const void* list) {
   const auto* node = static_cast<const Asn1List*>(list);
   return node == nullptr ? std::span<void* const>() : std::span<void* const>(node->items, node->count);
