@@ -38,7 +38,7 @@ done
 c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror -fsyntax-only -x c++ -I "$here/../../include" "$here/console.h"
 
 # Places in the library's sources change, and blanks at the ends of lines do not last in an edited guide.
-settled() { sed -E 's/found at [a-z0-9_]+\.[a-z]+:[0-9]+$/found/; s/ +$//' "$1"; }
+settled() { sed -E 's/found at [a-z0-9_]+\.[a-z]+:[0-9]+$/found/; s/[a-z0-9_]+\.cpp:[0-9]+\)$/)/; s/ +$//' "$1"; }
 diff -u --label guide.md --label printed <(settled "$work/expected") <(settled "$work/printed")
 
 # An older certificate, with a name in BMPString, is shown in UTF-8 too.

@@ -32,47 +32,25 @@
 #include <type_traits>
 #include <utility>
 
+#include "tessel/algorithms.hpp"
+#include "tessel/certificate.hpp"
+#include "tessel/crl.hpp"
 #include "tessel/error.hpp"
+#include "tessel/extension_lists.hpp"
+#include "tessel/extensions.hpp"
+#include "tessel/free.hpp"
+#include "tessel/lists.hpp"
+#include "tessel/names.hpp"
 #include "tessel/object_identifier.hpp"
 #include "tessel/octets.hpp"
 #include "tessel/tessel.h"
+#include "tessel/time.hpp"
 
 namespace tessel {
 
-namespace detail {
-
-template <class Type, uint32_t(TESSEL_CALL* function)(Type*)>
-struct ReleaseRow {
-  static constexpr auto FunctionFor(const Type* /*object*/) { return function; }
-};
-
-template <class Function>
-struct ReleasedBy;
-template <class Type>
-struct ReleasedBy<uint32_t(TESSEL_CALL*)(Type*)> {
-  using Object = Type;
-};
-
-template <auto... functions>
-struct ReleaseTable : ReleaseRow<typename ReleasedBy<decltype(functions)>::Object, functions>... {
-  using ReleaseRow<typename ReleasedBy<decltype(functions)>::Object, functions>::FunctionFor...;
-
-  template <class Type>
-  static constexpr bool kHas = (std::is_same_v<Type, typename ReleasedBy<decltype(functions)>::Object> || ...);
-};
-
-// The free functions of the interface. A type is released by the one whose parameter points to that type.
-using Releases = ReleaseTable<FreeAccuracy, FreeCertificate, FreeCertificates, FreeExtensionAuthorityInformationAccess,
-                              FreeExtensionCertificatePolicies, FreeExtensionCrlDistributionPoints,
-                              FreeExtensionExtendedKeyUsage, FreeLibraryPreciseTime, FreeLibraryTime, FreeOctetStrings,
-                              FreePKIFreeText, FreeX509Crl, FreeX509Crls, FreeX509Extension, FreeX509Extensions,
-                              FreeX509GeneralName, FreeX509GeneralNames, FreeX509Name, FreeX509RevokedCertificates>;
-
-}  // namespace detail
-
 // A type that has a free function.
 template <class Type>
-concept Releasable = detail::Releases::kHas<Type>;
+concept Releasable = !std::is_null_pointer_v<std::remove_cv_t<decltype(kFreeFunction<Type>)>>;
 
 // The owner of an object of a named type, or of none. The object is released with its owner.
 template <Releasable Type>
@@ -111,7 +89,7 @@ class Owned {
   [[nodiscard]] Type* Release() { return std::exchange(object_, nullptr); }
   void Reset(Type* object = nullptr) {
     Type* held = std::exchange(object_, object);
-    if (held != nullptr) detail::Releases::FunctionFor(held)(held);
+    if (held != nullptr) kFreeFunction<Type>(held);
   }
 
  private:
@@ -507,7 +485,7 @@ bool IsLastSet(const Arguments&... arguments) {
 // Whether the function is the free function of an argument's object: the owner would release the object once more.
 template <class Type>
 bool ReleasesOwned(uint32_t(TESSEL_CALL* function)(Type*), const Owned<Type>& /*owner*/) {
-  return function == Releases::FunctionFor(static_cast<Type*>(nullptr));
+  return function == kFreeFunction<Type>;
 }
 template <class... Others>
 bool ReleasesOwned(const Others&... /*others*/) {

@@ -5,6 +5,7 @@
 #include "tessel/asn1.hpp"
 #include "tessel/certificate.h"
 #include "tessel/extensions.hpp"
+#include "tessel/free.hpp"
 #include "tessel/names.hpp"
 #include "tessel/time.hpp"
 
@@ -63,5 +64,10 @@ inline constexpr auto kCertificate = Sequence{
 };
 
 inline constexpr auto kCertificates = SequenceOf<Certificates, kCertificate>();
+
+template <>
+inline constexpr auto kFreeFunction<Certificate> = FreeCertificate;
+template <>
+inline constexpr auto kFreeFunction<Certificates> = FreeCertificates;
 
 }  // namespace tessel

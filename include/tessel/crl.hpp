@@ -5,6 +5,7 @@
 #include "tessel/asn1.hpp"
 #include "tessel/crl.h"
 #include "tessel/extensions.hpp"
+#include "tessel/free.hpp"
 #include "tessel/names.hpp"
 #include "tessel/time.hpp"
 
@@ -67,5 +68,12 @@ inline constexpr auto kX509Crl = Sequence{
 };
 
 inline constexpr auto kX509Crls = SequenceOf<X509Crls, kX509Crl>();
+
+template <>
+inline constexpr auto kFreeFunction<X509Crl> = FreeX509Crl;
+template <>
+inline constexpr auto kFreeFunction<X509Crls> = FreeX509Crls;
+template <>
+inline constexpr auto kFreeFunction<X509RevokedCertificates> = FreeX509RevokedCertificates;
 
 }  // namespace tessel

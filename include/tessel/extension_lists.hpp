@@ -4,6 +4,7 @@
 #include "tessel/asn1.hpp"
 #include "tessel/extension_lists.h"
 #include "tessel/extension_values.hpp"
+#include "tessel/free.hpp"
 #include "tessel/names.hpp"
 
 struct ExtensionExtendedKeyUsage : tessel::ListOf<Asn1Oid> {};
@@ -71,5 +72,14 @@ inline constexpr auto kAuthorityInformationAccess =
 inline constexpr auto kCrlDistributionPoints = SequenceOf<ExtensionCrlDistributionPoints, kDistributionPoint>();
 
 inline constexpr auto kCertificatePolicies = SequenceOf<ExtensionCertificatePolicies, kPolicyInformation>();
+
+template <>
+inline constexpr auto kFreeFunction<ExtensionExtendedKeyUsage> = FreeExtensionExtendedKeyUsage;
+template <>
+inline constexpr auto kFreeFunction<ExtensionAuthorityInformationAccess> = FreeExtensionAuthorityInformationAccess;
+template <>
+inline constexpr auto kFreeFunction<ExtensionCrlDistributionPoints> = FreeExtensionCrlDistributionPoints;
+template <>
+inline constexpr auto kFreeFunction<ExtensionCertificatePolicies> = FreeExtensionCertificatePolicies;
 
 }  // namespace tessel

@@ -3,6 +3,7 @@
 
 #include "tessel/asn1.hpp"
 #include "tessel/extensions.h"
+#include "tessel/free.hpp"
 
 struct X509Extension {
   Asn1Oid* extnID;
@@ -21,5 +22,10 @@ inline constexpr auto kX509Extension = Sequence{
 };
 
 inline constexpr auto kX509Extensions = SequenceOf<X509Extensions, kX509Extension>();
+
+template <>
+inline constexpr auto kFreeFunction<X509Extension> = FreeX509Extension;
+template <>
+inline constexpr auto kFreeFunction<X509Extensions> = FreeX509Extensions;
 
 }  // namespace tessel

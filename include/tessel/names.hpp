@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tessel/asn1.hpp"
+#include "tessel/free.hpp"
 #include "tessel/names.h"
 
 namespace tessel {
@@ -68,5 +69,14 @@ inline constexpr auto kX509GeneralName =
 inline constexpr auto kX509GeneralNames = SequenceOf<X509GeneralNames, kX509GeneralName>();
 
 inline constexpr auto kPKIFreeText = SequenceOf<PKIFreeText, kUtf8String>();
+
+template <>
+inline constexpr auto kFreeFunction<X509Name> = FreeX509Name;
+template <>
+inline constexpr auto kFreeFunction<X509GeneralName> = FreeX509GeneralName;
+template <>
+inline constexpr auto kFreeFunction<X509GeneralNames> = FreeX509GeneralNames;
+template <>
+inline constexpr auto kFreeFunction<PKIFreeText> = FreePKIFreeText;
 
 }  // namespace tessel

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "tessel/asn1.hpp"
+#include "tessel/free.hpp"
+#include "tessel/time.h"
 
 namespace tessel {
 
@@ -11,5 +13,12 @@ struct Time : Asn1Choice {
 
 inline constexpr auto kTime =
     Choice<Time, Alternative<Time::utcTime, kUtcTime>, Alternative<Time::generalTime, kGeneralizedTime>>();
+
+template <>
+inline constexpr auto kFreeFunction<LibraryTime> = FreeLibraryTime;
+template <>
+inline constexpr auto kFreeFunction<LibraryPreciseTime> = FreeLibraryPreciseTime;
+template <>
+inline constexpr auto kFreeFunction<Accuracy> = FreeAccuracy;
 
 }  // namespace tessel
