@@ -12,8 +12,8 @@
 #include <tuple>
 #include <vector>
 
-#include "sha256.h"
 #include "support/octets.h"
+#include "texts/sha256.h"
 
 namespace test {
 namespace {

@@ -1,0 +1,39 @@
+// Decoding by descriptors, and facts about what is decoded.
+#pragma once
+
+#include <cstdint>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "asn1/ber.h"
+#include "facts/fact.h"
+#include "tessel/calls.hpp"
+
+namespace tool {
+
+// Calls the library and returns the status, except that std::bad_alloc is thrown when memory fails: that is no answer
+// about what was asked.
+template <typename... Arguments>
+uint32_t StatusOf(Arguments&&... arguments) {
+  const uint32_t status = tessel::Try(std::forward<Arguments>(arguments)...);
+  if (status == TESSEL_OUT_OF_MEMORY) throw std::bad_alloc();
+  return status;
+}
+
+// Octets that do not decode.
+class DecodingError : public tessel::Error {
+ public:
+  using tessel::Error::Error;
+
+  // Why, in the words of decoding.
+  [[nodiscard]] std::string_view Problem() const;
+};
+
+// The tree of the element at the start of the octets; `consumed` receives its length. Throws a DecodingError.
+tessel::Tree Decode(const Asn1Item& item, Octets octets, uint32_t* consumed = nullptr);
+
+// The fact that `describe` makes of the root of such a tree, which the fact keeps.
+Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root), uint32_t* consumed = nullptr);
+
+}  // namespace tool

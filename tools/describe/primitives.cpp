@@ -1,0 +1,183 @@
+#include "describe/primitives.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "describe/nodes.h"
+#include "tessel/known_identifiers.hpp"
+#include "texts/concat.h"
+#include "texts/values.h"
+
+namespace tool {
+namespace {
+
+constexpr std::string_view kHex = "hex";
+
+// Long texts are written in pieces of about this size.
+constexpr size_t kPiece = 4096;
+
+void WriteHex(Octets octets, const TextSink& write) {
+  while (!octets.empty()) {
+    const size_t size = std::min(octets.size(), kPiece);
+    write(tessel::Hex(octets.first(size)));
+    octets = octets.subspan(size);
+  }
+}
+
+bool IsWellFormed(uint32_t tag, Octets content) {
+  while (!content.empty()) {
+    if (!tessel::IsCharacter(tessel::TakeCharacter(tag, content))) return false;
+  }
+  return true;
+}
+
+void WriteString(uint32_t tag, Octets content, std::optional<tessel::Escape> escape, const TextSink& write) {
+  std::string piece;
+  for (bool isFirst = true; !content.empty(); isFirst = false) {
+    const char32_t c = tessel::TakeCharacter(tag, content);
+    if (escape) {
+      tessel::AppendEscaped(piece, c, isFirst, content.empty(), *escape);
+    } else {
+      tessel::AppendUtf8(piece, c);
+    }
+    if (piece.size() < kPiece && !content.empty()) continue;
+    write(piece);
+    piece.clear();
+  }
+}
+
+// Without a text when the type, or its content, tells nothing.
+Fact PrimitiveFact(uint32_t tag, Octets content) {
+  switch (tag) {
+    case TESSEL_KIND_BOOLEAN:
+      return content.size() == 1 ? Fact::Flag(content.front() != 0) : Fact();
+    case TESSEL_KIND_NULL:
+      return content.empty() ? Fact::Of("NULL", nullptr) : Fact();
+    case TESSEL_KIND_INTEGER:
+    case TESSEL_KIND_ENUMERATED:
+      return IntegerFact(content);
+    case TESSEL_KIND_OBJECT_IDENTIFIER:
+      return OidFact(content);
+    case TESSEL_KIND_UTC_TIME:
+    case TESSEL_KIND_GENERALIZED_TIME:
+      return TimeFact(tag, content);
+    default:
+      return tessel::IsCharacterString(tag, content) ? StringFact(tag, content) : Fact();
+  }
+}
+
+}  // namespace
+
+std::optional<Octets> ContentOfType(Octets octets, uint32_t tag) {
+  const std::optional<Element> element = ReadElement(octets);
+  if (!element || element->tagClass != TESSEL_CLASS_UNIVERSAL || element->tagNumber != tag) return std::nullopt;
+  return ContentOf(*element, octets);
+}
+
+std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag) {
+  const std::optional<Octets> content = ContentOfType(octets, tag);
+  if (content) octets = octets.subspan(static_cast<size_t>(content->data() - octets.data()) + content->size());
+  return content;
+}
+
+LentText HexText(Octets octets) {
+  return [octets](const TextSink& write) { WriteHex(octets, write); };
+}
+
+LentText StringText(uint32_t tag, Octets content, std::optional<tessel::Escape> escape) {
+  return [=](const TextSink& write) { WriteString(tag, content, escape, write); };
+}
+
+Fact HexFact(Octets octets) { return Fact::Of(octets.empty() ? "(empty)" : ShortHex(octets), HexText(octets)); }
+
+Fact UnreadFact(Octets octets) {
+  Fact fact = Fact::Object(octets.empty() ? "(empty)" : ShortHex(octets));
+  fact.Hide(kHex, HexText(octets));
+  return fact;
+}
+
+Fact OidFact(Octets content) {
+  const std::string dotted = OidText(content);
+  Fact fact = Fact::Object(OidName(content));
+  if (dotted.empty()) {
+    fact.Hide("oidHex", HexText(content));
+    return fact;
+  }
+  fact.Hide("oid", dotted);
+  if (fact.text != dotted) fact.Hide("name", fact.text);
+  return fact;
+}
+
+Fact StringFact(uint32_t tag, Octets content) {
+  if (!tessel::IsCharacterString(tag, content)) return UnreadFact(content);
+  std::string text = content.empty() ? "(empty)" : ShortText(tag, content, tessel::Escape::kBackslash);
+  if (IsWellFormed(tag, content)) return Fact::Of(std::move(text), StringText(tag, content));
+  Fact fact = UnreadFact(content);
+  fact.text = std::move(text);
+  return fact;
+}
+
+Fact IntegerFact(Octets content) {
+  if (const std::optional<int64_t> number = SmallInteger(content)) return Fact::Of(IntegerText(content), *number);
+  Fact fact = UnreadFact(content);
+  fact.text = IntegerText(content);
+  return fact;
+}
+
+Fact SerialNumberFact(Octets content) {
+  if (content.empty() || (content.front() & 0x80) == 0) return HexFact(WithoutLeadingZeros(content));
+  const auto negated = std::make_shared<const tessel::Bytes>(Negated(content));
+  const Octets magnitude = WithoutLeadingZeros(*negated);
+  Fact fact = Fact::Of(Concat('-', ShortHex(magnitude)), [magnitude](const TextSink& write) {
+    write("-");
+    WriteHex(magnitude, write);
+  });
+  fact.lender = negated;
+  return fact;
+}
+
+Fact TimeFact(uint32_t tag, Octets content) {
+  const std::optional<std::string> iso = IsoTime(tag, content);
+  return Fact::Of(TimeText(tag, content), iso ? *iso : ShortText(tag, content, tessel::Escape::kNothing));
+}
+
+Fact ElementFact(Octets element) {
+  const std::optional<Element> header = ReadElement(element);
+  if (!header || header->tagClass != TESSEL_CLASS_UNIVERSAL || header->constructed) return UnreadFact(element);
+  Fact fact = PrimitiveFact(header->tagNumber, ContentOf(*header, element));
+  if (fact.text.empty()) return UnreadFact(element);
+  // What programs have to read themselves is the whole element, which has the type.
+  for (Fact& part : fact.parts) {
+    if (part.key == kHex) part.value = HexText(element);
+  }
+  return fact;
+}
+
+Fact NamedBitsFact(const void* bitString, std::span<const std::string_view> names) {
+  const Octets octets = BitStringContent(bitString);
+  const size_t unused = octets.empty() ? 0 : static_cast<const Asn1BitString*>(bitString)->unused;
+  const size_t count = 8 * octets.size() - std::min<size_t>(unused, 8);
+  Fact fact = Fact::List([=](const FactSink& sink) {
+    for (size_t i = 0; i < count; ++i) {
+      if ((octets[i / 8] >> (7 - i % 8) & 1) == 0) continue;
+      const std::string name = i < names.size() ? std::string(names[i]) : Concat("bit ", i);
+      Fact bit = Fact::Of(name, name);
+      bit.hidden = true;
+      if (!sink(bit)) return false;
+    }
+    return true;
+  });
+  constexpr size_t kShownBits = 32;
+  size_t shown = 0;
+  const bool isAll = fact.VisitParts([&](const Fact& bit) {
+    if (shown == kShownBits) return false;
+    fact.text += Concat(shown++ == 0 ? "" : ", ", bit.text);
+    return true;
+  });
+  if (shown == 0) fact.text = "(none)";
+  if (!isAll) fact.text += Concat("... (", OctetCount(octets.size()), ')');
+  return fact;
+}
+
+}  // namespace tool

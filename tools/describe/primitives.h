@@ -1,0 +1,54 @@
+// Facts about values of primitive types, by their content octets. They lend these octets.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "asn1/ber.h"
+#include "facts/fact.h"
+#include "tessel/strings.hpp"
+
+namespace tool {
+
+// The content of the element at the start of `octets`, when it is a universal one of this type.
+std::optional<Octets> ContentOfType(Octets octets, uint32_t tag);
+
+// The same, and the element is taken off the front of `octets`.
+std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag);
+
+// Hexadecimal digits of all octets.
+LentText HexText(Octets octets);
+
+// The characters of a string of the universal type `tag`. Without an escape all of them must be characters.
+LentText StringText(uint32_t tag, Octets content, std::optional<tessel::Escape> escape = std::nullopt);
+
+// Octets in hexadecimal: people see the first ones of many.
+Fact HexFact(Octets octets);
+
+// The same for programs, as an object {"hex"}: what stands for a value that cannot be told by its type.
+Fact UnreadFact(Octets octets);
+
+// An object identifier by its name, where it has one.
+Fact OidFact(Octets content);
+
+// A character string of the universal type `tag`: people see the beginning of a long one.
+Fact StringFact(uint32_t tag, Octets content);
+
+// An INTEGER or ENUMERATED.
+Fact IntegerFact(Octets content);
+
+// An INTEGER as serial numbers are told: hexadecimal digits of the magnitude, after a minus sign when it is negative.
+Fact SerialNumberFact(Octets content);
+
+// A UTCTime or GeneralizedTime. Programs get ISO 8601, or what is written when that is no time.
+Fact TimeFact(uint32_t tag, Octets content);
+
+// Any element, by its universal type; in hexadecimal where that tells nothing.
+Fact ElementFact(Octets element);
+
+// A BIT STRING of named bits: the names of those that are set. People see those of the first octets.
+Fact NamedBitsFact(const void* bitString, std::span<const std::string_view> names);
+
+}  // namespace tool

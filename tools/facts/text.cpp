@@ -1,0 +1,69 @@
+#include "facts/text.h"
+
+#include <string>
+#include <string_view>
+
+#include "command/report.h"
+#include "texts/concat.h"
+
+namespace tool {
+namespace {
+
+constexpr size_t kStep = 2;
+
+// Hands out the parts that people see. Those of a part with neither label nor text stand in its place.
+bool VisitSeen(const Fact& fact, const FactSink& sink) {
+  return fact.VisitParts([&sink](const Fact& part) {
+    if (part.hidden) return true;
+    return part.label.empty() && part.text.empty() ? VisitSeen(part, sink) : sink(part);
+  });
+}
+
+bool HasSeenParts(const Fact& fact) {
+  return !VisitSeen(fact, [](const Fact&) { return false; });
+}
+
+std::string Labelled(std::string_view label, std::string_view text) {
+  if (label.empty()) return std::string(text);
+  return text.empty() ? Concat(label, ':') : Concat(label, ": ", text);
+}
+
+// What stands behind the label of a fact: its text, or, behind a mere label, the single line that would stand below.
+struct Line {
+  explicit Line(const Fact& fact) : text(fact.text) {
+    if (!text.empty()) return;
+    size_t count = 0;
+    const bool isAll = VisitSeen(fact, [&](const Fact& part) {
+      hasJoined = ++count == 1 && !HasSeenParts(part);
+      if (hasJoined) text = Labelled(part.label, part.text);
+      return hasJoined;
+    });
+    hasJoined = hasJoined && isAll;
+    if (!hasJoined) text.clear();
+  }
+
+  std::string text;
+  bool hasJoined = false;
+};
+
+void PrintAll(const Fact& parent, size_t indent) {
+  size_t width = 0;
+  VisitSeen(parent, [&width](const Fact& fact) {
+    if (fact.label.size() > width && !Line(fact).text.empty()) width = fact.label.size();
+    return true;
+  });
+  VisitSeen(parent, [=](const Fact& fact) {
+    const Line line(fact);
+    const size_t gap = fact.label.empty() || line.text.empty() ? 0 : width - fact.label.size();
+    const std::string text = line.text.empty() ? line.text : Concat(std::string(gap, ' '), line.text);
+    Print(Concat(std::string(indent, ' '), Labelled(fact.label, text), '\n'));
+    if (!line.hasJoined) PrintAll(fact, indent + kStep);
+    return true;
+  });
+}
+
+}  // namespace
+
+void PrintLines(const Fact& fact, size_t indent) { PrintAll(fact, indent); }
+
+}  // namespace tool
