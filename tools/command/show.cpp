@@ -59,7 +59,7 @@ using Printer = void (*)(const Input& input, const Kind& kind, Fact&& fact);
 void PrintAsText(const Input& input, const Kind& kind, Fact&& fact) {
   constexpr size_t kIndent = 2;
   PrintHeading(input.label ? input.where : Concat(input.where, ": ", kind.name));
-  PrintLines(fact, kIndent);
+  WriteLines(fact, kIndent, Print);
 }
 
 void PrintAsJson(const Input& input, const Kind& kind, Fact&& fact) {
@@ -69,7 +69,9 @@ void PrintAsJson(const Input& input, const Kind& kind, Fact&& fact) {
   whole.Hide("line", input.line ? Scalar(static_cast<int64_t>(*input.line)) : Scalar());
   whole.Hide("kind", std::string(kind.name));
   for (Fact& part : fact.parts) whole.parts.push_back(std::move(part));
-  PrintJsonListItem(whole);
+  MakeForJson(whole);
+  StartJsonListItem();
+  WriteJson(whole, Print);
 }
 
 void ShowBy(Printer print, const Input& input) {

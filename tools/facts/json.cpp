@@ -5,16 +5,16 @@
 #include <string>
 #include <utility>
 
-#include "asn1/ber.h"
-#include "command/report.h"
 #include "tessel/strings.hpp"
 #include "texts/concat.h"
 
 namespace tool {
 namespace {
 
+using tessel::Octets;
+
 constexpr size_t kStep = 2;
-constexpr size_t kSpare = 1 << 20;
+constexpr size_t kSpare = 1 << 20;  // what writing may take beside what is made
 
 bool IsPlain(char c) { return c >= 0x20 && c <= 0x7E && c != '"' && c != '\\'; }
 
@@ -37,7 +37,7 @@ void AppendCharacter(std::string& out, char32_t c) {
   }
 }
 
-void PrintEscaped(std::string_view text) {
+void WriteEscaped(std::string_view text, const TextSink& write) {
   std::string out;
   while (!text.empty()) {
     const auto plain = std::find_if_not(text.begin(), text.end(), IsPlain);
@@ -48,64 +48,56 @@ void PrintEscaped(std::string_view text) {
     AppendCharacter(out, tessel::TakeCharacter(TESSEL_KIND_UTF8_STRING, rest));
     text.remove_prefix(text.size() - rest.size());
   }
-  Print(out);
+  write(out);
 }
 
-void PrintScalar(std::nullptr_t) { Print("null"); }
-void PrintScalar(bool value) { Print(value ? "true" : "false"); }
-void PrintScalar(int64_t value) { Print(std::to_string(value)); }
-void PrintScalar(const LentText& write) {
-  Print("\"");
-  write(PrintEscaped);
-  Print("\"");
+void WriteScalar(std::nullptr_t, const TextSink& write) { write("null"); }
+void WriteScalar(bool value, const TextSink& write) { write(value ? "true" : "false"); }
+void WriteScalar(int64_t value, const TextSink& write) { write(std::to_string(value)); }
+void WriteScalar(const LentText& text, const TextSink& write) {
+  write("\"");
+  text([&write](std::string_view piece) { WriteEscaped(piece, write); });
+  write("\"");
 }
-void PrintScalar(const std::string& value) {
-  PrintScalar([&value](const TextSink& write) { write(value); });
+void WriteScalar(const std::string& value, const TextSink& write) {
+  WriteScalar([&value](const TextSink& piece) { piece(value); }, write);
 }
 
-void PrintValue(const Fact& fact, size_t indent);
-
-void PrintParts(const Fact& fact, size_t indent) {
+void WriteParts(const Fact& fact, const TextSink& write, size_t indent) {
   const std::string line = Concat('\n', std::string(indent + kStep, ' '));
   bool isFirst = true;
   fact.VisitParts([&](const Fact& part) {
-    if (!std::exchange(isFirst, false)) Print(",");
-    Print(line);
+    if (!std::exchange(isFirst, false)) write(",");
+    write(line);
     if (fact.shape == Fact::Shape::kObject) {
-      PrintScalar(std::string(part.key));
-      Print(": ");
+      WriteScalar(std::string(part.key), write);
+      write(": ");
     }
-    PrintValue(part, indent + kStep);
+    WriteJson(part, write, indent + kStep);
     return true;
   });
-  if (!isFirst) Print(line.substr(0, line.size() - kStep));
+  if (!isFirst) write(line.substr(0, line.size() - kStep));
 }
 
-void PrintValue(const Fact& fact, size_t indent) {
-  if (fact.shape == Fact::Shape::kScalar) {
-    std::visit([](const auto& value) { PrintScalar(value); }, fact.value);
-    return;
-  }
-  const bool isObject = fact.shape == Fact::Shape::kObject;
-  Print(isObject ? "{" : "[");
-  PrintParts(fact, indent);
-  Print(isObject ? "}" : "]");
-}
-
-// Makes what is made for the moment.
 bool MakeParts(const Fact& fact) { return fact.VisitParts(MakeParts); }
 
 }  // namespace
 
-void PrintJsonListItem(const Fact& fact) {
-  // What fails for lack of memory fails before anything is printed: half an object would be no JSON. Then there is more
-  // memory than this took.
+void MakeForJson(const Fact& fact) {
   std::string spare;
   spare.reserve(kSpare);
   MakeParts(fact);
-  std::string().swap(spare);
-  StartJsonListItem();
-  PrintValue(fact, 0);
+}
+
+void WriteJson(const Fact& fact, const TextSink& write, size_t indent) {
+  if (fact.shape == Fact::Shape::kScalar) {
+    std::visit([&write](const auto& value) { WriteScalar(value, write); }, fact.value);
+    return;
+  }
+  const bool isObject = fact.shape == Fact::Shape::kObject;
+  write(isObject ? "{" : "[");
+  WriteParts(fact, write, indent);
+  write(isObject ? "}" : "]");
 }
 
 }  // namespace tool

@@ -3,7 +3,6 @@
 #include <string>
 #include <string_view>
 
-#include "command/report.h"
 #include "texts/concat.h"
 
 namespace tool {
@@ -46,24 +45,22 @@ struct Line {
   bool hasJoined = false;
 };
 
-void PrintAll(const Fact& parent, size_t indent) {
+}  // namespace
+
+void WriteLines(const Fact& parent, size_t indent, const TextSink& write) {
   size_t width = 0;
   VisitSeen(parent, [&width](const Fact& fact) {
     if (fact.label.size() > width && !Line(fact).text.empty()) width = fact.label.size();
     return true;
   });
-  VisitSeen(parent, [=](const Fact& fact) {
+  VisitSeen(parent, [&](const Fact& fact) {
     const Line line(fact);
     const size_t gap = fact.label.empty() || line.text.empty() ? 0 : width - fact.label.size();
     const std::string text = line.text.empty() ? line.text : Concat(std::string(gap, ' '), line.text);
-    Print(Concat(std::string(indent, ' '), Labelled(fact.label, text), '\n'));
-    if (!line.hasJoined) PrintAll(fact, indent + kStep);
+    write(Concat(std::string(indent, ' '), Labelled(fact.label, text), '\n'));
+    if (!line.hasJoined) WriteLines(fact, indent + kStep, write);
     return true;
   });
 }
-
-}  // namespace
-
-void PrintLines(const Fact& fact, size_t indent) { PrintAll(fact, indent); }
 
 }  // namespace tool

@@ -7,8 +7,8 @@
 
 namespace tool {
 
-// Prints the parts of a fact as lines, each after so many blanks. Texts of labelled neighbours stand in one column;
+// Writes the parts of a fact as lines, each after so many blanks. Texts of labelled neighbours stand in one column;
 // what is told about a part stands below it, further in.
-void PrintLines(const Fact& fact, size_t indent);
+void WriteLines(const Fact& fact, size_t indent, const TextSink& write);
 
 }  // namespace tool

@@ -4,9 +4,11 @@
 #include <optional>
 #include <string>
 
-#include "asn1/ber.h"
+#include "tessel/octets.hpp"
 
 namespace tool {
+
+using tessel::Octets;
 
 // 4 octets as `192.0.2.1`, 16 as `2001:db8::1` (RFC 5952). Nothing for another length.
 std::optional<std::string> AddressText(Octets octets);

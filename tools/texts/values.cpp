@@ -6,7 +6,6 @@
 #include <string_view>
 #include <utility>
 
-#include "asn1/decoding.h"
 #include "tessel/calls.hpp"
 #include "tessel/known_identifiers.hpp"
 #include "texts/concat.h"
@@ -18,11 +17,6 @@ constexpr size_t kShownOctets = 32;
 // A multiple of the octets that a character takes in any type.
 constexpr size_t kShownTextOctets = 4096;
 
-std::string Padded(uint32_t number, size_t width) {
-  std::string text = std::to_string(number);
-  return text.insert(0, width - std::min(width, text.size()), '0');
-}
-
 // Whether the text is all digits up to a Z, to the second: the only form that certificates may have, and of which the
 // library reads everything.
 bool IsPlainTime(uint32_t tag, std::string_view text) {
@@ -30,17 +24,28 @@ bool IsPlainTime(uint32_t tag, std::string_view text) {
   return text.size() == digits + 1 && text.back() == 'Z' && text.find_first_not_of("0123456789") == digits;
 }
 
-// Nothing when the library does not take the time: its years end with 2100.
-tessel::Owned<LibraryTime> ReadTime(uint32_t tag, Octets content) {
-  tessel::Owned<LibraryTime> time = tessel::Make(CreateLibraryTime);
+// The library's years end with 2100.
+bool LibraryTakes(uint32_t tag, Octets content) {
+  const tessel::Owned<LibraryTime> time = tessel::Make(CreateLibraryTime);
   const tessel::Bytes element = tessel::Fetch(EncodeAsn1PrimitiveValue, tag, content);
-  return StatusOf(DecodeTime, element, time) == TESSEL_OK ? std::move(time) : tessel::Owned<LibraryTime>();
+  const uint32_t status = tessel::Try(DecodeTime, element, time);
+  if (status == TESSEL_OUT_OF_MEMORY) throw std::bad_alloc();
+  return status == TESSEL_OK;
 }
 
 std::string_view AsText(Octets content) { return {reinterpret_cast<const char*>(content.data()), content.size()}; }
 
 // Month, day, hour, minute, second and Z of a plain time.
 std::string_view AfterYear(std::string_view text) { return text.substr(text.size() - 11); }
+
+// A plain time with another year in front, and `between` before the hour.
+std::string DashedText(std::string_view year, std::string_view text, std::string_view between) {
+  const std::string_view rest = AfterYear(text);
+  return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), between, rest.substr(4, 2), ':',
+                rest.substr(6, 2), ':', rest.substr(8, 2));
+}
+
+std::string_view YearOf(std::string_view text) { return text.substr(0, text.size() - AfterYear(text).size()); }
 
 // The number that digits stand for.
 unsigned NumberOf(std::string_view digits) {
@@ -120,26 +125,23 @@ std::string TimeText(uint32_t tag, Octets content) {
   if (!IsPlainTime(tag, text)) {
     return Concat(ShortText(tag, content, tessel::Escape::kNothing), " (not a time as certificates have it)");
   }
-  const tessel::Owned<LibraryTime> time = IsoTime(tag, content) ? ReadTime(tag, content) : tessel::Owned<LibraryTime>();
-  const std::string_view rest = AfterYear(text);
-  const std::string year = time ? Padded(time->year, 4) : std::string(text.substr(0, text.size() - rest.size()));
-  return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), ' ', rest.substr(4, 2), ':', rest.substr(6, 2),
-                ':', rest.substr(8, 2), " UTC", time ? "" : " (out of range)");
+  const std::optional<std::string> iso = IsoTime(tag, content);
+  const bool isTaken = iso && LibraryTakes(tag, content);
+  const std::string_view year = isTaken ? std::string_view(*iso).substr(0, 4) : YearOf(text);
+  return Concat(DashedText(year, text, " "), " UTC", isTaken ? "" : " (out of range)");
 }
 
 std::optional<std::string> IsoTime(uint32_t tag, Octets content) {
   const std::string_view text = AsText(content);
   if (!IsPlainTime(tag, text)) return std::nullopt;
   const std::string_view rest = AfterYear(text);
-  const std::string_view lastDigits = text.substr(0, text.size() - rest.size());
-  const std::string_view century = tag == TESSEL_KIND_GENERALIZED_TIME ? "" : lastDigits < "50" ? "20" : "19";
-  const std::string year = Concat(century, lastDigits);
+  const std::string_view century = tag == TESSEL_KIND_GENERALIZED_TIME ? "" : YearOf(text) < "50" ? "20" : "19";
+  const std::string year = Concat(century, YearOf(text));
   const auto field = [rest](size_t place) { return NumberOf(rest.substr(place, 2)); };
   const std::chrono::year_month_day day(std::chrono::year(static_cast<int>(NumberOf(year))),
                                         std::chrono::month(field(0)), std::chrono::day(field(2)));
   if (!day.ok() || field(4) > 23 || field(6) > 59 || field(8) > 59) return std::nullopt;
-  return Concat(year, '-', rest.substr(0, 2), '-', rest.substr(2, 2), 'T', rest.substr(4, 2), ':', rest.substr(6, 2),
-                ':', rest.substr(8, 2), 'Z');
+  return Concat(DashedText(year, text, "T"), 'Z');
 }
 
 }  // namespace tool

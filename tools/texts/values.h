@@ -5,10 +5,12 @@
 #include <optional>
 #include <string>
 
-#include "asn1/ber.h"
+#include "tessel/octets.hpp"
 #include "tessel/strings.hpp"
 
 namespace tool {
+
+using tessel::Octets;
 
 // Octets in hexadecimal: the first ones only when there are many; then the number of all octets follows.
 std::string ShortHex(Octets octets);
