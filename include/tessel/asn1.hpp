@@ -207,7 +207,8 @@ template <class List, const auto& elementItem>
 struct ListDescriptor : Item<List> {
   using Members = ItemList<elementItem>;
   static constexpr const auto& kElement = elementItem;
-  constexpr explicit ListDescriptor(Asn1Kind kind) : Item<List>(detail::Constructed<List>(kind, 0, Members())) {}
+  constexpr explicit ListDescriptor(Asn1Kind listKind)
+      : Item<List>(detail::Constructed<List>(listKind, 0, Members())) {}
 };
 
 // List: a struct derived from ListOf<the element's node>.
