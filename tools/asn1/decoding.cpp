@@ -13,18 +13,12 @@ std::string_view DecodingError::Problem() const {
   }
 }
 
-tessel::Tree Decode(const Asn1Item& item, Octets octets, uint32_t* consumed) {
-  tessel::Tree tree(item);
-  const uint32_t status = StatusOf(Asn1DecodeItem, octets, &item, tree.Out(), consumed);
+tessel::Tree Decode(const tessel::Outline& type, Octets octets, uint32_t* consumed) {
+  tessel::Tree tree(*type.item);
+  const uint32_t status =
+      octets.empty() ? uint32_t{TESSEL_MALFORMED} : StatusOf(Asn1DecodeItem, octets, type.item, tree.Out(), consumed);
   if (status != TESSEL_OK) throw DecodingError(status);
   return tree;
-}
-
-Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root), uint32_t* consumed) {
-  tessel::Tree tree = Decode(item, octets, consumed);
-  Fact fact = describe(tree.Root());
-  fact.Keep(std::move(tree));
-  return fact;
 }
 
 }  // namespace tool

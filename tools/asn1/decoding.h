@@ -1,4 +1,4 @@
-// Decoding by descriptors, and facts about what is decoded.
+// Decoding by descriptors.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "asn1/ber.h"
-#include "facts/fact.h"
+#include "tessel/asn1.hpp"
 #include "tessel/calls.hpp"
 
 namespace tool {
@@ -30,10 +30,8 @@ class DecodingError : public tessel::Error {
   [[nodiscard]] std::string_view Problem() const;
 };
 
-// The tree of the element at the start of the octets; `consumed` receives its length. Throws a DecodingError.
-tessel::Tree Decode(const Asn1Item& item, Octets octets, uint32_t* consumed = nullptr);
-
-// The fact that `describe` makes of the root of such a tree, which the fact keeps.
-Fact DecodedFact(const Asn1Item& item, Octets octets, Fact (*describe)(const void* root), uint32_t* consumed = nullptr);
+// The tree of the value at the start of the octets; `consumed` receives the length of its encoding. Throws a
+// DecodingError.
+tessel::Tree Decode(const tessel::Outline& type, Octets octets, uint32_t* consumed = nullptr);
 
 }  // namespace tool

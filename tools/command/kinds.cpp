@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "describe/certificate.h"
+#include "asn1/ber.h"
 #include "tessel/octets.hpp"
 #include "tessel/tessel.h"
 #include "texts/concat.h"
@@ -11,7 +11,7 @@ namespace tool {
 namespace {
 
 const Kind kKinds[] = {
-    {"certificate", {"CERTIFICATE", "X509 CERTIFICATE"}, &CertificateItem, CertificateFact},
+    {"certificate", {"CERTIFICATE", "X509 CERTIFICATE"}, &kType<tessel::kCertificate>},
 };
 
 constexpr std::string_view kRequest = "a certificate request";

@@ -6,18 +6,14 @@
 #include <string>
 #include <string_view>
 
-#include "asn1/ber.h"
-#include "facts/fact.h"
-#include "tessel/descriptor.h"
+#include "describe/describer.h"
 
 namespace tool {
 
 struct Kind {
   std::string_view name;
   std::array<std::string_view, 2> labels;  // those of its PEM blocks
-  const Asn1Item* item;
-  // Describes an object by the root of its tree and by its octets as they were read, which both lend what is told.
-  Fact (*describe)(const void* root, Octets element);
+  const Type* type;
 
   [[nodiscard]] bool HasLabel(std::string_view label) const;
 };

@@ -81,8 +81,7 @@ void ShowBy(Printer print, const Input& input) {
   for (const Kind* kind : candidates) {
     try {
       uint32_t end = 0;
-      const tessel::Tree tree = Decode(*kind->item, input.octets, &end);
-      print(input, *kind, kind->describe(tree.Root(), input.octets.first(end)));
+      print(input, *kind, DecodedFact(*kind->type, input.octets, &end));
       if (end == input.octets.size()) return;
       throw Refusal(Concat("offset ", end, ": the object is followed by ", OctetCount(input.octets.size() - end)));
     } catch (const DecodingError& error) {

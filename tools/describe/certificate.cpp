@@ -1,17 +1,18 @@
-#include "describe/certificate.h"
-
+// Certificates.
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "describe/extensions.h"
-#include "describe/keys.h"
-#include "describe/names.h"
-#include "describe/nodes.h"
+#include "asn1/ber.h"
+#include "describe/describer.h"
 #include "describe/primitives.h"
+#include "describe/types.h"
 #include "tessel/calls.hpp"
+#include "tessel/tree.hpp"
 #include "texts/concat.h"
 #include "texts/sha256.h"
 #include "texts/values.h"
@@ -19,58 +20,46 @@
 namespace tool {
 namespace {
 
-enum CertificateSlot : unsigned { kTbsCertificate, kSignatureAlgorithm, kSignatureValue };
-enum TbsCertificateSlot : unsigned {
-  kVersion,
-  kSerialNumber,
-  kSignature,
-  kIssuer,
-  kValidity,
-  kSubject,
-  kPublicKeyInfo,
-  kIssuerUniqueId,
-  kSubjectUniqueId,
-  kExtensions
-};
-enum ValiditySlot : unsigned { kNotBefore, kNotAfter };
-enum TimeAlternative : uint32_t { kUtcTime, kGeneralizedTime };
+using tessel::ContentOf;
 
 // The stored number is one less than the version that people speak of.
-Fact VersionFact(const void* number) {
-  const std::optional<int64_t> stored = SmallInteger(Content(number));
-  const std::string unknown = Concat("unknown (stored as ", IntegerText(Content(number)), ')');
+Fact VersionFact(const Asn1Value& number) {
+  const std::optional<int64_t> stored = SmallInteger(ContentOf(number));
+  const std::string unknown = Concat("unknown (stored as ", IntegerText(ContentOf(number)), ')');
   if (!stored || *stored >= INT32_MAX) return Fact::Of(unknown, nullptr);
   const bool isKnown = *stored >= 0 && *stored <= 2;
   return Fact::Of(isKnown ? std::to_string(*stored + 1) : unknown, *stored + 1);
 }
 
-Fact TimeOf(const void* choice) {
-  const Alternative time = Chosen(choice);
-  return TimeFact(time.index == kUtcTime ? TESSEL_KIND_UTC_TIME : TESSEL_KIND_GENERALIZED_TIME, Content(time.value));
-}
-
-bool HaveSame(const void* one, const void* other, unsigned slot) {
-  return std::ranges::equal(Content(Slot(one, slot)), Content(Slot(other, slot)));
+template <class Node>
+bool AreSame(const Node* one, const Node* other) {
+  if (one == nullptr || other == nullptr) return one == other;
+  return std::ranges::equal(ContentOf(*one), ContentOf(*other));
 }
 
 // Both places should say the same; people are told of the signed one when it says something else.
-void TellSignatureAlgorithm(Fact& fact, const void* outside, const void* inside) {
-  Fact algorithm = AlgorithmFact(outside);
-  Fact signedAlgorithm = AlgorithmFact(inside);
-  if (!HaveSame(outside, inside, kAlgorithm)) {
+void TellSignatureAlgorithm(Fact& fact, const AlgorithmIdentifier& outside, const AlgorithmIdentifier& inside) {
+  Fact algorithm = FactOf(outside);
+  Fact signedAlgorithm = FactOf(inside);
+  if (!AreSame(outside.algorithm, inside.algorithm)) {
     algorithm.text += Concat(", but ", signedAlgorithm.text, " in the signed part");
-  } else if (!HaveSame(outside, inside, kParameters)) {
+  } else if (!AreSame(outside.parameters, inside.parameters)) {
     algorithm.text += ", with other parameters in the signed part";
   }
   fact.Add("signatureAlgorithm", "Signature algorithm", std::move(algorithm));
   fact.Hide("signedSignatureAlgorithm", std::move(signedAlgorithm));
 }
 
-void TellUniqueId(Fact& fact, std::string_view key, std::string_view label, const void* bits) {
-  if (bits == nullptr) return;
-  Fact id = UnreadFact(BitStringContent(bits));
-  id.Hide("unusedBits", int64_t{static_cast<const Asn1BitString*>(bits)->unused});
-  fact.Add(key, label, std::move(id));
+// The library checks the keys that have a digest set. Most of RFC 9215 have none.
+void TellConsistency(Fact& key, const Certificate& certificate) {
+  if (std::ranges::count(key.parts, "digestParamSet", &Fact::key) == 0) return;
+  tessel::Bytes octets;
+  uint32_t sets[3] = {};
+  const uint32_t status = StatusOf(GetCertificateDecodedPublicKeyGostR34102012, &certificate, tessel::Into(octets),
+                                   &sets[0], &sets[1], &sets[2]);
+  const bool isAccepted = status == TESSEL_OK;
+  const std::string text = isAccepted ? "accepted" : Concat("refused: ", tessel::StatusText(status));
+  key.Add("consistent", "Consistency check", Fact::Of(text, isAccepted));
 }
 
 // The SubjectPublicKeyInfo as it was read: the sixth member of the to-be-signed part besides the version. It ends where
@@ -95,46 +84,45 @@ Fact FingerprintFact(Octets digest) {
   return Fact::Of(text, text);
 }
 
-void TellFingerprints(Fact& fact, Octets certificate, const void* publicKeyInfo) {
-  const auto sha1Of = [](Octets octets) {
-    std::array<uint8_t, 20> digest{};
-    tessel::Call(sha1, octets, digest.data());
-    return FingerprintFact(digest);
-  };
+Fact Sha1Fact(Octets octets) {
+  std::array<uint8_t, 20> digest{};
+  tessel::Call(sha1, octets, digest.data());
+  return FingerprintFact(digest);
+}
+
+Fact FingerprintsFact(Octets certificate, const SubjectPublicKeyInfo& info) {
   const Octets written = PublicKeyInfoIn(certificate);
-  tessel::Bytes encoded;
-  if (written.empty()) {
-    tessel::Call(GetAsn1EncodedValue, publicKeyInfo, &SubjectPublicKeyInfoItem, tessel::Into(encoded));
-  }
+  const tessel::Bytes encoded = written.empty() ? tessel::Encode(tessel::kSubjectPublicKeyInfo, info) : tessel::Bytes();
   const Octets key = written.empty() ? Octets(encoded) : written;
-  Fact fingerprints = Fact::Object();
-  fingerprints.Add("sha1", "SHA-1", sha1Of(certificate));
-  fingerprints.Add("sha256", "SHA-256", FingerprintFact(Sha256(certificate)));
-  fingerprints.Add("publicKeySha1", "Public key SHA-1", sha1Of(key));
-  fingerprints.Add("publicKeySha256", "Public key SHA-256", FingerprintFact(Sha256(key)));
-  fact.Add("fingerprints", "Fingerprints", std::move(fingerprints));
+  Fact fact = Fact::Object();
+  fact.Add("sha1", "SHA-1", Sha1Fact(certificate));
+  fact.Add("sha256", "SHA-256", FingerprintFact(Sha256(certificate)));
+  fact.Add("publicKeySha1", "Public key SHA-1", Sha1Fact(key));
+  fact.Add("publicKeySha256", "Public key SHA-256", FingerprintFact(Sha256(key)));
+  return fact;
 }
 
 }  // namespace
 
-Fact CertificateFact(const void* root, Octets element) {
-  const void* tbs = Slot(root, kTbsCertificate);
-  const void* validity = Slot(tbs, kValidity);
+Fact FactOf(const Certificate& certificate, Octets octets) {
+  const tessel::TbsCertificate& tbs = *certificate.tbsCertificate;
   Fact fact = Fact::Object();
-  fact.Add("version", "Version", VersionFact(Slot(tbs, kVersion)));
-  fact.Add("serialNumber", "Serial number", SerialNumberFact(Content(Slot(tbs, kSerialNumber))));
-  fact.Add("issuer", "Issuer", NameFact(Chosen(Slot(tbs, kIssuer)).value));
-  fact.Add("subject", "Subject", NameFact(Chosen(Slot(tbs, kSubject)).value));
-  fact.Add("notBefore", "Valid from", TimeOf(Slot(validity, kNotBefore)));
-  fact.Add("notAfter", "Valid until", TimeOf(Slot(validity, kNotAfter)));
-  fact.Add("publicKey", "Public key", PublicKeyFact(Slot(tbs, kPublicKeyInfo), static_cast<const Certificate*>(root)));
-  TellSignatureAlgorithm(fact, Slot(root, kSignatureAlgorithm), Slot(tbs, kSignature));
-  fact.Hide("signature", HexText(BitStringContent(Slot(root, kSignatureValue))));
-  TellFingerprints(fact, element, Slot(tbs, kPublicKeyInfo));
-  TellUniqueId(fact, "issuerUniqueId", "Issuer unique ID", Slot(tbs, kIssuerUniqueId));
-  TellUniqueId(fact, "subjectUniqueId", "Subject unique ID", Slot(tbs, kSubjectUniqueId));
-  if (const void* extensions = Slot(tbs, kExtensions); extensions != nullptr) {
-    fact.Add("extensions", "Extensions", ExtensionsFact(extensions));
+  Fact key = FactOf(*tbs.subjectPublicKeyInfo);
+  TellConsistency(key, certificate);
+  fact.Add("version", "Version", VersionFact(*tbs.version));
+  fact.Add("serialNumber", "Serial number", SerialNumberFact(*tbs.serialNumber));
+  fact.Add("issuer", "Issuer", FactOf(*tbs.issuer));
+  fact.Add("subject", "Subject", FactOf(*tbs.subject));
+  fact.Add("notBefore", "Valid from", FactOf(*tbs.validity->notBefore));
+  fact.Add("notAfter", "Valid until", FactOf(*tbs.validity->notAfter));
+  fact.Add("publicKey", "Public key", std::move(key));
+  TellSignatureAlgorithm(fact, *certificate.signatureAlgorithm, *tbs.signature);
+  fact.Hide("signature", HexText(ContentOf(*certificate.signatureValue)));
+  fact.Add("fingerprints", "Fingerprints", FingerprintsFact(octets, *tbs.subjectPublicKeyInfo));
+  if (tbs.issuerUniqueID != nullptr) fact.Add("issuerUniqueId", "Issuer unique ID", FactOf(*tbs.issuerUniqueID));
+  if (tbs.subjectUniqueID != nullptr) fact.Add("subjectUniqueId", "Subject unique ID", FactOf(*tbs.subjectUniqueID));
+  if (tbs.extensions != nullptr) {
+    fact.Add("extensions", "Extensions", Describer<>::Describe(tessel::kX509Extensions, *tbs.extensions));
   }
   return fact;
 }

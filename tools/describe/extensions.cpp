@@ -1,52 +1,27 @@
-#include "describe/extensions.h"
-
+// Extensions.
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
-#include <vector>
 
-#include "asn1/decoding.h"
-#include "describe/extension_readers.h"
-#include "describe/nodes.h"
+#include "describe/describer.h"
+#include "describe/extension_values.h"
 #include "describe/primitives.h"
+#include "describe/types.h"
 #include "texts/concat.h"
 #include "texts/values.h"
 
 namespace tool {
 namespace {
 
-enum ExtensionSlot : unsigned { kIdentifier, kCritical, kValue };
+using tessel::ContentOf;
 
-std::vector<const ExtensionReader*> ReadersFor(std::string_view dotted) {
-  std::vector<const ExtensionReader*> found;
-  for (const auto readers : {StandardReaders(), DistributionPointReaders(), UntypedReaders()}) {
-    for (const ExtensionReader& reader : readers) {
-      if (reader.dotted == dotted) found.push_back(&reader);
-    }
-  }
-  return found;
-}
-
-// `length` receives how many octets of the value are told.
-Fact ReadValue(const ExtensionReader& reader, Octets value, uint32_t& length) {
-  if (value.empty()) throw DecodingError(TESSEL_MALFORMED);
-  if (reader.item == nullptr) {
-    const std::optional<Element> element = ReadElement(value);
-    length = element ? element->headerLength + element->contentLength : static_cast<uint32_t>(value.size());
-    return ElementFact(value.first(length));
-  }
-  Fact fact = DecodedFact(*reader.item, value, reader.describe, &length);
-  fact.TellIfEmpty();
-  return fact;
-}
-
-void TellValue(Fact& fact, Octets oid, Octets value) {
+void TellValue(Fact& fact, std::string_view dotted, Octets value) {
   std::string label;
-  for (const ExtensionReader* reader : ReadersFor(OidText(oid))) {
+  for (const ExtensionType& known : ExtensionTypes()) {
+    if (known.dotted != dotted) continue;
     try {
       uint32_t length = 0;
-      fact.Add("value", {}, ReadValue(*reader, value, length));
+      fact.Add("value", {}, DecodedFact(*known.type, value, &length));
       // Decoders do not look at octets behind the element.
       const Octets trailing = value.subspan(length);
       if (!trailing.empty()) fact.Add("trailing", "Octets behind the value", HexFact(trailing));
@@ -58,22 +33,14 @@ void TellValue(Fact& fact, Octets oid, Octets value) {
   fact.Add("hex", label, HexFact(value));
 }
 
-Fact ExtensionFact(const void* extension) {
-  const Octets oid = Content(Slot(extension, kIdentifier));
-  const Octets critical = Content(Slot(extension, kCritical));
-  const bool isCritical = !critical.empty() && critical.front() != 0;
-  Fact fact = OidFact(oid);
-  if (isCritical) fact.text += ", critical";
-  fact.Hide("critical", isCritical);
-  TellValue(fact, oid, Content(Slot(extension, kValue)));
-  return fact;
-}
-
 }  // namespace
 
-Fact ExtensionsFact(const void* extensions) {
-  Fact fact = ListFact(extensions, ExtensionFact);
-  fact.TellIfEmpty();
+Fact FactOf(const X509Extension& extension) {
+  const bool isCritical = ContentOf(*extension.critical).front() != 0;
+  Fact fact = FactOf(*extension.extnID);
+  if (isCritical) fact.text += ", critical";
+  fact.Hide("critical", isCritical);
+  TellValue(fact, OidText(ContentOf(*extension.extnID)), ContentOf(*extension.extnValue));
   return fact;
 }
 

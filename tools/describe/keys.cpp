@@ -1,5 +1,4 @@
-#include "describe/keys.h"
-
+// Algorithms and public keys.
 #include <algorithm>
 #include <iterator>
 #include <optional>
@@ -8,68 +7,85 @@
 #include <utility>
 #include <vector>
 
-#include "asn1/decoding.h"
-#include "describe/descriptors.h"
-#include "describe/nodes.h"
+#include "describe/describer.h"
 #include "describe/primitives.h"
+#include "describe/types.h"
 #include "texts/concat.h"
 #include "texts/values.h"
 
 namespace tool {
 namespace {
 
-enum PublicKeyInfoSlot : unsigned { kKeyAlgorithm, kKeyOctets };
+using tessel::ContentOf;
+using tessel::Default;
+using tessel::Explicit;
+using tessel::kInteger;
+using tessel::Member;
 
-// RSASSA-PSS-params ::= SEQUENCE {
-//   hashAlgorithm    [0] EXPLICIT AlgorithmIdentifier DEFAULT SHA-1,
-//   maskGenAlgorithm [1] EXPLICIT AlgorithmIdentifier DEFAULT mgf1 with SHA-1,
-//   saltLength       [2] EXPLICIT INTEGER DEFAULT 20,
-//   trailerField     [3] EXPLICIT INTEGER DEFAULT 1 } (RFC 4055, 3.1)
-const Asn1Item kHashAlgorithm = Optional(Explicit(0, AlgorithmIdentifierItem));
-const Asn1Item kMaskGenAlgorithm = Optional(Explicit(1, AlgorithmIdentifierItem));
-constexpr Asn1Item kSaltLength = Optional(Explicit(2, Primitive(TESSEL_KIND_INTEGER)));
-constexpr Asn1Item kTrailerField = Optional(Explicit(3, Primitive(TESSEL_KIND_INTEGER)));
-const Members<4> kPssMembers = {&kHashAlgorithm, &kMaskGenAlgorithm, &kSaltLength, &kTrailerField};
-const Asn1Item kPssParameters = Sequence(kPssMembers);
-enum PssSlot : unsigned { kHash, kMaskGen, kSalt, kTrailer };
-constexpr tessel::ObjectIdentifier kSha1("1.3.14.3.2.26");
-constexpr tessel::ObjectIdentifier kMgf1("1.2.840.113549.1.1.8");
+// ---- RSASSA-PSS (RFC 4055, 3.1) ----
+
+struct RsassaPssParameters {
+  AlgorithmIdentifier* hashAlgorithm;
+  AlgorithmIdentifier* maskGenAlgorithm;
+  Asn1Value* saltLength;
+  Asn1Value* trailerField;
+};
+
+constexpr tessel::ObjectIdentifier kSha1Identifier("1.3.14.3.2.26");
+constexpr tessel::ObjectIdentifier kMgf1Identifier("1.2.840.113549.1.1.8");
+constexpr Asn1Oid kSha1Oid = tessel::BorrowOid(kSha1Identifier.Counted());
+constexpr Asn1Oid kMgf1Oid = tessel::BorrowOid(kMgf1Identifier.Counted());
+// AlgorithmIdentifier { sha-1, NULL }. As all defaults it is kept off the alignment of the heap (asn1.hpp).
+alignas(16) constexpr uint8_t kSha1Octets[] = {0xFF, 0x30, 0x09, 0x06, 0x05, 0x2B, 0x0E, 0x03, 0x02, 0x1A, 0x05, 0x00};
+constexpr Asn1Any kSha1Parameter = tessel::BorrowOpenValue(Octets(kSha1Octets).subspan(1));
+constexpr AlgorithmIdentifier kSha1{const_cast<Asn1Oid*>(&kSha1Oid), nullptr};
+constexpr AlgorithmIdentifier kMgf1WithSha1{const_cast<Asn1Oid*>(&kMgf1Oid), const_cast<Asn1Any*>(&kSha1Parameter)};
+alignas(16) constexpr uint8_t kNumbers[] = {0xFF, 20, 1};
+constexpr Asn1Value kTwenty = tessel::Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(1, 1));
+constexpr Asn1Value kOne = tessel::Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(2, 1));
+
+constexpr auto kRsassaPssParameters = tessel::Sequence{
+    Member<&RsassaPssParameters::hashAlgorithm, Default<Explicit<0, tessel::kAlgorithmIdentifier>, kSha1>>,
+    Member<&RsassaPssParameters::maskGenAlgorithm, Default<Explicit<1, tessel::kAlgorithmIdentifier>, kMgf1WithSha1>>,
+    Member<&RsassaPssParameters::saltLength, Default<Explicit<2, kInteger>, kTwenty>>,
+    Member<&RsassaPssParameters::trailerField, Default<Explicit<3, kInteger>, kOne>>,
+};
+
+Fact AlgorithmOidFact(const AlgorithmIdentifier& identifier) { return OidFact(ContentOf(*identifier.algorithm)); }
+
+Octets ParametersOf(const AlgorithmIdentifier& identifier) {
+  return identifier.parameters == nullptr ? Octets() : ContentOf(*identifier.parameters);
+}
 
 // Mask generation functions have the hash algorithm as parameter.
-Fact MaskGenFact(const void* identifier) {
-  Fact fact = OidFact(identifier == nullptr ? kMgf1.Content() : Content(Slot(identifier, kAlgorithm)));
-  const std::optional<Octets> hash = ContentOfType(Content(Slot(identifier, kParameters)), TESSEL_KIND_SEQUENCE);
+Fact MaskGenFact(const AlgorithmIdentifier& identifier) {
+  Fact fact = AlgorithmOidFact(identifier);
+  const std::optional<Octets> hash = ContentOfType(ParametersOf(identifier), TESSEL_KIND_SEQUENCE);
   const std::optional<Octets> oid = hash ? ContentOfType(*hash, TESSEL_KIND_OBJECT_IDENTIFIER) : std::nullopt;
-  if (identifier != nullptr && !oid) return fact;
-  Fact hashFact = OidFact(oid ? *oid : kSha1.Content());
+  if (!oid) return fact;
+  Fact hashFact = OidFact(*oid);
   fact.text += Concat(" with ", hashFact.text);
   fact.Hide("hashAlgorithm", std::move(hashFact));
   return fact;
 }
 
-Fact NumberOrDefault(const void* number, int64_t byDefault) {
-  return number == nullptr ? Fact::Of(std::to_string(byDefault), byDefault) : IntegerFact(Content(number));
-}
+constexpr Sayings kPssSayings{
+    Say<&RsassaPssParameters::hashAlgorithm>{.tell = AlgorithmOidFact},
+    Say<&RsassaPssParameters::maskGenAlgorithm>{.tell = MaskGenFact},
+};
 
-Fact PssFact(const void* parameters) {
-  const void* hashIdentifier = Slot(parameters, kHash);
-  Fact hash = OidFact(hashIdentifier == nullptr ? kSha1.Content() : Content(Slot(hashIdentifier, kAlgorithm)));
-  Fact maskGen = MaskGenFact(Slot(parameters, kMaskGen));
-  Fact salt = NumberOrDefault(Slot(parameters, kSalt), 20);
-  Fact trailer = NumberOrDefault(Slot(parameters, kTrailer), 1);
-  Fact fact = Fact::Object(
-      Concat(hash.text, ", ", maskGen.text, ", salt of ", salt.text, salt.text == "1" ? " octet" : " octets"));
-  if (trailer.text != "1") fact.text += Concat(", trailer field ", trailer.text);
-  fact.Hide("hashAlgorithm", std::move(hash));
-  fact.Hide("maskGenAlgorithm", std::move(maskGen));
-  fact.Hide("saltLength", std::move(salt));
-  fact.Hide("trailerField", std::move(trailer));
+Fact FactOf(const RsassaPssParameters& parameters) {
+  Fact fact = Describer<kPssSayings>::DescribeParts(kRsassaPssParameters, parameters);
+  const std::string& salt = fact.parts[2].text;
+  const std::string& trailer = fact.parts[3].text;
+  fact.text = Concat(fact.parts[0].text, ", ", fact.parts[1].text, ", salt of ", salt,
+                     salt == "1" ? " octet" : " octets", trailer == "1" ? "" : Concat(", trailer field ", trailer));
   return fact;
 }
 
 void TellPss(Fact& fact, Octets parameters) {
   try {
-    Fact pss = DecodedFact(kPssParameters, parameters, PssFact);
+    Fact pss = DecodedFact(kType<kRsassaPssParameters>, parameters);
     fact.text += Concat(", ", pss.text);
     fact.Hide("pss", std::move(pss));
   } catch (const DecodingError& error) {
@@ -77,10 +93,11 @@ void TellPss(Fact& fact, Octets parameters) {
   }
 }
 
+// ---- Keys ----
+
 struct Key {
   Octets parameters;
   Octets octets;
-  const Certificate* certificate;  // whose key it is
 };
 
 // The INTEGERs that a SEQUENCE starts with: RSAPublicKey { modulus, publicExponent }, Dss-Parms { p, q, g }.
@@ -95,15 +112,15 @@ std::vector<Octets> LeadingIntegers(Octets encoded) {
   return integers;
 }
 
+void TellOctets(Fact& fact, Octets key) {
+  fact.text += Concat(", ", OctetCount(key.size()));
+  fact.Hide("octets", static_cast<int64_t>(key.size()));
+}
+
 void TellBits(Fact& fact, Octets modulus) {
   const int64_t bits = BitCount(modulus);
   fact.text += Concat(", ", bits, " bits");
   fact.Hide("bits", bits);
-}
-
-void TellOctets(Fact& fact, Octets key) {
-  fact.text += Concat(", ", OctetCount(key.size()));
-  fact.Hide("octets", static_cast<int64_t>(key.size()));
 }
 
 void TellRsa(Fact& fact, const Key& key) {
@@ -135,27 +152,15 @@ void TellCurve(Fact& fact, const Key& key) {
   fact.Hide("curve", std::move(curve));
 }
 
-Fact ConsistencyFact(const Certificate* certificate) {
-  tessel::Bytes key;
-  uint32_t sets[3] = {};
-  const uint32_t status = StatusOf(GetCertificateDecodedPublicKeyGostR34102012, certificate, tessel::Into(key),
-                                   &sets[0], &sets[1], &sets[2]);
-  return Fact::Of(status == TESSEL_OK ? "accepted" : Concat("refused: ", tessel::StatusText(status)),
-                  status == TESSEL_OK);
-}
-
-// Tells the sets that are written. Keys of RFC 9215 may have no digest set; the library checks those that have one.
+// Tells the parameter sets that are written.
 void TellGost(Fact& fact, const Key& key) {
   TellOctets(fact, ContentOfType(key.octets, TESSEL_KIND_OCTET_STRING).value_or(key.octets));
-  bool isComplete = false;
   Octets rest = ContentOfType(key.parameters, TESSEL_KIND_SEQUENCE).value_or(Octets());
   for (const std::string_view set : {"publicKeyParamSet", "digestParamSet", "encryptionParamSet"}) {
     const std::optional<Octets> oid = TakeContentOfType(rest, TESSEL_KIND_OBJECT_IDENTIFIER);
-    if (!oid) break;
+    if (!oid) return;
     fact.Add(set, set, OidFact(*oid));
-    isComplete = isComplete || set == "digestParamSet";
   }
-  if (isComplete) fact.Add("consistent", "Consistency check", ConsistencyFact(key.certificate));
 }
 
 // What is told of a key beyond its algorithm. Of others the number of octets is.
@@ -180,23 +185,21 @@ void TellKey(Fact& fact, std::string_view dotted, const Key& key) {
 
 }  // namespace
 
-Fact AlgorithmFact(const void* identifier) {
-  const Octets parameters = Content(Slot(identifier, kParameters));
-  const Octets oid = Content(Slot(identifier, kAlgorithm));
-  Fact fact = OidFact(oid);
+Fact FactOf(const AlgorithmIdentifier& identifier) {
+  Fact fact = AlgorithmOidFact(identifier);
+  const Octets parameters = ParametersOf(identifier);
   if (parameters.empty()) return fact;
   fact.Hide("parameters", HexText(parameters));
-  if (OidText(oid) == kRsassaPss) TellPss(fact, parameters);
+  if (OidText(ContentOf(*identifier.algorithm)) == kRsassaPss) TellPss(fact, parameters);
   return fact;
 }
 
-Fact PublicKeyFact(const void* info, const Certificate* certificate) {
-  const void* identifier = Slot(info, kKeyAlgorithm);
-  Fact algorithm = AlgorithmFact(identifier);
-  const Key key{Content(Slot(identifier, kParameters)), BitStringContent(Slot(info, kKeyOctets)), certificate};
+Fact FactOf(const SubjectPublicKeyInfo& info) {
+  Fact algorithm = FactOf(*info.algorithm);
+  const Key key{ParametersOf(*info.algorithm), ContentOf(*info.subjectPublicKey)};
   Fact fact = Fact::Object(algorithm.text);
   fact.Hide("algorithm", std::move(algorithm));
-  TellKey(fact, OidText(Content(Slot(identifier, kAlgorithm))), key);
+  TellKey(fact, OidText(ContentOf(*info.algorithm->algorithm)), key);
   fact.Hide("key", HexText(key.octets));
   return fact;
 }

@@ -1,14 +1,13 @@
-#include "describe/names.h"
-
+// Names.
+#include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "asn1/decoding.h"
-#include "describe/nodes.h"
+#include "describe/describer.h"
 #include "describe/primitives.h"
+#include "describe/types.h"
 #include "tessel/known_identifiers.hpp"
 #include "texts/addresses.h"
 #include "texts/concat.h"
@@ -17,23 +16,11 @@
 namespace tool {
 namespace {
 
-using RelativeNames = std::span<void* const>;
-
-enum AttributeSlot : unsigned { kAttributeType, kAttributeValue };
-
-// The kinds of general names by their alternatives (names.h).
-enum GeneralNameKind : uint32_t { kOtherName, kMail, kDns, kX400, kDirectory, kEdiParty, kUri, kAddress, kRegistered };
-
-struct KindNames {
-  std::string_view label;
-  std::string_view key;
-};
-
-constexpr KindNames kKindNames[] = {
-    {"Other name", "otherName"},          {"Email", "rfc822Name"},   {"DNS", "dNSName"},
-    {"X.400 address", "x400Address"},     {"Name", "directoryName"}, {"EDI party", "ediPartyName"},
-    {"URI", "uniformResourceIdentifier"}, {"IP", "iPAddress"},       {"Registered ID", "registeredID"},
-};
+using tessel::AttributeTypeAndValue;
+using tessel::Chosen;
+using tessel::ContentOf;
+using tessel::kX509GeneralName;
+using tessel::RelativeDistinguishedName;
 
 // People see the beginnings of long values, programs the whole.
 enum class Extent { kBeginnings, kWhole };
@@ -53,65 +40,44 @@ void WriteValue(const tessel::NameAttribute& attribute, Extent extent, const Tex
   write(ShortHex(attribute.value));
 }
 
-tessel::NameAttribute AttributeOf(const void* node) {
-  return {Content(Slot(node, kAttributeType)), Content(Slot(node, kAttributeValue))};
-}
-
-void WriteName(RelativeNames relativeNames, Extent extent, const TextSink& write) {
-  std::string_view before;
-  for (const void* attributes : relativeNames) {
-    if (Items(attributes).empty()) write(Concat(before, "(empty)"));
-    for (const void* attribute : Items(attributes)) {
-      const tessel::NameAttribute it = AttributeOf(attribute);
-      write(Concat(before, OidName(it.type), '='));
-      WriteValue(it, extent, write);
-      before = "+";
-    }
-    before = ", ";
+void WriteAttributes(const RelativeDistinguishedName& attributes, Extent extent, const TextSink& write) {
+  if (attributes.count == 0) write("(empty)");
+  for (uint32_t i = 0; i < attributes.count; ++i) {
+    const AttributeTypeAndValue& it = *attributes.At(i);
+    write(Concat(i == 0 ? "" : "+", OidName(ContentOf(*it.type)), '='));
+    WriteValue({ContentOf(*it.type), ContentOf(*it.value)}, extent, write);
   }
-  if (relativeNames.empty()) write("(empty)");
 }
 
-Fact AttributeFact(const void* node) {
-  const tessel::NameAttribute attribute = AttributeOf(node);
-  Fact fact = OidFact(attribute.type);
-  fact.Hide("value", ElementFact(attribute.value));
-  return fact;
-}
-
-Fact AttributesFact(const void* attributes) { return ListFact(attributes, AttributeFact); }
-
-Fact NameOf(RelativeNames relativeNames) {
-  Fact fact = Fact::Object();
-  WriteName(relativeNames, Extent::kBeginnings, [&fact](std::string_view piece) { fact.text += piece; });
-  fact.Hide("text", [=](const TextSink& write) { WriteName(relativeNames, Extent::kWhole, write); });
-  fact.Hide("rdns", ListFact(relativeNames, AttributesFact));
-  return fact;
-}
-
-// OtherName ::= [0] IMPLICIT SEQUENCE { type-id OBJECT IDENTIFIER, value [0] EXPLICIT ANY }
-Fact OtherNameFact(Octets element) {
-  const std::optional<Element> outer = ReadElement(element);
-  if (!outer) return UnreadFact(element);
-  Octets rest = ContentOf(*outer, element);
-  const std::optional<Octets> type = TakeContentOfType(rest, TESSEL_KIND_OBJECT_IDENTIFIER);
-  const std::optional<Element> wrapper = ReadElement(rest);
-  const bool isWrapped = wrapper && wrapper->tagClass == TESSEL_CLASS_CONTEXT && wrapper->tagNumber == 0;
-  if (!type || !isWrapped) return UnreadFact(element);
-  Fact typeFact = OidFact(*type);
-  Fact value = ElementFact(ContentOf(*wrapper, rest));
-  Fact fact = Fact::Object(Concat(typeFact.text, ", ", value.text));
-  fact.Hide("type", std::move(typeFact));
-  fact.Hide("value", std::move(value));
-  return fact;
-}
-
-Fact DirectoryNameFact(Octets encoded) {
-  try {
-    return DecodedFact(X509NameItem, encoded, NameFact);
-  } catch (const DecodingError&) {
-    return UnreadFact(encoded);
+void WriteName(const X509Name& name, Extent extent, const TextSink& write) {
+  if (name.count == 0) write("(empty)");
+  for (uint32_t i = 0; i < name.count; ++i) {
+    if (i != 0) write(", ");
+    WriteAttributes(*name.At(i), extent, write);
   }
+}
+
+Fact AttributeFact(const AttributeTypeAndValue& attribute) {
+  Fact fact = FactOf(*attribute.type);
+  fact.Hide("value", FactOf(*attribute.value));
+  return fact;
+}
+
+Fact AttributesFact(const RelativeDistinguishedName& attributes) { return ListFact(attributes, AttributeFact); }
+
+struct OtherName {
+  Asn1Oid* type;
+  Asn1Any* value;
+};
+constexpr auto kOtherName = tessel::Sequence{
+    tessel::Member<&OtherName::type, tessel::kOid>,
+    tessel::Member<&OtherName::value, tessel::Explicit<0, tessel::kAny>>,
+};
+
+Fact FactOf(const OtherName& name) {
+  Fact fact = Describer<>::DescribeParts(kOtherName, name);
+  fact.text = Concat(fact.parts[0].text, ", ", fact.parts[1].text);
+  return fact;
 }
 
 Fact AddressFact(Octets octets, bool withMask) {
@@ -119,50 +85,55 @@ Fact AddressFact(Octets octets, bool withMask) {
   return text ? Fact::Of(*text, *text) : UnreadFact(octets);
 }
 
-Fact GeneralNameValueFact(uint32_t kind, Octets value, bool withMask) {
-  switch (kind) {
-    case kOtherName:
-      return OtherNameFact(value);
-    case kMail:
-    case kDns:
-    case kUri:
-      return StringFact(TESSEL_KIND_IA5_STRING, value);
-    case kDirectory:
-      return DirectoryNameFact(value);
-    case kAddress:
-      return AddressFact(value, withMask);
-    case kRegistered:
-      return OidFact(value);
-    default:
-      return UnreadFact(value);
+Fact GeneralNameValueFact(const X509GeneralName& name, bool withMask) {
+  if (const auto* other = Chosen<kX509GeneralName, X509GeneralName::otherName>(&name)) {
+    return DecodedOrHexFact(kType<tessel::Implicit<0, kOtherName>>, ContentOf(*other));
   }
+  if (const auto* directory = Chosen<kX509GeneralName, X509GeneralName::directoryName>(&name)) {
+    return DecodedOrHexFact(kType<tessel::kX509Name>, ContentOf(*directory));
+  }
+  if (const auto* address = Chosen<kX509GeneralName, X509GeneralName::iPAddress>(&name)) {
+    return AddressFact(ContentOf(*address), withMask);
+  }
+  return Describer<>::DescribeParts(kX509GeneralName, name).parts.front();
 }
 
-Fact GeneralNameFact(const void* name, bool withMask) {
-  const Alternative chosen = Chosen(name);
-  if (chosen.value == nullptr || chosen.index >= std::size(kKindNames)) return Fact::Of("(absent)", nullptr);
-  Fact value = GeneralNameValueFact(chosen.index, Content(chosen.value), withMask);
+// By alternative.
+constexpr std::string_view kLabels[] = {"Other name", "Email", "DNS", "X.400 address", "Name",
+                                        "EDI party",  "URI",   "IP",  "Registered ID"};
+
+Fact GeneralNameFact(const X509GeneralName& name, bool withMask) {
+  Fact value = GeneralNameValueFact(name, withMask);
   Fact fact = Fact::Object(value.text);
-  fact.label = kKindNames[chosen.index].label;
-  fact.Hide("kind", std::string(kKindNames[chosen.index].key));
+  fact.label = kLabels[name.index];
+  fact.Hide("kind", std::string(tessel::kOutline<kX509GeneralName>.names[name.index]));
   fact.Hide("value", std::move(value));
   return fact;
 }
 
 }  // namespace
 
-Fact NameFact(const void* name) { return name == nullptr ? Fact::Of("(absent)", nullptr) : NameOf(Items(name)); }
-
-Fact RelativeNameFact(const Asn1Choice& choice) { return NameOf({&choice.value, 1}); }
-
-Fact GeneralNameFact(const void* name) { return GeneralNameFact(name, false); }
-
-Fact SubtreeBaseFact(const void* name) { return GeneralNameFact(name, true); }
-
-Fact GeneralNamesFact(const void* names) {
-  Fact fact = ListFact(names, [](const void* name) { return GeneralNameFact(name); });
-  fact.TellIfEmpty();
+Fact FactOf(const X509Name& name) {
+  Fact fact = Fact::Object();
+  WriteName(name, Extent::kBeginnings, [&fact](std::string_view piece) { fact.text += piece; });
+  fact.Hide("text", [&name](const TextSink& write) { WriteName(name, Extent::kWhole, write); });
+  fact.Hide("rdns", ListFact(name, AttributesFact));
   return fact;
 }
+
+Fact FactOf(const tessel::NameChoice& name) {
+  return FactOf(*Chosen<tessel::kName, tessel::NameChoice::rdnSequence>(&name));
+}
+
+Fact FactOf(const RelativeDistinguishedName& name) {
+  const auto alone = std::make_shared<tessel::BorrowedList<X509Name>>(const_cast<RelativeDistinguishedName*>(&name));
+  Fact fact = FactOf(*alone->Node());
+  fact.lender = alone;
+  return fact;
+}
+
+Fact FactOf(const X509GeneralName& name) { return GeneralNameFact(name, false); }
+
+Fact SubtreeBaseFact(const X509GeneralName& name) { return GeneralNameFact(name, true); }
 
 }  // namespace tool

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "describe/nodes.h"
+#include "describe/types.h"
 #include "tessel/known_identifiers.hpp"
 #include "texts/concat.h"
 #include "texts/values.h"
@@ -125,7 +125,8 @@ Fact IntegerFact(Octets content) {
   return fact;
 }
 
-Fact SerialNumberFact(Octets content) {
+Fact SerialNumberFact(const Asn1Value& number) {
+  const Octets content = tessel::ContentOf(number);
   if (content.empty() || (content.front() & 0x80) == 0) return HexFact(WithoutLeadingZeros(content));
   const auto negated = std::make_shared<const tessel::Bytes>(Negated(content));
   const Octets magnitude = WithoutLeadingZeros(*negated);
@@ -142,6 +143,13 @@ Fact TimeFact(uint32_t tag, Octets content) {
   return Fact::Of(TimeText(tag, content), iso ? *iso : ShortText(tag, content, tessel::Escape::kNothing));
 }
 
+Fact FactOf(const tessel::Time& time) {
+  const auto* utcTime = tessel::Chosen<tessel::kTime, tessel::Time::utcTime>(&time);
+  const auto* generalTime = tessel::Chosen<tessel::kTime, tessel::Time::generalTime>(&time);
+  const Asn1Value& written = utcTime != nullptr ? *utcTime : *generalTime;
+  return TimeFact(written.tag, tessel::ContentOf(written));
+}
+
 Fact ElementFact(Octets element) {
   const std::optional<Element> header = ReadElement(element);
   if (!header || header->tagClass != TESSEL_CLASS_UNIVERSAL || header->constructed) return UnreadFact(element);
@@ -154,9 +162,20 @@ Fact ElementFact(Octets element) {
   return fact;
 }
 
-Fact NamedBitsFact(const void* bitString, std::span<const std::string_view> names) {
-  const Octets octets = BitStringContent(bitString);
-  const size_t unused = octets.empty() ? 0 : static_cast<const Asn1BitString*>(bitString)->unused;
+Fact ValueFact(uint32_t kind, Octets content) {
+  Fact fact = PrimitiveFact(kind, content);
+  return fact.text.empty() ? HexFact(content) : std::move(fact);
+}
+
+Fact FactOf(const Asn1BitString& bits) {
+  Fact fact = UnreadFact(tessel::ContentOf(bits));
+  fact.Hide("unusedBits", int64_t{bits.unused});
+  return fact;
+}
+
+Fact NamedBitsFact(const Asn1BitString& bits, std::span<const std::string_view> names) {
+  const Octets octets = tessel::ContentOf(bits);
+  const size_t unused = octets.empty() ? 0 : bits.unused;
   const size_t count = 8 * octets.size() - std::min<size_t>(unused, 8);
   Fact fact = Fact::List([=](const FactSink& sink) {
     for (size_t i = 0; i < count; ++i) {

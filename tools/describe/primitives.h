@@ -8,6 +8,7 @@
 
 #include "asn1/ber.h"
 #include "facts/fact.h"
+#include "tessel/nodes.hpp"
 #include "tessel/strings.hpp"
 
 namespace tool {
@@ -40,7 +41,7 @@ Fact StringFact(uint32_t tag, Octets content);
 Fact IntegerFact(Octets content);
 
 // An INTEGER as serial numbers are told: hexadecimal digits of the magnitude, after a minus sign when it is negative.
-Fact SerialNumberFact(Octets content);
+Fact SerialNumberFact(const Asn1Value& number);
 
 // A UTCTime or GeneralizedTime. Programs get ISO 8601, or what is written when that is no time.
 Fact TimeFact(uint32_t tag, Octets content);
@@ -49,6 +50,13 @@ Fact TimeFact(uint32_t tag, Octets content);
 Fact ElementFact(Octets element);
 
 // A BIT STRING of named bits: the names of those that are set. People see those of the first octets.
-Fact NamedBitsFact(const void* bitString, std::span<const std::string_view> names);
+Fact NamedBitsFact(const Asn1BitString& bits, std::span<const std::string_view> names);
+
+// A value of a primitive kind; in hexadecimal where that tells nothing.
+Fact ValueFact(uint32_t kind, Octets content);
+
+inline Fact FactOf(const Asn1Oid& identifier) { return OidFact(tessel::ContentOf(identifier)); }
+inline Fact FactOf(const Asn1Any& element) { return ElementFact(tessel::ContentOf(element)); }
+Fact FactOf(const Asn1BitString& bits);
 
 }  // namespace tool

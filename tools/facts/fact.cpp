@@ -34,6 +34,13 @@ void Fact::Add(std::string_view partKey, std::string_view partLabel, Fact part) 
   parts.push_back(std::move(part));
 }
 
+void Fact::TakeParts(Fact other) {
+  for (Fact& part : other.parts) {
+    if (other.lender) part.Keep(std::pair(part.lender, other.lender));
+    parts.push_back(std::move(part));
+  }
+}
+
 bool Fact::VisitParts(const FactSink& sink) const {
   return std::ranges::all_of(parts, sink) && (!lentParts || lentParts(sink));
 }
