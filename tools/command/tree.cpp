@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "asn1/tags.h"
 #include "command/report.h"
 #include "tessel/known_identifiers.hpp"
 #include "texts/concat.h"
@@ -14,6 +15,7 @@ namespace {
 
 // Deeper elements are drawn at this level, with their depth as a number.
 constexpr uint32_t kDrawnLevels = 40;
+constexpr uint32_t kEndOfContentsTag = 0;
 
 using ValueText = std::string (*)(uint32_t tag, Octets content);
 
@@ -50,71 +52,36 @@ std::string StringText(uint32_t tag, Octets content) {
 
 std::string WrittenTime(uint32_t tag, Octets content) { return ShortText(tag, content, tessel::Escape::kNothing); }
 
-struct UniversalType {
-  std::string_view name;
-  bool constructed = false;  // what its elements usually are
-  ValueText value = OctetsText;
-};
-
-// By tag number.
-constexpr UniversalType kUniversalTypes[] = {
-    {"end-of-contents", false, NullText},
-    {"BOOLEAN", false, BooleanText},
-    {"INTEGER", false, NumberText},
-    {"BIT STRING", false, BitsText},
-    {"OCTET STRING"},
-    {"NULL", false, NullText},
-    {"OBJECT IDENTIFIER", false, IdentifierText},
-    {"ObjectDescriptor"},
-    {"EXTERNAL", true},
-    {"REAL"},
-    {"ENUMERATED", false, NumberText},
-    {"EMBEDDED PDV", true},
-    {"UTF8String", false, StringText},
-    {"RELATIVE-OID"},
-    {"TIME"},
-    {"[UNIVERSAL 15]"},
-    {"SEQUENCE", true},
-    {"SET", true},
-    {"NumericString", false, StringText},
-    {"PrintableString", false, StringText},
-    {"TeletexString", false, StringText},
-    {"VideotexString"},
-    {"IA5String", false, StringText},
-    {"UTCTime", false, WrittenTime},
-    {"GeneralizedTime", false, WrittenTime},
-    {"GraphicString"},
-    {"VisibleString", false, StringText},
-    {"GeneralString"},
-    {"UniversalString", false, StringText},
-    {"CHARACTER STRING", true},
-    {"BMPString", false, StringText},
-};
-
-std::string_view ClassWord(uint8_t tagClass) {
-  switch (tagClass) {
-    case TESSEL_CLASS_UNIVERSAL:
-      return "UNIVERSAL ";
-    case TESSEL_CLASS_APPLICATION:
-      return "APPLICATION ";
-    case TESSEL_CLASS_PRIVATE:
-      return "PRIVATE ";
+// How the content of a primitive element of a universal type is written.
+ValueText ValueTextOf(uint32_t tag) {
+  switch (tag) {
+    case TESSEL_KIND_BOOLEAN:
+      return BooleanText;
+    case TESSEL_KIND_INTEGER:
+    case TESSEL_KIND_ENUMERATED:
+      return NumberText;
+    case TESSEL_KIND_BIT_STRING:
+      return BitsText;
+    case kEndOfContentsTag:
+    case TESSEL_KIND_NULL:
+      return NullText;
+    case TESSEL_KIND_OBJECT_IDENTIFIER:
+      return IdentifierText;
+    case TESSEL_KIND_UTF8_STRING:
+    case TESSEL_KIND_NUMERIC_STRING:
+    case TESSEL_KIND_PRINTABLE_STRING:
+    case TESSEL_KIND_TELETEX_STRING:
+    case TESSEL_KIND_IA5_STRING:
+    case TESSEL_KIND_VISIBLE_STRING:
+    case TESSEL_KIND_UNIVERSAL_STRING:
+    case TESSEL_KIND_BMP_STRING:
+      return StringText;
+    case TESSEL_KIND_UTC_TIME:
+    case TESSEL_KIND_GENERALIZED_TIME:
+      return WrittenTime;
     default:
-      return "";
+      return OctetsText;
   }
-}
-
-// The element's own tag number is cut to 32 bits, so a long one is read from the identifier octets.
-std::string TagNumberText(const Element& element, Octets octets) {
-  Octets rest = octets.subspan(element.offset, element.headerLength);
-  if ((rest.front() & 0x1F) != 0x1F) return std::to_string(element.tagNumber);
-  rest = rest.subspan(1);
-  const std::optional<Base128> number = TakeBase128(rest);
-  return number && !number->wide ? std::to_string(number->value) : "number of more than 64 bits";
-}
-
-std::string TagText(const Element& element, Octets octets) {
-  return Concat('[', ClassWord(element.tagClass), TagNumberText(element, octets), ']');
 }
 
 void AppendPadded(std::string& line, std::string_view text, size_t width) {
@@ -131,14 +98,14 @@ void AppendPosition(std::string& line, const Element& element) {
 }
 
 void AppendDescription(std::string& line, const Element& element, Octets octets) {
-  const bool universal = element.tagClass == TESSEL_CLASS_UNIVERSAL;
-  const bool named = universal && element.tagNumber < std::size(kUniversalTypes);
-  const UniversalType* type = named ? &kUniversalTypes[element.tagNumber] : nullptr;
-  line += named ? std::string(type->name) : TagText(element, octets);
-  if (named && type->constructed != element.constructed)
+  const UniversalType* type = FindUniversalType(element.tagClass, element.tagNumber);
+  line += type != nullptr ? std::string(type->name) : TagText(element, octets);
+  if (type != nullptr && type->constructed != element.constructed) {
     line += element.constructed ? " (constructed)" : " (primitive)";
+  }
   if (element.constructed) return;
-  const std::string value = (named ? type->value : OctetsText)(element.tagNumber, ContentOf(element, octets));
+  const ValueText text = type != nullptr ? ValueTextOf(element.tagNumber) : OctetsText;
+  const std::string value = text(element.tagNumber, ContentOf(element, octets));
   if (!value.empty()) line += Concat(' ', value);
 }
 
