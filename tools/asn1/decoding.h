@@ -3,10 +3,10 @@
 
 #include <cstdint>
 #include <new>
-#include <string_view>
 #include <utility>
 
 #include "asn1/ber.h"
+#include "asn1/explain.h"
 #include "tessel/asn1.hpp"
 #include "tessel/calls.hpp"
 
@@ -21,13 +21,17 @@ uint32_t StatusOf(Arguments&&... arguments) {
   return status;
 }
 
-// Octets that do not decode.
+// Octets that do not decode, which have to be there as long as the exception.
 class DecodingError : public tessel::Error {
  public:
-  using tessel::Error::Error;
+  DecodingError(uint32_t status, const tessel::Outline& type, Octets octets)
+      : tessel::Error(status), type_(&type), octets_(octets) {}
 
-  // Why, in the words of decoding.
-  [[nodiscard]] std::string_view Problem() const;
+  [[nodiscard]] Fault Explained() const { return Explain(*type_, octets_); }
+
+ private:
+  const tessel::Outline* type_;
+  Octets octets_;
 };
 
 // The tree of the value at the start of the octets; `consumed` receives the length of its encoding. Throws a

@@ -180,6 +180,8 @@ Fault ExplainElement(const Outline& outline, const Place& place) {
 
 }  // namespace
 
+std::string Fault::Text() const { return Concat(path, path.empty() ? "" : ", ", "offset ", offset, ": ", reason); }
+
 Fault Explain(const Outline& outline, Octets octets) { return ExplainElement(outline, {octets, 0, std::nullopt, {}}); }
 
 }  // namespace tool

@@ -14,6 +14,9 @@ struct Fault {
   std::string path;  // `tbsCertificate.extensions[3].critical`; empty for the whole value
   uint32_t offset = 0;
   std::string reason;
+
+  // `tbsCertificate.version, offset 8: an INTEGER of no octets`
+  [[nodiscard]] std::string Text() const;
 };
 
 // The fault of octets that Asn1DecodeItem refuses. Recurses as deep as outlines nest in each other.

@@ -46,7 +46,7 @@ constexpr OtherKind kLabelEnds[] = {
 
 // By the identifier octets of the members of the outermost element and, behind a stroke, of the members of the first of
 // these, as far as they go. The first that fits counts.
-constexpr OtherKind kOutlineStarts[] = {
+constexpr OtherKind kStarts[] = {
     {"303003/02303017", "a CRL"},
     {"303003/02303018", "a CRL"},
     {"303003/303017", "a CRL"},
@@ -73,18 +73,19 @@ constexpr OtherKind kOutlineStarts[] = {
     {"020202020202020202/", kPrivateKey},
 };
 
-std::string OutlineOf(Octets octets) {
+// Empty for octets that are no sound BER.
+std::string StartOf(Octets octets) {
   constexpr size_t kLongest = 20;
   std::string members;
   std::string first;
   Walk walk(octets);
-  for (Element element; members.size() < kLongest && walk.Next(element);) {
+  for (Element element; walk.Next(element);) {
     const std::string identifier = element.IsEndOfContents() ? "" : tessel::Hex(octets.subspan(element.offset, 1));
-    if (element.depth == 1) members += identifier;
+    if (element.depth == 1 && members.size() < kLongest) members += identifier;
     if (element.depth == 2 && members.size() == 2 && first.size() < kLongest) first += identifier;
-    if (walk.Depth() == 0) break;
+    if (walk.Depth() == 0) return Concat(members, '/', first, '.');
   }
-  return Concat(members, '/', first, '.');
+  return {};
 }
 
 }  // namespace
@@ -103,9 +104,9 @@ std::string_view OtherKindOfLabel(std::string_view label) {
 }
 
 std::string_view OtherKindOfElements(Octets octets) {
-  const std::string outline = OutlineOf(octets);
-  for (const OtherKind& other : kOutlineStarts) {
-    if (outline.starts_with(other.sign)) return other.kind;
+  const std::string start = StartOf(octets);
+  for (const OtherKind& other : kStarts) {
+    if (start.starts_with(other.sign)) return other.kind;
   }
   return {};
 }

@@ -2,7 +2,6 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "asn1/decoding.h"
 #include "command/kinds.h"
@@ -14,17 +13,6 @@
 namespace tool {
 namespace {
 
-using Candidates = std::vector<const Kind*>;
-
-// A PEM block says what it is; of other octets every kind is tried.
-Candidates CandidatesFor(const Input& input) {
-  Candidates candidates;
-  for (const Kind& kind : Kinds()) {
-    if (!input.label || kind.HasLabel(*input.label)) candidates.push_back(&kind);
-  }
-  return candidates;
-}
-
 // What is told of an object that cannot be shown yet.
 std::string NotYetShown(std::string_view what, const Input& input) {
   const std::optional<BerBreak> found = FindBreak(input.octets);
@@ -33,25 +21,15 @@ std::string NotYetShown(std::string_view what, const Input& input) {
                       : "tessel tree shows its elements");
 }
 
-std::string WhyNoKind(const Input& input) {
-  const std::string_view kind = OtherKindOfLabel(*input.label);
-  return NotYetShown(kind.empty() ? "this is a block of another kind" : Concat("this is ", kind), input);
-}
-
-std::string Names(const Candidates& candidates) {
-  std::string names;
-  for (const Kind* kind : candidates) names += Concat(names.empty() ? "" : " or ", kind->name);
-  return names;
-}
-
-// Where the first element itself is no sound BER, that place tells more than the kind that it was taken for.
-std::string WhyNone(const Input& input, const Candidates& candidates, std::string_view problem) {
-  Walk walk(input.octets);
-  for (Element element; walk.Next(element) && walk.Depth() != 0;) continue;
-  if (walk.Break()) return Concat("offset ", walk.Break()->offset, ": ", problem, ": ", walk.Break()->reason);
-  const std::string_view other = OtherKindOfElements(input.octets);
-  if (!other.empty()) return NotYetShown(Concat("this seems to be ", other), input);
-  return Concat("not a ", Names(candidates), ": ", problem, "; tessel tree shows its elements");
+// `problem`: what the kinds that were tried say; empty when none was.
+std::string WhyNone(const Input& input, const std::string& problem) {
+  if (problem.empty()) {
+    const std::string_view kind = OtherKindOfLabel(*input.label);
+    return NotYetShown(Concat("this is ", kind.empty() ? "a block of another kind" : kind), input);
+  }
+  const std::string_view kind = OtherKindOfElements(input.octets);
+  if (!kind.empty()) return NotYetShown(Concat("this seems to be ", kind), input);
+  return Concat(problem, "; tessel tree shows its elements");
 }
 
 using Printer = void (*)(const Input& input, const Kind& kind, Fact&& fact);
@@ -74,21 +52,26 @@ void PrintAsJson(const Input& input, const Kind& kind, Fact&& fact) {
   WriteJson(whole, Print);
 }
 
+// A PEM block says what it is; of other octets every kind is tried. Where none fits, the one is told of that came
+// farthest.
 void ShowBy(Printer print, const Input& input) {
-  const Candidates candidates = CandidatesFor(input);
-  if (candidates.empty()) throw Refusal(WhyNoKind(input));
-  std::string_view problem;
-  for (const Kind* kind : candidates) {
+  std::string problem;
+  uint32_t farthest = 0;
+  for (const Kind& kind : Kinds()) {
+    if (input.label && !kind.HasLabel(*input.label)) continue;
     try {
       uint32_t end = 0;
-      print(input, *kind, DecodedFact(*kind->type, input.octets, &end));
+      print(input, kind, DecodedFact(*kind.type, input.octets, &end));
       if (end == input.octets.size()) return;
       throw Refusal(Concat("offset ", end, ": the object is followed by ", OctetCount(input.octets.size() - end)));
     } catch (const DecodingError& error) {
-      if (problem.empty()) problem = error.Problem();
+      const Fault fault = error.Explained();
+      if (fault.offset < farthest) continue;
+      farthest = fault.offset;
+      problem = Concat("not a ", kind.name, ": ", fault.Text());
     }
   }
-  throw Refusal(WhyNone(input, candidates, problem));
+  throw Refusal(WhyNone(input, problem));
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ void TellValue(Fact& fact, std::string_view dotted, Octets value) {
       if (!trailing.empty()) fact.Add("trailing", "Octets behind the value", HexFact(trailing));
       return;
     } catch (const DecodingError& error) {
-      label = Concat("Does not decode (", error.Problem(), ')');
+      label = Concat("Does not decode (", error.Explained().Text(), ')');
     }
   }
   fact.Add("hex", label, HexFact(value));

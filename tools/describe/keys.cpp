@@ -89,7 +89,7 @@ void TellPss(Fact& fact, Octets parameters) {
     fact.text += Concat(", ", pss.text);
     fact.Hide("pss", std::move(pss));
   } catch (const DecodingError& error) {
-    fact.text += Concat(", parameters not readable (", error.Problem(), ')');
+    fact.text += Concat(", parameters not readable (", error.Explained().Text(), ')');
   }
 }
 
