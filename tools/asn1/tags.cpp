@@ -58,10 +58,9 @@ std::string_view ClassWord(uint8_t tagClass) {
 }
 
 // Names of types begin with a capital letter.
-std::string WithArticle(std::string_view name) {
-  if (name.front() < 'A' || name.front() > 'Z') return std::string(name);
-  const bool isVowel = std::string_view("AEIO").find(name.front()) != std::string_view::npos;
-  return Concat(isVowel ? "an " : "a ", name);
+std::string Phrase(const UniversalType& type) {
+  const bool isName = type.name.front() >= 'A' && type.name.front() <= 'Z';
+  return isName ? WithArticle(type.name) : std::string(type.name);
 }
 
 }  // namespace
@@ -86,12 +85,12 @@ std::string TagText(const Element& element, Octets octets) {
 
 std::string TagPhrase(uint8_t tagClass, uint32_t tagNumber) {
   const UniversalType* type = FindUniversalType(tagClass, tagNumber);
-  return type == nullptr ? TagText(tagClass, tagNumber) : WithArticle(type->name);
+  return type == nullptr ? TagText(tagClass, tagNumber) : Phrase(*type);
 }
 
 std::string TagPhrase(const Element& element, Octets octets) {
   const UniversalType* type = FindUniversalType(element.tagClass, element.tagNumber);
-  return type == nullptr ? TagText(element, octets) : WithArticle(type->name);
+  return type == nullptr ? TagText(element, octets) : Phrase(*type);
 }
 
 }  // namespace tool

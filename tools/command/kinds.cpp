@@ -1,79 +1,34 @@
 #include "command/kinds.h"
 
 #include <algorithm>
+#include <string>
 
 #include "asn1/ber.h"
-#include "tessel/octets.hpp"
-#include "tessel/tessel.h"
 #include "texts/concat.h"
 
 namespace tool {
 namespace {
 
-const Kind kKinds[] = {
-    {"certificate", {"CERTIFICATE", "X509 CERTIFICATE"}, &kType<tessel::kCertificate>},
+// The first that fits counts.
+constexpr Kind kKinds[] = {
+    {"certificate", {"CERTIFICATE", "X509 CERTIFICATE"}, {}, &kType<tessel::kCertificate>},
+    {"CRL", {"CRL"}, {"303003/02303017", "303003/02303018", "303003/303017", "303003/303018"}, nullptr},
+    {"certificate request", {"CERTIFICATE REQUEST"}, {"303003/023030A0", "303003/023030."}, nullptr},
+    {"certificate with trust settings of OpenSSL", {"TRUSTED CERTIFICATE"}, {}, nullptr},
+    {"attribute certificate", {"ATTRIBUTE CERTIFICATE"}, {"303003/0230A0"}, nullptr},
+    {"CMS message", {"PKCS7", "PKCS #7 SIGNED DATA", "CMS"}, {"06A0/"}, nullptr},
+    {"OCSP request", {"OCSP REQUEST"}, {"30/30", "30/A", "30A0/30", "30A0/A"}, nullptr},
+    {"OCSP response", {"OCSP RESPONSE"}, {"0AA0/", "0A/"}, nullptr},
+    {"encrypted private key", {"ENCRYPTED PRIVATE KEY"}, {"3004/06"}, nullptr},
+    {"private key", {"PRIVATE KEY"}, {"023004", "0204", "020202020202020202/"}, nullptr},
+    {"public key", {"PUBLIC KEY"}, {"3003/06"}, nullptr},
+    {"set of key parameters", {"PARAMETERS"}, {}, nullptr},
+    {"response of a time stamp authority", {}, {"3030/02."}, nullptr},
+    {"request for a time stamp", {}, {"023002", "023006", "023001"}, nullptr},
+    {"PKCS #12 file", {}, {"02303"}, nullptr},
 };
 
-constexpr std::string_view kRequest = "a certificate request";
-constexpr std::string_view kMessage = "a CMS message";
-constexpr std::string_view kEncryptedKey = "an encrypted private key";
-constexpr std::string_view kPrivateKey = "a private key";
-constexpr std::string_view kPublicKey = "a public key";
-constexpr std::string_view kOcspRequest = "an OCSP request";
-constexpr std::string_view kOcspResponse = "an OCSP response";
-
-struct OtherKind {
-  std::string_view sign;
-  std::string_view kind;
-};
-
-// By the ends of labels. The first that fits counts.
-constexpr OtherKind kLabelEnds[] = {
-    {"CRL", "a CRL"},
-    {"CERTIFICATE REQUEST", kRequest},
-    {"TRUSTED CERTIFICATE", "a certificate with trust settings of OpenSSL"},
-    {"ATTRIBUTE CERTIFICATE", "an attribute certificate"},
-    {"PKCS7", kMessage},
-    {"PKCS #7 SIGNED DATA", kMessage},
-    {"CMS", kMessage},
-    {"OCSP REQUEST", kOcspRequest},
-    {"OCSP RESPONSE", kOcspResponse},
-    {"ENCRYPTED PRIVATE KEY", kEncryptedKey},
-    {"PRIVATE KEY", kPrivateKey},
-    {"PUBLIC KEY", kPublicKey},
-    {"PARAMETERS", "a set of key parameters"},
-};
-
-// By the identifier octets of the members of the outermost element and, behind a stroke, of the members of the first of
-// these, as far as they go. The first that fits counts.
-constexpr OtherKind kStarts[] = {
-    {"303003/02303017", "a CRL"},
-    {"303003/02303018", "a CRL"},
-    {"303003/303017", "a CRL"},
-    {"303003/303018", "a CRL"},
-    {"303003/023030A0", kRequest},
-    {"303003/023030.", kRequest},
-    {"303003/0230A0", "an attribute certificate"},
-    {"3003/06", kPublicKey},
-    {"3004/06", kEncryptedKey},
-    {"06A0/", kMessage},
-    {"0AA0/", kOcspResponse},
-    {"0A/", kOcspResponse},
-    {"30/30", kOcspRequest},
-    {"30/A", kOcspRequest},
-    {"30A0/30", kOcspRequest},
-    {"30A0/A", kOcspRequest},
-    {"3030/02.", "a response of a time stamp authority"},
-    {"023002", "a request for a time stamp"},
-    {"023006", "a request for a time stamp"},
-    {"023001", "a request for a time stamp"},
-    {"02303", "a PKCS #12 file"},
-    {"023004", kPrivateKey},
-    {"0204", kPrivateKey},
-    {"020202020202020202/", kPrivateKey},
-};
-
-// Empty for octets that are no sound BER.
+// What a kind's `starts` are compared with. Empty for octets that are no sound BER.
 std::string StartOf(Octets octets) {
   constexpr size_t kLongest = 20;
   std::string members;
@@ -88,27 +43,29 @@ std::string StartOf(Octets octets) {
   return {};
 }
 
-}  // namespace
-
-bool Kind::HasLabel(std::string_view label) const {
-  return !label.empty() && std::find(labels.begin(), labels.end(), label) != labels.end();
+template <class IsOf>
+const Kind* FindKind(IsOf isOf) {
+  const auto* found = std::ranges::find_if(kKinds, isOf);
+  return found == std::end(kKinds) ? nullptr : found;
 }
+
+}  // namespace
 
 std::span<const Kind> Kinds() { return kKinds; }
 
-std::string_view OtherKindOfLabel(std::string_view label) {
-  for (const OtherKind& other : kLabelEnds) {
-    if (label.ends_with(other.sign)) return other.kind;
-  }
-  return {};
+const Kind* KindOfLabel(std::string_view label) {
+  return FindKind([label](const Kind& kind) {
+    return std::ranges::any_of(kind.labels, [&](std::string_view known) {
+      return !known.empty() && (kind.type == nullptr ? label.ends_with(known) : label == known);
+    });
+  });
 }
 
-std::string_view OtherKindOfElements(Octets octets) {
-  const std::string start = StartOf(octets);
-  for (const OtherKind& other : kStarts) {
-    if (start.starts_with(other.sign)) return other.kind;
-  }
-  return {};
+const Kind* KindOfElements(Octets octets) {
+  return FindKind([start = StartOf(octets)](const Kind& kind) {
+    return std::ranges::any_of(kind.starts,
+                               [&](std::string_view known) { return !known.empty() && start.starts_with(known); });
+  });
 }
 
 }  // namespace tool

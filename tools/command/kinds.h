@@ -1,9 +1,8 @@
-// The kinds of objects that `tessel show` knows, and what it can say about others.
+// The kinds of objects: those that `tessel show` knows, and what it can say about others.
 #pragma once
 
 #include <array>
 #include <span>
-#include <string>
 #include <string_view>
 
 #include "describe/describer.h"
@@ -12,19 +11,21 @@ namespace tool {
 
 struct Kind {
   std::string_view name;
-  std::array<std::string_view, 2> labels;  // those of its PEM blocks
-  const Type* type;
-
-  [[nodiscard]] bool HasLabel(std::string_view label) const;
+  // The labels of its PEM blocks; of a kind that is not shown yet, what they end with.
+  std::array<std::string_view, 3> labels;
+  // The identifier octets of the members of its outermost element and, behind a stroke, of the members of the first of
+  // these, as far as they tell the kind.
+  std::array<std::string_view, 4> starts;
+  const Type* type;  // null: it is not shown yet
 };
 
 // In the order in which they are tried.
 std::span<const Kind> Kinds();
 
-// What a PEM block with another label holds, such as "a CRL"; empty when that is not known.
-std::string_view OtherKindOfLabel(std::string_view label);
+// The kind of PEM blocks with this label; null when it is not known.
+const Kind* KindOfLabel(std::string_view label);
 
-// What well-formed BER seems to be by the identifiers of its first elements; empty when that is not known.
-std::string_view OtherKindOfElements(Octets octets);
+// The kind that sound BER seems to be of by its first elements; null when that is not known.
+const Kind* KindOfElements(Octets octets);
 
 }  // namespace tool

@@ -1,5 +1,6 @@
 #include "command/show.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -14,22 +15,11 @@ namespace tool {
 namespace {
 
 // What is told of an object that cannot be shown yet.
-std::string NotYetShown(std::string_view what, const Input& input) {
+Refusal NotYetShown(std::string_view what, const Input& input) {
   const std::optional<BerBreak> found = FindBreak(input.octets);
-  return Concat(what, ", which tessel show does not show yet; ",
-                found ? Concat("its octets are no sound BER: offset ", found->offset, ": ", found->reason)
-                      : "tessel tree shows its elements");
-}
-
-// `problem`: what the kinds that were tried say; empty when none was.
-std::string WhyNone(const Input& input, const std::string& problem) {
-  if (problem.empty()) {
-    const std::string_view kind = OtherKindOfLabel(*input.label);
-    return NotYetShown(Concat("this is ", kind.empty() ? "a block of another kind" : kind), input);
-  }
-  const std::string_view kind = OtherKindOfElements(input.octets);
-  if (!kind.empty()) return NotYetShown(Concat("this seems to be ", kind), input);
-  return Concat(problem, "; tessel tree shows its elements");
+  return Refusal(Concat("this ", what, ", which tessel show does not show yet; ",
+                        found ? Concat("its octets are no sound BER: offset ", found->offset, ": ", found->reason)
+                              : "tessel tree shows its elements"));
 }
 
 using Printer = void (*)(const Input& input, const Kind& kind, Fact&& fact);
@@ -52,26 +42,39 @@ void PrintAsJson(const Input& input, const Kind& kind, Fact&& fact) {
   WriteJson(whole, Print);
 }
 
-// A PEM block says what it is; of other octets every kind is tried. Where none fits, the one is told of that came
-// farthest.
+// False when the octets do not decode as an object of this kind, with the fault.
+bool ShowAs(const Kind& kind, Printer print, const Input& input, Fault& fault) {
+  uint32_t end = 0;
+  try {
+    print(input, kind, DecodedFact(*kind.type, input.octets, &end));
+  } catch (const DecodingError& error) {
+    fault = error.Explained();
+    return false;
+  }
+  if (end == input.octets.size()) return true;
+  throw Refusal(Concat("offset ", end, ": the object is followed by ", OctetCount(input.octets.size() - end)));
+}
+
+// Tries every kind. Where none fits, the one is told of that came farthest.
 void ShowBy(Printer print, const Input& input) {
+  const Kind* labelled = input.label ? KindOfLabel(*input.label) : nullptr;
+  if (input.label && labelled == nullptr) throw NotYetShown("is a block of another kind", input);
+  if (labelled != nullptr && labelled->type == nullptr) {
+    throw NotYetShown(Concat("is ", WithArticle(labelled->name)), input);
+  }
   std::string problem;
   uint32_t farthest = 0;
   for (const Kind& kind : Kinds()) {
-    if (input.label && !kind.HasLabel(*input.label)) continue;
-    try {
-      uint32_t end = 0;
-      print(input, kind, DecodedFact(*kind.type, input.octets, &end));
-      if (end == input.octets.size()) return;
-      throw Refusal(Concat("offset ", end, ": the object is followed by ", OctetCount(input.octets.size() - end)));
-    } catch (const DecodingError& error) {
-      const Fault fault = error.Explained();
-      if (fault.offset < farthest) continue;
-      farthest = fault.offset;
-      problem = Concat("not a ", kind.name, ": ", fault.Text());
-    }
+    if (kind.type == nullptr || (labelled != nullptr && labelled != &kind)) continue;
+    Fault fault;
+    if (ShowAs(kind, print, input, fault)) return;
+    if (fault.offset >= farthest) problem = Concat("not ", WithArticle(kind.name), ": ", fault.Text());
+    farthest = std::max(farthest, fault.offset);
   }
-  throw Refusal(WhyNone(input, problem));
+  const Kind* other = KindOfElements(input.octets);
+  const bool isNotYetShown = other != nullptr && other->type == nullptr;
+  if (isNotYetShown) throw NotYetShown(Concat("seems to be ", WithArticle(other->name)), input);
+  throw Refusal(Concat(problem, "; tessel tree shows its elements"));
 }
 
 }  // namespace

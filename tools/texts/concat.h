@@ -27,6 +27,12 @@ std::string Concat(const Parts&... parts) {
   return text;
 }
 
+// "a CRL", "an OCSP request".
+inline std::string WithArticle(std::string_view noun) {
+  const bool isVowel = std::string_view("AEIOaeio").find(noun.front()) != std::string_view::npos;
+  return Concat(isVowel ? "an " : "a ", noun);
+}
+
 // "1 octet", "2 octets".
 inline std::string OctetCount(size_t count) { return Concat(count, count == 1 ? " octet" : " octets"); }
 
