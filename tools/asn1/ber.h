@@ -6,10 +6,11 @@
 #include <optional>
 #include <string>
 
-#include "tessel/octets.hpp"
+#include "tessel/nodes.hpp"
 
 namespace tool {
 
+using tessel::ContentOf;
 using tessel::Octets;
 
 struct Element {

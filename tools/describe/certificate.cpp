@@ -20,7 +20,7 @@
 namespace tool {
 namespace {
 
-using tessel::ContentOf;
+using namespace tessel;
 
 // The stored number is one less than the version that people speak of.
 Fact VersionFact(const Asn1Value& number) {
@@ -53,12 +53,12 @@ void TellSignatureAlgorithm(Fact& fact, const AlgorithmIdentifier& outside, cons
 // The library checks the keys that have a digest set. Most of RFC 9215 have none.
 void TellConsistency(Fact& key, const Certificate& certificate) {
   if (std::ranges::count(key.parts, "digestParamSet", &Fact::key) == 0) return;
-  tessel::Bytes octets;
+  Bytes octets;
   uint32_t sets[3] = {};
-  const uint32_t status = StatusOf(GetCertificateDecodedPublicKeyGostR34102012, &certificate, tessel::Into(octets),
-                                   &sets[0], &sets[1], &sets[2]);
+  const uint32_t status =
+      StatusOf(GetCertificateDecodedPublicKeyGostR34102012, &certificate, Into(octets), &sets[0], &sets[1], &sets[2]);
   const bool isAccepted = status == TESSEL_OK;
-  const std::string text = isAccepted ? "accepted" : Concat("refused: ", tessel::StatusText(status));
+  const std::string text = isAccepted ? "accepted" : Concat("refused: ", StatusText(status));
   key.Add("consistent", "Consistency check", Fact::Of(text, isAccepted));
 }
 
@@ -80,19 +80,19 @@ Octets PublicKeyInfoIn(Octets certificate) {
 }
 
 Fact FingerprintFact(Octets digest) {
-  const std::string text = tessel::Hex(digest);
+  const std::string text = Hex(digest);
   return Fact::Of(text, text);
 }
 
 Fact Sha1Fact(Octets octets) {
   std::array<uint8_t, 20> digest{};
-  tessel::Call(sha1, octets, digest.data());
+  Call(sha1, octets, digest.data());
   return FingerprintFact(digest);
 }
 
 Fact FingerprintsFact(Octets certificate, const SubjectPublicKeyInfo& info) {
   const Octets written = PublicKeyInfoIn(certificate);
-  const tessel::Bytes encoded = written.empty() ? tessel::Encode(tessel::kSubjectPublicKeyInfo, info) : tessel::Bytes();
+  const Bytes encoded = written.empty() ? Encode(kSubjectPublicKeyInfo, info) : Bytes();
   const Octets key = written.empty() ? Octets(encoded) : written;
   Fact fact = Fact::Object();
   fact.Add("sha1", "SHA-1", Sha1Fact(certificate));
@@ -105,7 +105,7 @@ Fact FingerprintsFact(Octets certificate, const SubjectPublicKeyInfo& info) {
 }  // namespace
 
 Fact FactOf(const Certificate& certificate, Octets octets) {
-  const tessel::TbsCertificate& tbs = *certificate.tbsCertificate;
+  const TbsCertificate& tbs = *certificate.tbsCertificate;
   Fact fact = Fact::Object();
   Fact key = FactOf(*tbs.subjectPublicKeyInfo);
   TellConsistency(key, certificate);
@@ -122,7 +122,7 @@ Fact FactOf(const Certificate& certificate, Octets octets) {
   if (tbs.issuerUniqueID != nullptr) fact.Add("issuerUniqueId", "Issuer unique ID", FactOf(*tbs.issuerUniqueID));
   if (tbs.subjectUniqueID != nullptr) fact.Add("subjectUniqueId", "Subject unique ID", FactOf(*tbs.subjectUniqueID));
   if (tbs.extensions != nullptr) {
-    fact.Add("extensions", "Extensions", Describer<>::Describe(tessel::kX509Extensions, *tbs.extensions));
+    fact.Add("extensions", "Extensions", Describer<>::Describe(kX509Extensions, *tbs.extensions));
   }
   return fact;
 }

@@ -28,12 +28,6 @@
 
 namespace tool {
 
-enum class Place {
-  kOwn,
-  kHidden,   // for programs only
-  kOfParent  // its parts stand among those of what it is a part of
-};
-
 namespace detail {
 
 template <class Struct, class Node>
@@ -50,7 +44,7 @@ struct Say {
   std::string_view key = tessel::kNameOf<name>;
   const char* label = nullptr;  // null: the key in words
   Fact (*tell)(const Node& node) = nullptr;
-  Place place = Place::kOwn;
+  bool isOfParent = false;  // its parts stand among those of what it is a part of
 };
 
 // A table of them, in which no member stands twice.
@@ -111,7 +105,7 @@ class Describer {
   }
 
   static Fact DescribeParts(const Asn1Item& item, const Asn1Value& node) {
-    return ValueFact(item.kind, tessel::ContentOf(node));
+    return ValueFact(item.kind, ContentOf(node));
   }
 
  private:
@@ -131,8 +125,7 @@ class Describer {
     } else {
       part = Describe(item, *node);
     }
-    if (kSaying.place == Place::kOfParent) return fact.TakeParts(std::move(part));
-    if (kSaying.place == Place::kHidden) return fact.Hide(kSaying.key, std::move(part));
+    if (kSaying.isOfParent) return fact.TakeParts(std::move(part));
     fact.Add(kSaying.key, kSaying.label == nullptr ? InWords(kSaying.key) : kSaying.label, std::move(part));
   }
 

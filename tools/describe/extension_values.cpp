@@ -14,26 +14,7 @@
 namespace tool {
 namespace {
 
-using tessel::Alternative;
-using tessel::AuthorityKeyIdentifier;
-using tessel::BasicConstraints;
-using tessel::Choice;
-using tessel::ContentOf;
-using tessel::DistributionPoint;
-using tessel::DistributionPointName;
-using tessel::Explicit;
-using tessel::Implicit;
-using tessel::kAny;
-using tessel::kOid;
-using tessel::kUtf8String;
-using tessel::kX509GeneralName;
-using tessel::ListOf;
-using tessel::Member;
-using tessel::Optional;
-using tessel::Primitive;
-using tessel::PrivateKeyUsagePeriod;
-using tessel::Sequence;
-using tessel::SequenceOf;
+using namespace tessel;
 
 // ---- Named bits ----
 
@@ -91,16 +72,17 @@ struct GeneralSubtree {
 };
 constexpr auto kGeneralSubtree = Sequence{
     Member<&GeneralSubtree::base, kX509GeneralName>,
-    Member<&GeneralSubtree::minimum, Optional<Implicit<0, tessel::kInteger>>>,
-    Member<&GeneralSubtree::maximum, Optional<Implicit<1, tessel::kInteger>>>,
+    Member<&GeneralSubtree::minimum, Optional<Implicit<0, kInteger>>>,
+    Member<&GeneralSubtree::maximum, Optional<Implicit<1, kInteger>>>,
 };
 
-constexpr Sayings kSubtreeSayings{Say<&GeneralSubtree::base>{.tell = SubtreeBaseFact, .place = Place::kHidden}};
+constexpr Sayings kSubtreeSayings{Say<&GeneralSubtree::base>{.tell = SubtreeBaseFact}};
 
 Fact FactOf(const GeneralSubtree& subtree) {
   Fact fact = Describer<kSubtreeSayings>::DescribeParts(kGeneralSubtree, subtree);
-  Fact base = SubtreeBaseFact(*subtree.base);
-  fact.label = base.label;
+  Fact& base = fact.parts.front();
+  base.hidden = true;
+  fact.label = SubtreeBaseFact(*subtree.base).label;
   fact.text = base.text;
   return fact;
 }
@@ -128,13 +110,9 @@ constexpr auto kPolicyMapping = Sequence{
     Member<&PolicyMapping::subjectDomainPolicy, kOid>,
 };
 
-constexpr Sayings kMappingSayings{
-    Say<&PolicyMapping::issuerDomainPolicy>{.place = Place::kHidden},
-    Say<&PolicyMapping::subjectDomainPolicy>{.place = Place::kHidden},
-};
-
 Fact FactOf(const PolicyMapping& mapping) {
-  Fact fact = Describer<kMappingSayings>::DescribeParts(kPolicyMapping, mapping);
+  Fact fact = Describer<>::DescribeParts(kPolicyMapping, mapping);
+  fact.HideParts();
   fact.text = Concat(fact.parts.front().text, " -> ", fact.parts.back().text);
   return fact;
 }
@@ -143,7 +121,7 @@ struct PolicyMappings : ListOf<PolicyMapping> {};
 constexpr auto kPolicyMappings = SequenceOf<PolicyMappings, kPolicyMapping>();
 
 struct AttributeValues : ListOf<Asn1Any> {};
-constexpr auto kAttributeValues = tessel::SetOf<AttributeValues, kAny>();
+constexpr auto kAttributeValues = SetOf<AttributeValues, kAny>();
 
 struct Attribute {
   Asn1Oid* type;
@@ -197,7 +175,7 @@ constexpr Sayings kSayings{
     Say<&BasicConstraints::cA>{.key = "ca"},
     Say<&BasicConstraints::pathLenConstraint>{.key = "pathLength"},
     Say<&DistributionPoint::cRLIssuer>{.key = "crlIssuer"},
-    Say<&DistributionPoint::distributionPoint>{.place = Place::kOfParent},
+    Say<&DistributionPoint::distributionPoint>{.isOfParent = true},
     Say<&DistributionPoint::reasons>{.tell = ReasonsFact},
     Say<DistributionPointName::fullName>{.label = ""},
     Say<DistributionPointName::nameRelativeToCRLIssuer>{.key = "relativeName"},
@@ -214,13 +192,13 @@ constexpr Sayings kSayings{
 
 // The library's distribution points have a whole name as relative name. In these it is one RDN, as RFC 5280, 4.2.1.13
 // has it.
-constexpr auto kStandardPointName = Choice<
-    DistributionPointName, Alternative<DistributionPointName::fullName, Implicit<0, tessel::kX509GeneralNames>>,
-    Alternative<DistributionPointName::nameRelativeToCRLIssuer, Implicit<1, tessel::kRelativeDistinguishedName>>>();
+constexpr auto kStandardPointName =
+    Choice<DistributionPointName, Alternative<DistributionPointName::fullName, Implicit<0, kX509GeneralNames>>,
+           Alternative<DistributionPointName::nameRelativeToCRLIssuer, Implicit<1, kRelativeDistinguishedName>>>();
 constexpr auto kStandardPoint = Sequence{
     Member<&DistributionPoint::distributionPoint, Optional<Explicit<0, kStandardPointName>>>,
-    Member<&DistributionPoint::reasons, Optional<Implicit<1, tessel::kBitString>>>,
-    Member<&DistributionPoint::cRLIssuer, Optional<Implicit<2, tessel::kX509GeneralNames>>>,
+    Member<&DistributionPoint::reasons, Optional<Implicit<1, kBitString>>>,
+    Member<&DistributionPoint::cRLIssuer, Optional<Implicit<2, kX509GeneralNames>>>,
 };
 struct StandardPoints : ListOf<DistributionPoint> {};
 constexpr auto kStandardPoints = SequenceOf<StandardPoints, kStandardPoint>();
@@ -256,25 +234,25 @@ constexpr const Type* kTypeOf = &kType<item, kSayings>;
 
 constexpr ExtensionType kExtensionTypes[] = {
     {"2.5.29.9", kTypeOf<kSubjectDirectoryAttributes>},
-    {"2.5.29.14", kTypeOf<tessel::kOctetString>},
+    {"2.5.29.14", kTypeOf<kOctetString>},
     {"2.5.29.15", kTypeOf<kNamedBits<kKeyUsages>>},
-    {"2.5.29.16", kTypeOf<tessel::kPrivateKeyUsagePeriod>},
-    {"2.5.29.17", kTypeOf<tessel::kX509GeneralNames>},
-    {"2.5.29.18", kTypeOf<tessel::kX509GeneralNames>},
-    {"2.5.29.19", kTypeOf<tessel::kBasicConstraints>},
+    {"2.5.29.16", kTypeOf<kPrivateKeyUsagePeriod>},
+    {"2.5.29.17", kTypeOf<kX509GeneralNames>},
+    {"2.5.29.18", kTypeOf<kX509GeneralNames>},
+    {"2.5.29.19", kTypeOf<kBasicConstraints>},
     {"2.5.29.30", kTypeOf<kNameConstraints>},
-    {"2.5.29.31", kTypeOf<tessel::kCrlDistributionPoints>},
+    {"2.5.29.31", kTypeOf<kCrlDistributionPoints>},
     {"2.5.29.31", kTypeOf<kStandardPoints>},
-    {"2.5.29.32", kTypeOf<tessel::kCertificatePolicies>},
+    {"2.5.29.32", kTypeOf<kCertificatePolicies>},
     {"2.5.29.33", kTypeOf<kPolicyMappings>},
-    {"2.5.29.35", kTypeOf<tessel::kAuthorityKeyIdentifier>},
+    {"2.5.29.35", kTypeOf<kAuthorityKeyIdentifier>},
     {"2.5.29.36", kTypeOf<kPolicyConstraints>},
-    {"2.5.29.37", kTypeOf<tessel::kExtendedKeyUsage>},
-    {"2.5.29.46", kTypeOf<tessel::kCrlDistributionPoints>},
+    {"2.5.29.37", kTypeOf<kExtendedKeyUsage>},
+    {"2.5.29.46", kTypeOf<kCrlDistributionPoints>},
     {"2.5.29.46", kTypeOf<kStandardPoints>},
     {"2.5.29.54", kTypeOf<kSkipCerts>},
-    {"1.3.6.1.5.5.7.1.1", kTypeOf<tessel::kAuthorityInformationAccess>},
-    {"1.3.6.1.5.5.7.1.11", kTypeOf<tessel::kAuthorityInformationAccess>},
+    {"1.3.6.1.5.5.7.1.1", kTypeOf<kAuthorityInformationAccess>},
+    {"1.3.6.1.5.5.7.1.11", kTypeOf<kAuthorityInformationAccess>},
     {"1.3.6.1.5.5.7.1.24", kTypeOf<kFeatures>},
     {"1.3.6.1.5.5.7.48.1.5", kTypeOf<kAny>},
     {"1.3.6.1.4.1.11129.2.4.3", kTypeOf<kAny>},
@@ -295,7 +273,7 @@ constexpr ExtensionType kExtensionTypes[] = {
 }  // namespace
 
 // A URI stands for itself beside the label of its purpose; any other general name is told with its kind.
-Fact FactOf(const tessel::AccessDescription& access) {
+Fact FactOf(const AccessDescription& access) {
   Fact method = FactOf(*access.accessMethod);
   Fact location = FactOf(*access.accessLocation);
   if (location.label != "URI") location.text = Concat(location.label, ": ", location.text);
@@ -305,7 +283,7 @@ Fact FactOf(const tessel::AccessDescription& access) {
   return fact;
 }
 
-Fact FactOf(const ExtensionCrlDistributionPoints& points) { return PointsFact<tessel::kDistributionPoint>(points); }
+Fact FactOf(const ExtensionCrlDistributionPoints& points) { return PointsFact<kDistributionPoint>(points); }
 
 std::span<const ExtensionType> ExtensionTypes() { return kExtensionTypes; }
 

@@ -13,8 +13,6 @@
 namespace tool {
 namespace {
 
-using tessel::ContentOf;
-
 void TellValue(Fact& fact, std::string_view dotted, Octets value) {
   std::string label;
   for (const ExtensionType& known : ExtensionTypes()) {

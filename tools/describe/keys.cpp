@@ -16,11 +16,7 @@
 namespace tool {
 namespace {
 
-using tessel::ContentOf;
-using tessel::Default;
-using tessel::Explicit;
-using tessel::kInteger;
-using tessel::Member;
+using namespace tessel;
 
 // ---- RSASSA-PSS (RFC 4055, 3.1) ----
 
@@ -31,22 +27,22 @@ struct RsassaPssParameters {
   Asn1Value* trailerField;
 };
 
-constexpr tessel::ObjectIdentifier kSha1Identifier("1.3.14.3.2.26");
-constexpr tessel::ObjectIdentifier kMgf1Identifier("1.2.840.113549.1.1.8");
-constexpr Asn1Oid kSha1Oid = tessel::BorrowOid(kSha1Identifier.Counted());
-constexpr Asn1Oid kMgf1Oid = tessel::BorrowOid(kMgf1Identifier.Counted());
+constexpr ObjectIdentifier kSha1Identifier("1.3.14.3.2.26");
+constexpr ObjectIdentifier kMgf1Identifier("1.2.840.113549.1.1.8");
+constexpr Asn1Oid kSha1Oid = BorrowOid(kSha1Identifier.Counted());
+constexpr Asn1Oid kMgf1Oid = BorrowOid(kMgf1Identifier.Counted());
 // AlgorithmIdentifier { sha-1, NULL }. As all defaults it is kept off the alignment of the heap (asn1.hpp).
 alignas(16) constexpr uint8_t kSha1Octets[] = {0xFF, 0x30, 0x09, 0x06, 0x05, 0x2B, 0x0E, 0x03, 0x02, 0x1A, 0x05, 0x00};
-constexpr Asn1Any kSha1Parameter = tessel::BorrowOpenValue(Octets(kSha1Octets).subspan(1));
+constexpr Asn1Any kSha1Parameter = BorrowOpenValue(Octets(kSha1Octets).subspan(1));
 constexpr AlgorithmIdentifier kSha1{const_cast<Asn1Oid*>(&kSha1Oid), nullptr};
 constexpr AlgorithmIdentifier kMgf1WithSha1{const_cast<Asn1Oid*>(&kMgf1Oid), const_cast<Asn1Any*>(&kSha1Parameter)};
 alignas(16) constexpr uint8_t kNumbers[] = {0xFF, 20, 1};
-constexpr Asn1Value kTwenty = tessel::Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(1, 1));
-constexpr Asn1Value kOne = tessel::Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(2, 1));
+constexpr Asn1Value kTwenty = Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(1, 1));
+constexpr Asn1Value kOne = Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(2, 1));
 
-constexpr auto kRsassaPssParameters = tessel::Sequence{
-    Member<&RsassaPssParameters::hashAlgorithm, Default<Explicit<0, tessel::kAlgorithmIdentifier>, kSha1>>,
-    Member<&RsassaPssParameters::maskGenAlgorithm, Default<Explicit<1, tessel::kAlgorithmIdentifier>, kMgf1WithSha1>>,
+constexpr auto kRsassaPssParameters = Sequence{
+    Member<&RsassaPssParameters::hashAlgorithm, Default<Explicit<0, kAlgorithmIdentifier>, kSha1>>,
+    Member<&RsassaPssParameters::maskGenAlgorithm, Default<Explicit<1, kAlgorithmIdentifier>, kMgf1WithSha1>>,
     Member<&RsassaPssParameters::saltLength, Default<Explicit<2, kInteger>, kTwenty>>,
     Member<&RsassaPssParameters::trailerField, Default<Explicit<3, kInteger>, kOne>>,
 };
@@ -76,6 +72,7 @@ constexpr Sayings kPssSayings{
 
 Fact FactOf(const RsassaPssParameters& parameters) {
   Fact fact = Describer<kPssSayings>::DescribeParts(kRsassaPssParameters, parameters);
+  fact.HideParts();
   const std::string& salt = fact.parts[2].text;
   const std::string& trailer = fact.parts[3].text;
   fact.text = Concat(fact.parts[0].text, ", ", fact.parts[1].text, ", salt of ", salt,

@@ -16,22 +16,18 @@
 namespace tool {
 namespace {
 
-using tessel::AttributeTypeAndValue;
-using tessel::Chosen;
-using tessel::ContentOf;
-using tessel::kX509GeneralName;
-using tessel::RelativeDistinguishedName;
+using namespace tessel;
 
 // People see the beginnings of long values, programs the whole.
 enum class Extent { kBeginnings, kWhole };
 
 // The value is the hexadecimal form of its whole element where its type or syntax is not known (RFC 4514, 2.4).
-void WriteValue(const tessel::NameAttribute& attribute, Extent extent, const TextSink& write) {
+void WriteValue(const NameAttribute& attribute, Extent extent, const TextSink& write) {
   const bool isWhole = extent == Extent::kWhole;
-  const bool isKnown = !tessel::KnownName(OidText(attribute.type)).empty();
-  const std::optional<tessel::NameAttribute::Primitive> value = attribute.PrimitiveValue();
-  if (isKnown && value && tessel::IsCharacterString(value->tag, value->content)) {
-    constexpr tessel::Escape kEscape = tessel::Escape::kName;
+  const bool isKnown = !KnownName(OidText(attribute.type)).empty();
+  const std::optional<NameAttribute::Primitive> value = attribute.PrimitiveValue();
+  if (isKnown && value && IsCharacterString(value->tag, value->content)) {
+    constexpr Escape kEscape = Escape::kName;
     if (isWhole) return StringText(value->tag, value->content, kEscape)(write);
     return write(ShortText(value->tag, value->content, kEscape));
   }
@@ -69,14 +65,15 @@ struct OtherName {
   Asn1Oid* type;
   Asn1Any* value;
 };
-constexpr auto kOtherName = tessel::Sequence{
-    tessel::Member<&OtherName::type, tessel::kOid>,
-    tessel::Member<&OtherName::value, tessel::Explicit<0, tessel::kAny>>,
+constexpr auto kOtherName = Sequence{
+    Member<&OtherName::type, kOid>,
+    Member<&OtherName::value, Explicit<0, kAny>>,
 };
 
 Fact FactOf(const OtherName& name) {
   Fact fact = Describer<>::DescribeParts(kOtherName, name);
   fact.text = Concat(fact.parts[0].text, ", ", fact.parts[1].text);
+  fact.HideParts();
   return fact;
 }
 
@@ -87,10 +84,10 @@ Fact AddressFact(Octets octets, bool withMask) {
 
 Fact GeneralNameValueFact(const X509GeneralName& name, bool withMask) {
   if (const auto* other = Chosen<kX509GeneralName, X509GeneralName::otherName>(&name)) {
-    return DecodedOrHexFact(kType<tessel::Implicit<0, kOtherName>>, ContentOf(*other));
+    return DecodedOrHexFact(kType<Implicit<0, kOtherName>>, ContentOf(*other));
   }
   if (const auto* directory = Chosen<kX509GeneralName, X509GeneralName::directoryName>(&name)) {
-    return DecodedOrHexFact(kType<tessel::kX509Name>, ContentOf(*directory));
+    return DecodedOrHexFact(kType<kX509Name>, ContentOf(*directory));
   }
   if (const auto* address = Chosen<kX509GeneralName, X509GeneralName::iPAddress>(&name)) {
     return AddressFact(ContentOf(*address), withMask);
@@ -106,7 +103,7 @@ Fact GeneralNameFact(const X509GeneralName& name, bool withMask) {
   Fact value = GeneralNameValueFact(name, withMask);
   Fact fact = Fact::Object(value.text);
   fact.label = kLabels[name.index];
-  fact.Hide("kind", std::string(tessel::kOutline<kX509GeneralName>.names[name.index]));
+  fact.Hide("kind", std::string(kOutline<kX509GeneralName>.names[name.index]));
   fact.Hide("value", std::move(value));
   return fact;
 }
@@ -121,12 +118,10 @@ Fact FactOf(const X509Name& name) {
   return fact;
 }
 
-Fact FactOf(const tessel::NameChoice& name) {
-  return FactOf(*Chosen<tessel::kName, tessel::NameChoice::rdnSequence>(&name));
-}
+Fact FactOf(const NameChoice& name) { return FactOf(*Chosen<kName, NameChoice::rdnSequence>(&name)); }
 
 Fact FactOf(const RelativeDistinguishedName& name) {
-  const auto alone = std::make_shared<tessel::BorrowedList<X509Name>>(const_cast<RelativeDistinguishedName*>(&name));
+  const auto alone = std::make_shared<BorrowedList<X509Name>>(const_cast<RelativeDistinguishedName*>(&name));
   Fact fact = FactOf(*alone->Node());
   fact.lender = alone;
   return fact;

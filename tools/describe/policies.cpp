@@ -11,20 +11,17 @@
 namespace tool {
 namespace {
 
-using tessel::ContentOf;
-using tessel::kAny;
-using tessel::Member;
-using tessel::Optional;
+using namespace tessel;
 
 // RFC 5280, 4.2.1.4. The texts are of any string type.
-struct NoticeNumbers : tessel::ListOf<Asn1Value> {};
-constexpr auto kNoticeNumbers = tessel::SequenceOf<NoticeNumbers, tessel::kInteger>();
+struct NoticeNumbers : ListOf<Asn1Value> {};
+constexpr auto kNoticeNumbers = SequenceOf<NoticeNumbers, kInteger>();
 
 struct NoticeReference {
   Asn1Any* organization;
   NoticeNumbers* noticeNumbers;
 };
-constexpr auto kNoticeReference = tessel::Sequence{
+constexpr auto kNoticeReference = Sequence{
     Member<&NoticeReference::organization, kAny>,
     Member<&NoticeReference::noticeNumbers, kNoticeNumbers>,
 };
@@ -33,20 +30,14 @@ struct UserNotice {
   NoticeReference* noticeRef;
   Asn1Any* explicitText;
 };
-constexpr auto kUserNotice = tessel::Sequence{
+constexpr auto kUserNotice = Sequence{
     Member<&UserNotice::noticeRef, Optional<kNoticeReference>>,
     Member<&UserNotice::explicitText, Optional<kAny>>,
 };
 
-constexpr Sayings kHidden{
-    Say<&NoticeReference::organization>{.place = Place::kHidden},
-    Say<&NoticeReference::noticeNumbers>{.place = Place::kHidden},
-    Say<&UserNotice::noticeRef>{.label = "Reference"},
-    Say<&UserNotice::explicitText>{.place = Place::kHidden},
-};
-
 Fact FactOf(const NoticeReference& reference) {
-  Fact fact = Describer<kHidden>::DescribeParts(kNoticeReference, reference);
+  Fact fact = Describer<>::DescribeParts(kNoticeReference, reference);
+  fact.HideParts();
   fact.text = fact.parts.front().text;
   for (uint32_t i = 0; i < reference.noticeNumbers->count; ++i) {
     fact.text += Concat(", ", IntegerText(ContentOf(*reference.noticeNumbers->At(i))));
@@ -54,15 +45,20 @@ Fact FactOf(const NoticeReference& reference) {
   return fact;
 }
 
+constexpr Sayings kSayings{Say<&UserNotice::noticeRef>{.label = "Reference"}};
+
 Fact FactOf(const UserNotice& notice) {
-  Fact fact = Describer<kHidden>::DescribeParts(kUserNotice, notice);
-  if (notice.explicitText != nullptr) fact.text = fact.parts.back().text;
+  Fact fact = Describer<kSayings>::DescribeParts(kUserNotice, notice);
+  if (notice.explicitText == nullptr) return fact;
+  Fact& text = fact.parts.back();
+  text.hidden = true;
+  fact.text = text.text;
   return fact;
 }
 
 }  // namespace
 
-Fact FactOf(const tessel::PolicyQualifierInfo& qualifier) {
+Fact FactOf(const PolicyQualifierInfo& qualifier) {
   const Octets value = ContentOf(*qualifier.qualifier);
   const std::string dotted = OidText(ContentOf(*qualifier.policyQualifierId));
   Fact fact = FactOf(*qualifier.policyQualifierId);
@@ -77,11 +73,11 @@ Fact FactOf(const tessel::PolicyQualifierInfo& qualifier) {
   return fact;
 }
 
-Fact FactOf(const tessel::PolicyInformation& policy) {
+Fact FactOf(const PolicyInformation& policy) {
   Fact fact = FactOf(*policy.policyIdentifier);
-  const tessel::PolicyQualifiers* qualifiers = policy.policyQualifiers;
+  const PolicyQualifiers* qualifiers = policy.policyQualifiers;
   if (qualifiers == nullptr || qualifiers->count == 0) return fact;
-  fact.Add("qualifiers", {}, Describer<>::Describe(tessel::kPolicyQualifiers, *qualifiers));
+  fact.Add("qualifiers", {}, Describer<>::Describe(kPolicyQualifiers, *qualifiers));
   return fact;
 }
 

@@ -126,7 +126,7 @@ Fact IntegerFact(Octets content) {
 }
 
 Fact SerialNumberFact(const Asn1Value& number) {
-  const Octets content = tessel::ContentOf(number);
+  const Octets content = ContentOf(number);
   if (content.empty() || (content.front() & 0x80) == 0) return HexFact(WithoutLeadingZeros(content));
   const auto negated = std::make_shared<const tessel::Bytes>(Negated(content));
   const Octets magnitude = WithoutLeadingZeros(*negated);
@@ -147,7 +147,7 @@ Fact FactOf(const tessel::Time& time) {
   const auto* utcTime = tessel::Chosen<tessel::kTime, tessel::Time::utcTime>(&time);
   const auto* generalTime = tessel::Chosen<tessel::kTime, tessel::Time::generalTime>(&time);
   const Asn1Value& written = utcTime != nullptr ? *utcTime : *generalTime;
-  return TimeFact(written.tag, tessel::ContentOf(written));
+  return TimeFact(written.tag, ContentOf(written));
 }
 
 Fact ElementFact(Octets element) {
@@ -168,13 +168,13 @@ Fact ValueFact(uint32_t kind, Octets content) {
 }
 
 Fact FactOf(const Asn1BitString& bits) {
-  Fact fact = UnreadFact(tessel::ContentOf(bits));
+  Fact fact = UnreadFact(ContentOf(bits));
   fact.Hide("unusedBits", int64_t{bits.unused});
   return fact;
 }
 
 Fact NamedBitsFact(const Asn1BitString& bits, std::span<const std::string_view> names) {
-  const Octets octets = tessel::ContentOf(bits);
+  const Octets octets = ContentOf(bits);
   const size_t unused = octets.empty() ? 0 : bits.unused;
   const size_t count = 8 * octets.size() - std::min<size_t>(unused, 8);
   Fact fact = Fact::List([=](const FactSink& sink) {

@@ -55,8 +55,8 @@ Fact NamedBitsFact(const Asn1BitString& bits, std::span<const std::string_view> 
 // A value of a primitive kind; in hexadecimal where that tells nothing.
 Fact ValueFact(uint32_t kind, Octets content);
 
-inline Fact FactOf(const Asn1Oid& identifier) { return OidFact(tessel::ContentOf(identifier)); }
-inline Fact FactOf(const Asn1Any& element) { return ElementFact(tessel::ContentOf(element)); }
+inline Fact FactOf(const Asn1Oid& identifier) { return OidFact(ContentOf(identifier)); }
+inline Fact FactOf(const Asn1Any& element) { return ElementFact(ContentOf(element)); }
 Fact FactOf(const Asn1BitString& bits);
 
 }  // namespace tool

@@ -34,6 +34,10 @@ void Fact::Add(std::string_view partKey, std::string_view partLabel, Fact part) 
   parts.push_back(std::move(part));
 }
 
+void Fact::HideParts() {
+  for (Fact& part : parts) part.hidden = true;
+}
+
 void Fact::TakeParts(Fact other) {
   for (Fact& part : other.parts) {
     if (other.lender) part.Keep(std::pair(part.lender, other.lender));

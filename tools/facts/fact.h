@@ -63,6 +63,9 @@ struct Fact {
   // Adds a part to an object; without a label only its text is shown. Keys are constant texts.
   void Add(std::string_view partKey, std::string_view partLabel, Fact part);
 
+  // Leaves the parts to programs.
+  void HideParts();
+
   // Takes the parts of another object for its own, but not those that are lent.
   void TakeParts(Fact other);
 
