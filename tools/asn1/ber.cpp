@@ -8,28 +8,46 @@
 namespace tool {
 namespace {
 
-constexpr uint8_t kHighTagForm = 0x1F;
+// Takes the identifier octets from the front. Nothing: they do not end.
+std::optional<uint64_t> TakeTagNumber(Octets& octets) {
+  constexpr uint8_t kHighTagForm = 0x1F;
+  const uint8_t low = octets.front() & kHighTagForm;
+  octets = octets.subspan(1);
+  if (low != kHighTagForm) return low;
+  uint64_t number = 0;
+  bool isWide = false;
+  for (size_t i = 0; i < octets.size(); ++i) {
+    isWide = isWide || (number >> 57) != 0;
+    number = number << 7 | (octets[i] & 0x7F);
+    if ((octets[i] & 0x80) != 0) continue;
+    octets = octets.subspan(i + 1);
+    return isWide ? kWideTagNumber : number;
+  }
+  return std::nullopt;
+}
 
-uint32_t ReadHeaderFields(Octets octets, Element& element) {
+}  // namespace
+
+uint32_t ReadHeader(Octets octets, Element& element) {
   uint8_t constructed = 0;
+  uint32_t cutNumber = 0;
   uint32_t indefinite = 0;
-  const uint32_t status = tessel::Try(GetAsn1ObjectInfo, octets, &element.tagClass, &constructed, &element.tagNumber,
+  const uint32_t status = tessel::Try(GetAsn1ObjectInfo, octets, &element.tagClass, &constructed, &cutNumber,
                                       &element.contentLength, &indefinite, &element.headerLength);
   if (status != TESSEL_OK) return status;
+  element.tagNumber = TakeTagNumber(octets).value_or(cutNumber);
   element.constructed = constructed != 0;
   element.indefinite = indefinite != 0;
   if (element.indefinite) element.contentLength = 0;
   return TESSEL_OK;
 }
 
-}  // namespace
-
 bool Element::IsEndOfContents() const { return tagClass == TESSEL_CLASS_UNIVERSAL && tagNumber == 0; }
 
 bool Walk::Next(Element& element) {
   if (break_) return false;
   if (position_ == Limit()) return FinishOctets();
-  if (!ReadHeader(element)) return false;
+  if (!EnterHeader(element)) return false;
   if (element.IsEndOfContents()) return CloseIndefinite(element);
   if (!CheckContent(element)) return false;
   Enter(element);
@@ -43,11 +61,11 @@ bool Walk::FinishOctets() {
   return Fail(Concat("the end-of-contents octets of the element at offset ", levels_.back().start, " are missing"));
 }
 
-bool Walk::ReadHeader(Element& element) {
+bool Walk::EnterHeader(Element& element) {
   element = Element{};
   element.offset = position_;
   element.depth = Depth();
-  const uint32_t status = ReadHeaderFields(Remaining(), element);
+  const uint32_t status = ReadHeader(Remaining(), element);
   return status == TESSEL_OK || Fail(HeaderProblem(status));
 }
 
@@ -103,9 +121,7 @@ std::string Walk::Enclosing() const {
 
 std::string Walk::HeaderProblem(uint32_t status) const {
   Octets rest = Remaining();
-  const bool highTagForm = (rest.front() & kHighTagForm) == kHighTagForm;
-  rest = rest.subspan(1);
-  if (highTagForm && !TakeBase128(rest)) return Concat("the tag number runs past the end of ", Enclosing());
+  if (!TakeTagNumber(rest)) return Concat("the tag number runs past the end of ", Enclosing());
   if (status == TESSEL_LENGTH_TOO_LARGE && !rest.empty()) {
     return Concat("the length takes ", rest.front() & 0x7F, " octets, at most 4 are supported");
   }
@@ -120,7 +136,7 @@ std::optional<BerBreak> FindBreak(Octets octets) {
 
 std::optional<Element> ReadElement(Octets octets) {
   Element element;
-  if (octets.empty() || ReadHeaderFields(octets, element) != TESSEL_OK) return std::nullopt;
+  if (octets.empty() || ReadHeader(octets, element) != TESSEL_OK) return std::nullopt;
   const bool fits = element.contentLength <= octets.size() - element.headerLength;
   if (element.indefinite || !fits) return std::nullopt;
   return element;
@@ -128,18 +144,6 @@ std::optional<Element> ReadElement(Octets octets) {
 
 Octets ContentOf(const Element& element, Octets octets) {
   return octets.subspan(element.ContentOffset(), element.contentLength);
-}
-
-std::optional<Base128> TakeBase128(Octets& octets) {
-  Base128 number;
-  for (size_t i = 0; i < octets.size(); ++i) {
-    number.wide = number.wide || (number.value >> 57) != 0;
-    number.value = number.value << 7 | (octets[i] & 0x7F);
-    if ((octets[i] & 0x80) != 0) continue;
-    octets = octets.subspan(i + 1);
-    return number;
-  }
-  return std::nullopt;
 }
 
 }  // namespace tool

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -13,12 +14,14 @@ namespace tool {
 using tessel::ContentOf;
 using tessel::Octets;
 
+inline constexpr uint64_t kWideTagNumber = std::numeric_limits<uint64_t>::max();
+
 struct Element {
   uint32_t offset = 0;
   uint32_t headerLength = 0;
   uint32_t contentLength = 0;  // 0 with indefinite length: nobody knows it before the end-of-contents octets
-  uint32_t tagNumber = 0;
   uint32_t depth = 0;
+  uint64_t tagNumber = 0;  // kWideTagNumber when it has more bits
   uint8_t tagClass = 0;
   bool constructed = false;
   bool indefinite = false;
@@ -62,7 +65,7 @@ class Walk {
   }
   [[nodiscard]] Octets Remaining() const { return octets_.subspan(position_, Limit() - position_); }
   bool FinishOctets();
-  bool ReadHeader(Element& element);
+  bool EnterHeader(Element& element);
   bool CloseIndefinite(const Element& element);
   bool CheckContent(const Element& element);
   void Enter(const Element& element);
@@ -86,12 +89,8 @@ std::optional<Element> ReadElement(Octets octets);
 // The content of an element; empty for one of indefinite length.
 Octets ContentOf(const Element& element, Octets octets);
 
-// Takes a number of seven bits an octet from the front of `octets`, as tag numbers and the arcs of object identifiers
-// are written. `wide` tells that it has more than 64 bits, its value is then not the number. Nothing: it does not end.
-struct Base128 {
-  uint64_t value = 0;
-  bool wide = false;
-};
-std::optional<Base128> TakeBase128(Octets& octets);
+// Reads the header at the start of `octets`, which are not empty, into an element without offset and depth. The status
+// of GetAsn1ObjectInfo.
+uint32_t ReadHeader(Octets octets, Element& element);
 
 }  // namespace tool

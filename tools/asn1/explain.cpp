@@ -39,8 +39,9 @@ uint32_t UniversalTag(const Asn1Item& item) { return item.kind & 0x7F; }
 uint32_t TagNumber(const Asn1Item& item) {
   return item.tagNumber < 0 ? UniversalTag(item) : static_cast<uint32_t>(item.tagNumber);
 }
+// Of a larger number decoders see 32 bits.
 bool HasTag(const Element& header, const Asn1Item& item) {
-  return header.tagClass == TagClass(item) && header.tagNumber == TagNumber(item);
+  return header.tagClass == TagClass(item) && static_cast<uint32_t>(header.tagNumber) == TagNumber(item);
 }
 
 std::string Expected(const Asn1Item& item) {
@@ -49,20 +50,15 @@ std::string Expected(const Asn1Item& item) {
 }
 
 // What keeps the header from being read; empty when nothing does.
-std::string ReadHeader(const Place& place, Element& header) {
-  uint8_t constructed = 0;
-  uint32_t indefinite = 0;
+std::string HeaderProblem(const Place& place, Element& header) {
   header.offset = place.offset;
-  const uint32_t status = StatusOf(GetAsn1ObjectInfo, place.Rest(), &header.tagClass, &constructed, &header.tagNumber,
-                                   &header.contentLength, &indefinite, &header.headerLength);
-  header.constructed = constructed != 0;
-  header.indefinite = indefinite != 0;
+  const uint32_t status = ReadHeader(place.Rest(), header);
   if (status == TESSEL_LENGTH_TOO_LARGE) return "the length takes more than 4 octets";
   return status == TESSEL_OK ? "" : Concat("tag and length run past the end of ", place.Limit());
 }
 
-std::string FormProblem(const Element& header, const Place& place) {
-  return Concat(TagPhrase(header, place.octets), header.constructed ? " is constructed" : " is primitive");
+std::string FormProblem(const Element& header) {
+  return Concat(TagPhrase(header.tagClass, header.tagNumber), header.constructed ? " is constructed" : " is primitive");
 }
 
 // What makes the library take the element for another one, by its tag or its form.
@@ -71,18 +67,18 @@ std::string TagProblem(const Outline& outline, const Element& header, const Plac
   const bool isEndOfContents = place.Rest()[0] == 0 && place.Rest()[1] == 0;
   const bool hasAnyTag = IsOpen(item) || IsChoice(item);
   if (isEndOfContents || !(hasAnyTag || HasTag(header, item))) {
-    return Concat(Expected(item), " was expected, ", TagPhrase(header, place.octets), " is there");
+    return Concat(Expected(item), " was expected, ", TagPhrase(header.tagClass, header.tagNumber), " is there");
   }
   const bool maySegment = item.kind == TESSEL_KIND_OCTET_STRING && header.indefinite;
   const bool isConstructed = IsExplicit(item) || outline.members != nullptr || (maySegment && header.constructed);
   if (hasAnyTag || header.constructed == isConstructed) return "";
-  return FormProblem(header, place);
+  return FormProblem(header);
 }
 
 std::string LengthProblem(const Asn1Item& item, const Element& header, const Place& place) {
   if (header.indefinite) {
     const bool isAllowed = header.constructed || IsOpen(item);
-    return isAllowed ? "" : Concat(TagPhrase(header, place.octets), " of indefinite length is primitive");
+    return isAllowed ? "" : Concat(TagPhrase(header.tagClass, header.tagNumber), " of indefinite length is primitive");
   }
   const size_t room = place.octets.size() - header.ContentOffset();
   if (header.contentLength <= room) return "";
@@ -138,10 +134,11 @@ Fault ExplainChoice(const Outline& outline, const Element& header, const Place& 
     const Asn1Item& item = *outline.members[i]->item;
     if (!HasTag(header, item)) continue;
     const bool isConstructed = (item.flags & (TESSEL_FLAG_CONSTRUCTED | TESSEL_FLAG_EXPLICIT)) != 0;
-    if (header.constructed != isConstructed) return place.Because(FormProblem(header, place));
+    if (header.constructed != isConstructed) return place.Because(FormProblem(header));
     return ExplainNamed(*outline.members[i], outline.names[i], place);
   }
-  return place.Because(Concat("no alternative of the CHOICE begins with ", TagPhrase(header, place.octets)));
+  return place.Because(
+      Concat("no alternative of the CHOICE begins with ", TagPhrase(header.tagClass, header.tagNumber)));
 }
 
 // What an EXPLICIT tag wraps has the tag of its type, and is not bound to the length of the wrapper.
@@ -161,7 +158,7 @@ Fault ExplainElement(const Outline& outline, const Place& place) {
   const std::string expected = Expected(item);
   if (place.Rest().empty()) return place.Because(Concat(place.Limit(), " ends where ", expected, " was expected"));
   Element header;
-  std::string problem = ReadHeader(place, header);
+  std::string problem = HeaderProblem(place, header);
   if (problem.empty()) problem = TagProblem(outline, header, place);
   if (problem.empty() && IsChoice(item)) return ExplainChoice(outline, header, place);
   if (problem.empty() && !IsExplicit(item)) problem = LengthProblem(item, header, place);

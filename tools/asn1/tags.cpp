@@ -1,7 +1,6 @@
 #include "asn1/tags.h"
 
 #include <iterator>
-#include <optional>
 
 #include "tessel/descriptor.h"
 #include "texts/concat.h"
@@ -44,53 +43,27 @@ constexpr UniversalType kUniversalTypes[] = {
     {"BMPString"},
 };
 
-std::string_view ClassWord(uint8_t tagClass) {
-  switch (tagClass) {
-    case TESSEL_CLASS_UNIVERSAL:
-      return "UNIVERSAL ";
-    case TESSEL_CLASS_APPLICATION:
-      return "APPLICATION ";
-    case TESSEL_CLASS_PRIVATE:
-      return "PRIVATE ";
-    default:
-      return "";
-  }
-}
-
-// Names of types begin with a capital letter.
-std::string Phrase(const UniversalType& type) {
-  const bool isName = type.name.front() >= 'A' && type.name.front() <= 'Z';
-  return isName ? WithArticle(type.name) : std::string(type.name);
-}
+// By the class bits.
+constexpr std::string_view kClassWords[] = {"UNIVERSAL ", "APPLICATION ", "", "PRIVATE "};
 
 }  // namespace
 
-const UniversalType* FindUniversalType(uint8_t tagClass, uint32_t tagNumber) {
+const UniversalType* FindUniversalType(uint8_t tagClass, uint64_t tagNumber) {
   const bool isKnown = tagClass == TESSEL_CLASS_UNIVERSAL && tagNumber < std::size(kUniversalTypes);
   return isKnown ? &kUniversalTypes[tagNumber] : nullptr;
 }
 
-std::string TagText(uint8_t tagClass, uint32_t tagNumber) { return Concat('[', ClassWord(tagClass), tagNumber, ']'); }
-
-std::string TagText(const Element& element, Octets octets) {
-  constexpr uint8_t kHighTagForm = 0x1F;
-  Octets rest = octets.subspan(element.offset, element.headerLength);
-  if ((rest.front() & kHighTagForm) != kHighTagForm) return TagText(element.tagClass, element.tagNumber);
-  rest = rest.subspan(1);
-  const std::optional<Base128> number = TakeBase128(rest);
-  const bool isShort = number && !number->wide;
-  return Concat('[', ClassWord(element.tagClass),
-                isShort ? std::to_string(number->value) : "number of more than 64 bits", ']');
+std::string TagText(uint8_t tagClass, uint64_t tagNumber) {
+  const std::string number = tagNumber == kWideTagNumber ? "number of more than 64 bits" : std::to_string(tagNumber);
+  return Concat('[', kClassWords[tagClass >> 6], number, ']');
 }
 
-std::string TagPhrase(uint8_t tagClass, uint32_t tagNumber) {
+std::string TagPhrase(uint8_t tagClass, uint64_t tagNumber) {
   const UniversalType* type = FindUniversalType(tagClass, tagNumber);
-  return type == nullptr ? TagText(tagClass, tagNumber) : Phrase(*type);
-}
-
-std::string TagPhrase(const Element& element, Octets octets) {
-  const UniversalType* type = FindUniversalType(element.tagClass, element.tagNumber);
-  return type == nullptr ? TagText(element, octets) : Phrase(*type);
+  if (type == nullptr) return TagText(tagClass, tagNumber);
+  // Names of types begin with a capital letter.
+  const bool isName = type->name.front() >= 'A' && type->name.front() <= 'Z';
+  return isName ? WithArticle(type->name) : std::string(type->name);
 }
 
 }  // namespace tool

@@ -15,16 +15,12 @@ struct UniversalType {
 };
 
 // Null for a tag that is not universal, or has no type.
-const UniversalType* FindUniversalType(uint8_t tagClass, uint32_t tagNumber);
+const UniversalType* FindUniversalType(uint8_t tagClass, uint64_t tagNumber);
 
 // `[3]`, `[APPLICATION 3]`.
-std::string TagText(uint8_t tagClass, uint32_t tagNumber);
-
-// The same for an element of the octets. Its number in `Element` is cut to 32 bits, so a long one is read from there.
-std::string TagText(const Element& element, Octets octets);
+std::string TagText(uint8_t tagClass, uint64_t tagNumber);
 
 // The same for a sentence: "an INTEGER", "a SEQUENCE", "[3]".
-std::string TagPhrase(uint8_t tagClass, uint32_t tagNumber);
-std::string TagPhrase(const Element& element, Octets octets);
+std::string TagPhrase(uint8_t tagClass, uint64_t tagNumber);
 
 }  // namespace tool

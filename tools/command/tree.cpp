@@ -17,70 +17,55 @@ namespace {
 constexpr uint32_t kDrawnLevels = 40;
 constexpr uint32_t kEndOfContentsTag = 0;
 
-using ValueText = std::string (*)(uint32_t tag, Octets content);
-
-std::string BooleanText(uint32_t, Octets content) {
+std::string BooleanText(Octets content) {
   if (content.size() != 1) return Concat(ShortHex(content), " (not one octet)");
   if (content.front() == 0x00) return "FALSE";
   return content.front() == 0xFF ? "TRUE" : Concat("TRUE (", tessel::Hex(content), ')');
 }
 
-std::string NumberText(uint32_t, Octets content) { return IntegerText(content); }
+std::string NullText(Octets content) { return content.empty() ? "" : Concat(ShortHex(content), " (must be empty)"); }
 
-std::string OctetsText(uint32_t, Octets content) { return ShortHex(content); }
-
-std::string NullText(uint32_t, Octets content) {
-  return content.empty() ? "" : Concat(ShortHex(content), " (must be empty)");
-}
-
-std::string BitsText(uint32_t, Octets content) {
+std::string BitsText(Octets content) {
   if (content.empty()) return "(without the number of unused bits)";
   const std::string_view bits = content.front() == 1 ? " unused bit)" : " unused bits)";
   return Concat(ShortHex(content.subspan(1)), " (", content.front(), bits);
 }
 
-std::string IdentifierText(uint32_t, Octets content) {
+std::string IdentifierText(Octets content) {
   const std::string dotted = OidText(content);
   const std::string_view name = tessel::KnownName(dotted);
   return name.empty() ? OidName(content) : Concat(dotted, " (", name, ')');
 }
 
-std::string StringText(uint32_t tag, Octets content) {
-  if (!tessel::IsCharacterString(tag, content)) return Concat(ShortHex(content), " (not a whole number of characters)");
-  return ShortText(tag, content, tessel::Escape::kQuotes);
+std::string StringText(uint64_t tag, Octets content) {
+  const auto kind = static_cast<uint32_t>(tag);
+  const bool isString = tessel::IsCharacterString(kind, {});
+  if (!isString) return ShortHex(content);
+  if (!tessel::IsCharacterString(kind, content))
+    return Concat(ShortHex(content), " (not a whole number of characters)");
+  return ShortText(kind, content, tessel::Escape::kQuotes);
 }
 
-std::string WrittenTime(uint32_t tag, Octets content) { return ShortText(tag, content, tessel::Escape::kNothing); }
-
-// How the content of a primitive element of a universal type is written.
-ValueText ValueTextOf(uint32_t tag) {
+// The content of a primitive element of a universal type.
+std::string ValueText(uint64_t tag, Octets content) {
   switch (tag) {
     case TESSEL_KIND_BOOLEAN:
-      return BooleanText;
+      return BooleanText(content);
     case TESSEL_KIND_INTEGER:
     case TESSEL_KIND_ENUMERATED:
-      return NumberText;
+      return IntegerText(content);
     case TESSEL_KIND_BIT_STRING:
-      return BitsText;
+      return BitsText(content);
     case kEndOfContentsTag:
     case TESSEL_KIND_NULL:
-      return NullText;
+      return NullText(content);
     case TESSEL_KIND_OBJECT_IDENTIFIER:
-      return IdentifierText;
-    case TESSEL_KIND_UTF8_STRING:
-    case TESSEL_KIND_NUMERIC_STRING:
-    case TESSEL_KIND_PRINTABLE_STRING:
-    case TESSEL_KIND_TELETEX_STRING:
-    case TESSEL_KIND_IA5_STRING:
-    case TESSEL_KIND_VISIBLE_STRING:
-    case TESSEL_KIND_UNIVERSAL_STRING:
-    case TESSEL_KIND_BMP_STRING:
-      return StringText;
+      return IdentifierText(content);
     case TESSEL_KIND_UTC_TIME:
     case TESSEL_KIND_GENERALIZED_TIME:
-      return WrittenTime;
+      return ShortText(static_cast<uint32_t>(tag), content, tessel::Escape::kNothing);
     default:
-      return OctetsText;
+      return StringText(tag, content);
   }
 }
 
@@ -99,13 +84,13 @@ void AppendPosition(std::string& line, const Element& element) {
 
 void AppendDescription(std::string& line, const Element& element, Octets octets) {
   const UniversalType* type = FindUniversalType(element.tagClass, element.tagNumber);
-  line += type != nullptr ? std::string(type->name) : TagText(element, octets);
+  line += type != nullptr ? std::string(type->name) : TagText(element.tagClass, element.tagNumber);
   if (type != nullptr && type->constructed != element.constructed) {
     line += element.constructed ? " (constructed)" : " (primitive)";
   }
   if (element.constructed) return;
-  const ValueText text = type != nullptr ? ValueTextOf(element.tagNumber) : OctetsText;
-  const std::string value = text(element.tagNumber, ContentOf(element, octets));
+  const Octets content = ContentOf(element, octets);
+  const std::string value = type != nullptr ? ValueText(element.tagNumber, content) : ShortHex(content);
   if (!value.empty()) line += Concat(' ', value);
 }
 

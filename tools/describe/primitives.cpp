@@ -153,7 +153,7 @@ Fact FactOf(const tessel::Time& time) {
 Fact ElementFact(Octets element) {
   const std::optional<Element> header = ReadElement(element);
   if (!header || header->tagClass != TESSEL_CLASS_UNIVERSAL || header->constructed) return UnreadFact(element);
-  Fact fact = PrimitiveFact(header->tagNumber, ContentOf(*header, element));
+  Fact fact = PrimitiveFact(static_cast<uint32_t>(header->tagNumber), ContentOf(*header, element));
   if (fact.text.empty()) return UnreadFact(element);
   // What programs have to read themselves is the whole element, which has the type.
   for (Fact& part : fact.parts) {
