@@ -10,10 +10,9 @@
 #include <system_error>
 #include <vector>
 
+#include "command/commands.h"
 #include "command/input.h"
 #include "command/report.h"
-#include "command/show.h"
-#include "command/tree.h"
 #include "tessel/calls.hpp"
 #include "tessel/strings.hpp"
 #include "texts/concat.h"

@@ -1,10 +1,9 @@
-#include "command/show.h"
-
 #include <algorithm>
 #include <string>
 #include <utility>
 
 #include "asn1/decoding.h"
+#include "command/commands.h"
 #include "command/kinds.h"
 #include "command/report.h"
 #include "facts/json.h"

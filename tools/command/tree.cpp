@@ -1,10 +1,9 @@
-#include "command/tree.h"
-
 #include <algorithm>
 #include <string>
 #include <string_view>
 
 #include "asn1/tags.h"
+#include "command/commands.h"
 #include "command/report.h"
 #include "tessel/known_identifiers.hpp"
 #include "texts/concat.h"

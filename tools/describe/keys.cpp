@@ -27,56 +27,58 @@ struct RsassaPssParameters {
   Asn1Value* trailerField;
 };
 
-constexpr ObjectIdentifier kSha1Identifier("1.3.14.3.2.26");
-constexpr ObjectIdentifier kMgf1Identifier("1.2.840.113549.1.1.8");
-constexpr Asn1Oid kSha1Oid = BorrowOid(kSha1Identifier.Counted());
-constexpr Asn1Oid kMgf1Oid = BorrowOid(kMgf1Identifier.Counted());
-// AlgorithmIdentifier { sha-1, NULL }. As all defaults it is kept off the alignment of the heap (asn1.hpp).
-alignas(16) constexpr uint8_t kSha1Octets[] = {0xFF, 0x30, 0x09, 0x06, 0x05, 0x2B, 0x0E, 0x03, 0x02, 0x1A, 0x05, 0x00};
-constexpr Asn1Any kSha1Parameter = BorrowOpenValue(Octets(kSha1Octets).subspan(1));
-constexpr AlgorithmIdentifier kSha1{const_cast<Asn1Oid*>(&kSha1Oid), nullptr};
-constexpr AlgorithmIdentifier kMgf1WithSha1{const_cast<Asn1Oid*>(&kMgf1Oid), const_cast<Asn1Any*>(&kSha1Parameter)};
-alignas(16) constexpr uint8_t kNumbers[] = {0xFF, 20, 1};
-constexpr Asn1Value kTwenty = Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(1, 1));
-constexpr Asn1Value kOne = Borrow(TESSEL_KIND_INTEGER, Octets(kNumbers).subspan(2, 1));
-
 constexpr auto kRsassaPssParameters = Sequence{
-    Member<&RsassaPssParameters::hashAlgorithm, Default<Explicit<0, kAlgorithmIdentifier>, kSha1>>,
-    Member<&RsassaPssParameters::maskGenAlgorithm, Default<Explicit<1, kAlgorithmIdentifier>, kMgf1WithSha1>>,
-    Member<&RsassaPssParameters::saltLength, Default<Explicit<2, kInteger>, kTwenty>>,
-    Member<&RsassaPssParameters::trailerField, Default<Explicit<3, kInteger>, kOne>>,
+    Member<&RsassaPssParameters::hashAlgorithm, Optional<Explicit<0, kAlgorithmIdentifier>>>,
+    Member<&RsassaPssParameters::maskGenAlgorithm, Optional<Explicit<1, kAlgorithmIdentifier>>>,
+    Member<&RsassaPssParameters::saltLength, Optional<Explicit<2, kInteger>>>,
+    Member<&RsassaPssParameters::trailerField, Optional<Explicit<3, kInteger>>>,
 };
 
-Fact AlgorithmOidFact(const AlgorithmIdentifier& identifier) { return OidFact(ContentOf(*identifier.algorithm)); }
+// What holds for members that are left out.
+constexpr ObjectIdentifier kSha1("1.3.14.3.2.26");
+constexpr ObjectIdentifier kMgf1("1.2.840.113549.1.1.8");
+constexpr int64_t kSaltLength = 20;
+constexpr int64_t kTrailerField = 1;
+
+Octets AlgorithmOr(const ObjectIdentifier& byDefault, const AlgorithmIdentifier* identifier) {
+  return identifier == nullptr ? byDefault.Content() : ContentOf(*identifier->algorithm);
+}
+
+Fact NumberOr(int64_t byDefault, const Asn1Value* number) {
+  return number == nullptr ? Fact::Of(std::to_string(byDefault), byDefault) : IntegerFact(ContentOf(*number));
+}
 
 Octets ParametersOf(const AlgorithmIdentifier& identifier) {
   return identifier.parameters == nullptr ? Octets() : ContentOf(*identifier.parameters);
 }
 
 // Mask generation functions have the hash algorithm as parameter.
-Fact MaskGenFact(const AlgorithmIdentifier& identifier) {
-  Fact fact = AlgorithmOidFact(identifier);
-  const std::optional<Octets> hash = ContentOfType(ParametersOf(identifier), TESSEL_KIND_SEQUENCE);
-  const std::optional<Octets> oid = hash ? ContentOfType(*hash, TESSEL_KIND_OBJECT_IDENTIFIER) : std::nullopt;
-  if (!oid) return fact;
-  Fact hashFact = OidFact(*oid);
+Fact MaskGenFact(const AlgorithmIdentifier* identifier) {
+  Fact fact = OidFact(AlgorithmOr(kMgf1, identifier));
+  std::optional<Octets> hash = kSha1.Content();
+  if (identifier != nullptr) {
+    const std::optional<Octets> parameter = ContentOfType(ParametersOf(*identifier), TESSEL_KIND_SEQUENCE);
+    hash = ContentOfType(parameter.value_or(Octets()), TESSEL_KIND_OBJECT_IDENTIFIER);
+  }
+  if (!hash) return fact;
+  Fact hashFact = OidFact(*hash);
   fact.text += Concat(" with ", hashFact.text);
   fact.Hide("hashAlgorithm", std::move(hashFact));
   return fact;
 }
 
-constexpr Sayings kPssSayings{
-    Say<&RsassaPssParameters::hashAlgorithm>{.tell = AlgorithmOidFact},
-    Say<&RsassaPssParameters::maskGenAlgorithm>{.tell = MaskGenFact},
-};
-
 Fact FactOf(const RsassaPssParameters& parameters) {
-  Fact fact = Describer<kPssSayings>::DescribeParts(kRsassaPssParameters, parameters);
-  fact.HideParts();
-  const std::string& salt = fact.parts[2].text;
-  const std::string& trailer = fact.parts[3].text;
-  fact.text = Concat(fact.parts[0].text, ", ", fact.parts[1].text, ", salt of ", salt,
-                     salt == "1" ? " octet" : " octets", trailer == "1" ? "" : Concat(", trailer field ", trailer));
+  Fact hash = OidFact(AlgorithmOr(kSha1, parameters.hashAlgorithm));
+  Fact maskGen = MaskGenFact(parameters.maskGenAlgorithm);
+  Fact salt = NumberOr(kSaltLength, parameters.saltLength);
+  Fact trailer = NumberOr(kTrailerField, parameters.trailerField);
+  Fact fact = Fact::Object(Concat(hash.text, ", ", maskGen.text, ", salt of ", salt.text,
+                                  salt.text == "1" ? " octet" : " octets",
+                                  trailer.text == "1" ? "" : Concat(", trailer field ", trailer.text)));
+  fact.Hide("hashAlgorithm", std::move(hash));
+  fact.Hide("maskGenAlgorithm", std::move(maskGen));
+  fact.Hide("saltLength", std::move(salt));
+  fact.Hide("trailerField", std::move(trailer));
   return fact;
 }
 
@@ -183,7 +185,7 @@ void TellKey(Fact& fact, std::string_view dotted, const Key& key) {
 }  // namespace
 
 Fact FactOf(const AlgorithmIdentifier& identifier) {
-  Fact fact = AlgorithmOidFact(identifier);
+  Fact fact = OidFact(ContentOf(*identifier.algorithm));
   const Octets parameters = ParametersOf(identifier);
   if (parameters.empty()) return fact;
   fact.Hide("parameters", HexText(parameters));

@@ -128,14 +128,11 @@ Fact IntegerFact(Octets content) {
 Fact SerialNumberFact(const Asn1Value& number) {
   const Octets content = ContentOf(number);
   if (content.empty() || (content.front() & 0x80) == 0) return HexFact(WithoutLeadingZeros(content));
-  const auto negated = std::make_shared<const tessel::Bytes>(Negated(content));
-  const Octets magnitude = WithoutLeadingZeros(*negated);
-  Fact fact = Fact::Of(Concat('-', ShortHex(magnitude)), [magnitude](const TextSink& write) {
+  const tessel::Bytes negated = Negated(content);
+  return Fact::Of(Concat('-', ShortHex(WithoutLeadingZeros(negated))), [negated](const TextSink& write) {
     write("-");
-    WriteHex(magnitude, write);
+    WriteHex(WithoutLeadingZeros(negated), write);
   });
-  fact.lender = negated;
-  return fact;
 }
 
 Fact TimeFact(uint32_t tag, Octets content) {

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <bit>
+#include <charconv>
 #include <cstdint>
-#include <string_view>
 
 #include "texts/concat.h"
 
@@ -15,13 +15,9 @@ using Groups = std::array<uint16_t, 8>;
 std::string DottedText(Octets octets) { return Concat(octets[0], '.', octets[1], '.', octets[2], '.', octets[3]); }
 
 std::string GroupText(uint16_t group) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string text;
-  for (int shift = 12; shift >= 0; shift -= 4) {
-    const unsigned digit = group >> shift & 0xFU;
-    if (digit != 0 || !text.empty() || shift == 0) text += kDigits[digit];
-  }
-  return text;
+  std::array<char, 4> digits{};
+  const auto written = std::to_chars(digits.begin(), digits.end(), group, 16);
+  return {digits.begin(), written.ptr};
 }
 
 struct Run {
