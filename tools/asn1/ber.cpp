@@ -146,4 +146,16 @@ Octets ContentOf(const Element& element, Octets octets) {
   return octets.subspan(element.ContentOffset(), element.contentLength);
 }
 
+std::optional<Octets> ContentOfType(Octets octets, uint32_t tag) {
+  const std::optional<Element> element = ReadElement(octets);
+  if (!element || element->tagClass != TESSEL_CLASS_UNIVERSAL || element->tagNumber != tag) return std::nullopt;
+  return ContentOf(*element, octets);
+}
+
+std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag) {
+  const std::optional<Octets> content = ContentOfType(octets, tag);
+  if (content) octets = octets.subspan(static_cast<size_t>(content->data() - octets.data()) + content->size());
+  return content;
+}
+
 }  // namespace tool

@@ -89,6 +89,12 @@ std::optional<Element> ReadElement(Octets octets);
 // The content of an element; empty for one of indefinite length.
 Octets ContentOf(const Element& element, Octets octets);
 
+// The content of the element at the start of `octets`, when it is a universal one of this type.
+std::optional<Octets> ContentOfType(Octets octets, uint32_t tag);
+
+// The same, and the element is taken off the front of `octets`.
+std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag);
+
 // Reads the header at the start of `octets`, which are not empty, into an element without offset and depth. The status
 // of GetAsn1ObjectInfo.
 uint32_t ReadHeader(Octets octets, Element& element);

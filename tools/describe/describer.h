@@ -14,6 +14,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -42,7 +43,7 @@ struct Say {
   using Node = decltype(detail::NodeOfMember(name));
 
   std::string_view key = tessel::kNameOf<name>;
-  const char* label = nullptr;  // null: the key in words
+  std::optional<std::string_view> label = std::nullopt;  // by default the key in words
   Fact (*tell)(const Node& node) = nullptr;
   bool isOfParent = false;  // its parts stand among those of what it is a part of
 };
@@ -93,9 +94,9 @@ class Describer {
   }
 
   template <class Node, class... Rows>
-  static Fact DescribeParts(const tessel::ChoiceDescriptor<Node, Rows...>& item, const Node& node) {
+  static Fact DescribeParts(const tessel::ChoiceDescriptor<Node, Rows...>& /*item*/, const Node& node) {
     Fact fact = Fact::Object();
-    (TellIfChosen<Rows>(fact, item, node), ...);
+    (TellIfChosen<Rows>(fact, node), ...);
     return fact;
   }
 
@@ -109,10 +110,10 @@ class Describer {
   }
 
  private:
-  template <class Row, class Node, class... Rows>
-  static void TellIfChosen(Fact& fact, const tessel::ChoiceDescriptor<Node, Rows...>& /*item*/, const Node& node) {
-    if (node.index == Row::kIndex)
-      Tell<Row::kIndex>(fact, Row::kItem, static_cast<const typename Row::Node*>(node.value));
+  template <class Row>
+  static void TellIfChosen(Fact& fact, const Asn1Choice& choice) {
+    if (choice.index != Row::kIndex) return;
+    Tell<Row::kIndex>(fact, Row::kItem, static_cast<const typename Row::Node*>(choice.value));
   }
 
   template <auto name, class Descriptor>
@@ -126,7 +127,7 @@ class Describer {
       part = Describe(item, *node);
     }
     if (kSaying.isOfParent) return fact.TakeParts(std::move(part));
-    fact.Add(kSaying.key, kSaying.label == nullptr ? InWords(kSaying.key) : kSaying.label, std::move(part));
+    fact.Add(kSaying.key, kSaying.label ? std::string(*kSaying.label) : InWords(kSaying.key), std::move(part));
   }
 
   template <auto name>

@@ -47,6 +47,21 @@ void WriteString(uint32_t tag, Octets content, std::optional<tessel::Escape> esc
   }
 }
 
+// People see the beginning of a long string.
+Fact StringFact(uint32_t tag, Octets content) {
+  std::string text = content.empty() ? "(empty)" : ShortText(tag, content, tessel::Escape::kBackslash);
+  if (IsWellFormed(tag, content)) return Fact::Of(std::move(text), StringText(tag, content));
+  Fact fact = UnreadFact(content);
+  fact.text = std::move(text);
+  return fact;
+}
+
+// Programs get ISO 8601, or what is written when that is no time.
+Fact TimeFact(uint32_t tag, Octets content) {
+  const std::optional<std::string> iso = IsoTime(tag, content);
+  return Fact::Of(TimeText(tag, content), iso ? *iso : ShortText(tag, content, tessel::Escape::kNothing));
+}
+
 // Without a text when the type, or its content, tells nothing.
 Fact PrimitiveFact(uint32_t tag, Octets content) {
   switch (tag) {
@@ -68,18 +83,6 @@ Fact PrimitiveFact(uint32_t tag, Octets content) {
 }
 
 }  // namespace
-
-std::optional<Octets> ContentOfType(Octets octets, uint32_t tag) {
-  const std::optional<Element> element = ReadElement(octets);
-  if (!element || element->tagClass != TESSEL_CLASS_UNIVERSAL || element->tagNumber != tag) return std::nullopt;
-  return ContentOf(*element, octets);
-}
-
-std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag) {
-  const std::optional<Octets> content = ContentOfType(octets, tag);
-  if (content) octets = octets.subspan(static_cast<size_t>(content->data() - octets.data()) + content->size());
-  return content;
-}
 
 LentText HexText(Octets octets) {
   return [octets](const TextSink& write) { WriteHex(octets, write); };
@@ -109,15 +112,6 @@ Fact OidFact(Octets content) {
   return fact;
 }
 
-Fact StringFact(uint32_t tag, Octets content) {
-  if (!tessel::IsCharacterString(tag, content)) return UnreadFact(content);
-  std::string text = content.empty() ? "(empty)" : ShortText(tag, content, tessel::Escape::kBackslash);
-  if (IsWellFormed(tag, content)) return Fact::Of(std::move(text), StringText(tag, content));
-  Fact fact = UnreadFact(content);
-  fact.text = std::move(text);
-  return fact;
-}
-
 Fact IntegerFact(Octets content) {
   if (const std::optional<int64_t> number = SmallInteger(content)) return Fact::Of(IntegerText(content), *number);
   Fact fact = UnreadFact(content);
@@ -135,15 +129,8 @@ Fact SerialNumberFact(const Asn1Value& number) {
   });
 }
 
-Fact TimeFact(uint32_t tag, Octets content) {
-  const std::optional<std::string> iso = IsoTime(tag, content);
-  return Fact::Of(TimeText(tag, content), iso ? *iso : ShortText(tag, content, tessel::Escape::kNothing));
-}
-
 Fact FactOf(const tessel::Time& time) {
-  const auto* utcTime = tessel::Chosen<tessel::kTime, tessel::Time::utcTime>(&time);
-  const auto* generalTime = tessel::Chosen<tessel::kTime, tessel::Time::generalTime>(&time);
-  const Asn1Value& written = utcTime != nullptr ? *utcTime : *generalTime;
+  const auto& written = *static_cast<const Asn1Value*>(time.value);
   return TimeFact(written.tag, ContentOf(written));
 }
 

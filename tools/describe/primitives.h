@@ -13,12 +13,6 @@
 
 namespace tool {
 
-// The content of the element at the start of `octets`, when it is a universal one of this type.
-std::optional<Octets> ContentOfType(Octets octets, uint32_t tag);
-
-// The same, and the element is taken off the front of `octets`.
-std::optional<Octets> TakeContentOfType(Octets& octets, uint32_t tag);
-
 // Hexadecimal digits of all octets.
 LentText HexText(Octets octets);
 
@@ -34,17 +28,11 @@ Fact UnreadFact(Octets octets);
 // An object identifier by its name, where it has one.
 Fact OidFact(Octets content);
 
-// A character string of the universal type `tag`: people see the beginning of a long one.
-Fact StringFact(uint32_t tag, Octets content);
-
 // An INTEGER or ENUMERATED.
 Fact IntegerFact(Octets content);
 
 // An INTEGER as serial numbers are told: hexadecimal digits of the magnitude, after a minus sign when it is negative.
 Fact SerialNumberFact(const Asn1Value& number);
-
-// A UTCTime or GeneralizedTime. Programs get ISO 8601, or what is written when that is no time.
-Fact TimeFact(uint32_t tag, Octets content);
 
 // Any element, by its universal type; in hexadecimal where that tells nothing.
 Fact ElementFact(Octets element);

@@ -47,18 +47,18 @@ struct Line {
 
 }  // namespace
 
-void WriteLines(const Fact& parent, size_t indent, const TextSink& write) {
+void WriteLines(const Fact& fact, size_t indent, const TextSink& write) {
   size_t width = 0;
-  VisitSeen(parent, [&width](const Fact& fact) {
-    if (fact.label.size() > width && !Line(fact).text.empty()) width = fact.label.size();
+  VisitSeen(fact, [&width](const Fact& part) {
+    if (part.label.size() > width && !Line(part).text.empty()) width = part.label.size();
     return true;
   });
-  VisitSeen(parent, [&](const Fact& fact) {
-    const Line line(fact);
-    const size_t gap = fact.label.empty() || line.text.empty() ? 0 : width - fact.label.size();
+  VisitSeen(fact, [&](const Fact& part) {
+    const Line line(part);
+    const size_t gap = part.label.empty() || line.text.empty() ? 0 : width - part.label.size();
     const std::string text = line.text.empty() ? line.text : Concat(std::string(gap, ' '), line.text);
-    write(Concat(std::string(indent, ' '), Labelled(fact.label, text), '\n'));
-    if (!line.hasJoined) WriteLines(fact, indent + kStep, write);
+    write(Concat(std::string(indent, ' '), Labelled(part.label, text), '\n'));
+    if (!line.hasJoined) WriteLines(part, indent + kStep, write);
     return true;
   });
 }
