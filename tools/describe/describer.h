@@ -120,14 +120,18 @@ class Describer {
   static void Tell(Fact& fact, const Descriptor& item, const typename Descriptor::Node* node) {
     if (node == nullptr) return;
     constexpr Say<name> kSaying = SayingOf<name>();
-    Fact part;
-    if constexpr (kSaying.tell != nullptr) {
-      part = kSaying.tell(*node);
-    } else {
-      part = Describe(item, *node);
-    }
+    Fact part = TellBy(kSaying, item, *node);
     if (kSaying.isOfParent) return fact.TakeParts(std::move(part));
     fact.Add(kSaying.key, kSaying.label ? std::string(*kSaying.label) : InWords(kSaying.key), std::move(part));
+  }
+
+  // Alternatives are always told by their types.
+  template <auto name, class Descriptor>
+  static Fact TellBy(const Say<name>& saying, const Descriptor& item, const typename Descriptor::Node& node) {
+    if constexpr (std::is_member_pointer_v<decltype(name)>) {
+      if (saying.tell != nullptr) return saying.tell(node);
+    }
+    return Describe(item, node);
   }
 
   template <auto name>
