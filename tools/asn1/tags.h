@@ -9,13 +9,11 @@
 
 namespace tool {
 
-struct UniversalType {
-  std::string_view name;
-  bool constructed = false;  // what its elements usually are
-};
+// Empty for a tag that is not universal, or has no type.
+std::string_view UniversalTypeName(uint8_t tagClass, uint64_t tagNumber);
 
-// Null for a tag that is not universal, or has no type.
-const UniversalType* FindUniversalType(uint8_t tagClass, uint64_t tagNumber);
+// Whether elements of this type usually are constructed.
+bool IsConstructedType(uint64_t universalTag);
 
 // `[3]`, `[APPLICATION 3]`.
 std::string TagText(uint8_t tagClass, uint64_t tagNumber);

@@ -82,14 +82,14 @@ void AppendPosition(std::string& line, const Element& element) {
 }
 
 void AppendDescription(std::string& line, const Element& element, Octets octets) {
-  const UniversalType* type = FindUniversalType(element.tagClass, element.tagNumber);
-  line += type != nullptr ? std::string(type->name) : TagText(element.tagClass, element.tagNumber);
-  if (type != nullptr && type->constructed != element.constructed) {
+  const std::string_view name = UniversalTypeName(element.tagClass, element.tagNumber);
+  line += name.empty() ? TagText(element.tagClass, element.tagNumber) : std::string(name);
+  if (!name.empty() && IsConstructedType(element.tagNumber) != element.constructed) {
     line += element.constructed ? " (constructed)" : " (primitive)";
   }
   if (element.constructed) return;
   const Octets content = ContentOf(element, octets);
-  const std::string value = type != nullptr ? ValueText(element.tagNumber, content) : ShortHex(content);
+  const std::string value = name.empty() ? ShortHex(content) : ValueText(element.tagNumber, content);
   if (!value.empty()) line += Concat(' ', value);
 }
 
