@@ -1,6 +1,5 @@
 // Extensions and what they hold.
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>

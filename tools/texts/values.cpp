@@ -1,10 +1,8 @@
 #include "texts/values.h"
 
-#include <algorithm>
 #include <bit>
 #include <chrono>
 #include <string_view>
-#include <utility>
 
 #include "tessel/known_identifiers.hpp"
 #include "texts/concat.h"
