@@ -352,7 +352,7 @@ TEST_F(ShowTest, EveryExtensionIsDecoded) {
       Name:          C=RU, CN=All
       Other name:    userPrincipalName, a@example.ru
     issuerAltName
-      Does not decode (an element is malformed or missing): 3003020101
+      Does not decode ([0], offset 2: no alternative of the CHOICE begins with an INTEGER): 3003020101
     nameConstraints
       Permitted:
         DNS: .example.ru
