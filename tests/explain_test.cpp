@@ -1,8 +1,7 @@
 // Why octets do not decode.
-#include "asn1/explain.h"
-
 #include <gtest/gtest.h>
 
+#include "asn1/decoding.h"
 #include "support/octets.h"
 #include "support/samples.h"
 #include "support/tree.h"

@@ -106,7 +106,7 @@ void Walk::CloseFinishedLevels() {
 }
 
 bool Walk::Fail(std::string reason) {
-  break_ = BerBreak{position_, std::move(reason)};
+  break_ = Fault{{}, position_, std::move(reason)};
   return false;
 }
 
@@ -128,7 +128,9 @@ std::string Walk::HeaderProblem(uint32_t status) const {
   return Concat("the length runs past the end of ", Enclosing());
 }
 
-std::optional<BerBreak> FindBreak(Octets octets) {
+std::string Fault::Text() const { return Concat(path, path.empty() ? "" : ", ", "offset ", offset, ": ", reason); }
+
+std::optional<Fault> FindBreak(Octets octets) {
   Walk walk(octets);
   for (Element element; walk.Next(element);) continue;
   return walk.Break();

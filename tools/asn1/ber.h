@@ -31,9 +31,14 @@ struct Element {
   [[nodiscard]] uint32_t ContentOffset() const { return offset + headerLength; }
 };
 
-struct BerBreak {
+// The innermost value that does not decode, its place in the octets, and the reason, a sentence without its full stop.
+struct Fault {
+  std::string path;  // `tbsCertificate.extensions[3].critical`; empty for the whole value
   uint32_t offset = 0;
   std::string reason;
+
+  // `tbsCertificate.version, offset 8: an INTEGER of no octets`
+  [[nodiscard]] std::string Text() const;
 };
 
 // Walks over all elements in their order, into the constructed ones, and checks each content against what encloses it.
@@ -50,7 +55,7 @@ class Walk {
   [[nodiscard]] uint32_t Depth() const { return static_cast<uint32_t>(levels_.size()); }
 
   // Where and why the encoding broke.
-  [[nodiscard]] const std::optional<BerBreak>& Break() const { return break_; }
+  [[nodiscard]] const std::optional<Fault>& Break() const { return break_; }
 
  private:
   // A constructed element that is not finished. With indefinite length `end` is that of the enclosing element.
@@ -77,11 +82,11 @@ class Walk {
   Octets octets_;
   uint32_t position_ = 0;
   std::deque<Level> levels_;
-  std::optional<BerBreak> break_;
+  std::optional<Fault> break_;
 };
 
 // Where the elements break that the octets hold; nothing when all are sound.
-std::optional<BerBreak> FindBreak(Octets octets);
+std::optional<Fault> FindBreak(Octets octets);
 
 // The element of definite length at the start of `octets`, when it lies within them.
 std::optional<Element> ReadElement(Octets octets);

@@ -1,4 +1,4 @@
-// Decoding by descriptors.
+// Decoding by descriptors, and why octets do not decode.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "asn1/ber.h"
-#include "asn1/explain.h"
 #include "tessel/asn1.hpp"
 #include "tessel/calls.hpp"
 
@@ -20,6 +19,9 @@ uint32_t StatusOf(Arguments&&... arguments) {
   if (status == TESSEL_OUT_OF_MEMORY) throw std::bad_alloc();
   return status;
 }
+
+// The fault of octets that Asn1DecodeItem refuses. Recurses as deep as outlines nest in each other.
+Fault Explain(const tessel::Outline& outline, Octets octets);
 
 // Octets that do not decode, which have to be there as long as the exception.
 class DecodingError : public tessel::Error {

@@ -6,19 +6,56 @@
 #include "command/commands.h"
 #include "command/kinds.h"
 #include "command/report.h"
-#include "facts/json.h"
-#include "facts/text.h"
+#include "facts/fact.h"
 #include "texts/concat.h"
 
 namespace tool {
 namespace {
 
+// What a kind's `starts` are compared with. Empty for octets that are no sound BER.
+std::string StartOf(Octets octets) {
+  constexpr size_t kLongest = 20;
+  std::string members;
+  std::string first;
+  Walk walk(octets);
+  for (Element element; walk.Next(element);) {
+    const std::string identifier = element.IsEndOfContents() ? "" : tessel::Hex(octets.subspan(element.offset, 1));
+    if (element.depth == 1 && members.size() < kLongest) members += identifier;
+    if (element.depth == 2 && members.size() == 2 && first.size() < kLongest) first += identifier;
+    if (walk.Depth() == 0) return Concat(members, '/', first, '.');
+  }
+  return {};
+}
+
+template <class IsOf>
+const Kind* FindKind(IsOf isOf) {
+  const auto* found = std::ranges::find_if(kKinds, isOf);
+  return found == std::end(kKinds) ? nullptr : found;
+}
+
+// The kind of PEM blocks with this label; null when it is not known.
+const Kind* KindOfLabel(std::string_view label) {
+  return FindKind([label](const Kind& kind) {
+    return std::ranges::any_of(kind.labels, [&](std::string_view known) {
+      return !known.empty() && (kind.type == nullptr ? label.ends_with(known) : label == known);
+    });
+  });
+}
+
+// The kind that sound BER seems to be of by its first elements; null when that is not known.
+const Kind* KindOfElements(Octets octets) {
+  return FindKind([start = StartOf(octets)](const Kind& kind) {
+    return std::ranges::any_of(kind.starts,
+                               [&](std::string_view known) { return !known.empty() && start.starts_with(known); });
+  });
+}
+
 // What is told of an object that cannot be shown yet.
 Refusal NotYetShown(std::string_view what, const Input& input) {
-  const std::optional<BerBreak> found = FindBreak(input.octets);
-  return Refusal(Concat("this ", what, ", which tessel show does not show yet; ",
-                        found ? Concat("its octets are no sound BER: offset ", found->offset, ": ", found->reason)
-                              : "tessel tree shows its elements"));
+  const std::optional<Fault> found = FindBreak(input.octets);
+  return Refusal(
+      Concat("this ", what, ", which tessel show does not show yet; ",
+             found ? Concat("its octets are no sound BER: ", found->Text()) : "tessel tree shows its elements"));
 }
 
 using Printer = void (*)(const Input& input, const Kind& kind, Fact&& fact);
@@ -63,7 +100,7 @@ void ShowBy(Printer print, const Input& input) {
   }
   std::string problem;
   uint32_t farthest = 0;
-  for (const Kind& kind : Kinds()) {
+  for (const Kind& kind : kKinds) {
     if (kind.type == nullptr || (labelled != nullptr && labelled != &kind)) continue;
     Fault fault;
     if (ShowAs(kind, print, input, fault)) return;

@@ -106,7 +106,7 @@ void ShowTree(const Input& input) {
     line += '\n';
     Print(line);
   }
-  if (walk.Break()) throw Refusal(Concat("offset ", walk.Break()->offset, ": ", walk.Break()->reason));
+  if (walk.Break()) throw Refusal(walk.Break()->Text());
 }
 
 }  // namespace tool

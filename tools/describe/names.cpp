@@ -9,7 +9,6 @@
 #include "describe/primitives.h"
 #include "describe/types.h"
 #include "tessel/known_identifiers.hpp"
-#include "texts/addresses.h"
 #include "texts/concat.h"
 #include "texts/values.h"
 
@@ -118,7 +117,7 @@ Fact FactOf(const X509Name& name) {
   return fact;
 }
 
-Fact FactOf(const NameChoice& name) { return FactOf(*Chosen<kName, NameChoice::rdnSequence>(&name)); }
+Fact FactOf(const NameChoice& name) { return FactOf(*Chosen<kNameChoice, NameChoice::rdnSequence>(&name)); }
 
 Fact FactOf(const RelativeDistinguishedName& name) {
   const auto alone = std::make_shared<BorrowedList<X509Name>>(const_cast<RelativeDistinguishedName*>(&name));

@@ -4,7 +4,8 @@
 //   constraints.Add("ca", "CA", Fact::Flag(true));
 //   constraints.Hide("source", "2.5.29.19");  // for programs only
 //
-// is the line `CA: yes`, and {"ca": true, "source": "2.5.29.19"}. The order of the parts is that of both outputs.
+// is the line `CA: yes` (text.cpp), and {"ca": true, "source": "2.5.29.19"} (json.cpp). The order of the parts is that
+// of both outputs.
 #pragma once
 
 #include <cstddef>
@@ -87,5 +88,16 @@ struct Fact {
     lender = std::make_shared<Lender>(std::move(kept));
   }
 };
+
+// Writes the parts of a fact as lines, each after so many blanks. Texts of labelled neighbours stand in one column;
+// what is told about a part stands below it, further in.
+void WriteLines(const Fact& fact, size_t indent, const TextSink& write);
+
+// Makes what is made for the moment while a fact is written, so that lack of memory shows before anything is written:
+// half an object would be no JSON. Writing takes no more memory than this.
+void MakeForJson(const Fact& fact);
+
+// Writes the value of a fact in UTF-8. Characters that could drive a terminal or disguise a text are escaped.
+void WriteJson(const Fact& fact, const TextSink& write, size_t indent = 0);
 
 }  // namespace tool

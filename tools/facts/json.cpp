@@ -1,10 +1,9 @@
 // The JSON is written as it is made: a document in memory would take many times what the object takes that it tells of.
-#include "facts/json.h"
-
 #include <algorithm>
 #include <string>
 #include <utility>
 
+#include "facts/fact.h"
 #include "tessel/strings.hpp"
 #include "texts/concat.h"
 

@@ -1,8 +1,7 @@
-#include "facts/text.h"
-
 #include <string>
 #include <string_view>
 
+#include "facts/fact.h"
 #include "texts/concat.h"
 
 namespace tool {

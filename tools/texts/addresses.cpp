@@ -1,11 +1,11 @@
-#include "texts/addresses.h"
-
+// Addresses of IP.
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cstdint>
 
 #include "texts/concat.h"
+#include "texts/values.h"
 
 namespace tool {
 namespace {
