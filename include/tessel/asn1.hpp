@@ -148,11 +148,16 @@ inline constexpr auto Optional = detail::WithFlags(item, TESSEL_FLAG_OPTIONAL);
 template <const auto& item, const auto& value>
 inline constexpr auto Default = detail::WithDefault(item, &value);
 
+// A descriptor holds one tag. The tag of a CHOICE is EXPLICIT (X.680, 31.2.7), and a second one goes to a type of its
+// own: neither compiles otherwise.
 template <int32_t tagNumber, const auto& item>
-inline constexpr auto Implicit = detail::WithTag(item, tagNumber, TESSEL_CLASS_CONTEXT);
+requires(tagNumber >= 0 &&
+         (item.kind != TESSEL_KIND_CHOICE || (item.flags & TESSEL_FLAG_EXPLICIT) != 0)) inline constexpr auto Implicit =
+    detail::WithTag(item, tagNumber, TESSEL_CLASS_CONTEXT);
 
 template <int32_t tagNumber, const auto& item>
-inline constexpr auto Explicit = detail::WithTag(item, tagNumber, TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT);
+requires(tagNumber >= 0 && item.tagNumber == kNoTagNumber) inline constexpr auto Explicit =
+    detail::WithTag(item, tagNumber, TESSEL_CLASS_CONTEXT | TESSEL_FLAG_EXPLICIT);
 
 // For an open value that is always constructed, under a tag of its own.
 template <const auto& item>
@@ -238,7 +243,7 @@ namespace detail {
 
 template <class... Rows, size_t... places>
 consteval bool AreNumbered(std::index_sequence<places...>) {
-  return ((Rows::kIndex == places) && ...);
+  return ((static_cast<size_t>(Rows::kIndex) == places) && ...);
 }
 
 }  // namespace detail
@@ -247,7 +252,7 @@ template <class NodeType, class... Rows>
 struct ChoiceDescriptor : Item<NodeType> {
   using Members = ItemList<Rows::kItem...>;
   template <auto enumerator>
-  using NodeAt = typename std::tuple_element_t<enumerator, std::tuple<Rows...>>::Node;
+  using NodeAt = typename std::tuple_element_t<static_cast<size_t>(enumerator), std::tuple<Rows...>>::Node;
 
   static_assert(detail::AreNumbered<Rows...>(std::index_sequence_for<Rows...>()),
                 "alternatives stand in the order of their numbers");
@@ -257,7 +262,7 @@ struct ChoiceDescriptor : Item<NodeType> {
 
 // Node: a struct derived from Asn1Choice. The alternatives are rows, in the order of their numbers.
 template <std::derived_from<Asn1Choice> Node, const auto&... alternatives>
-constexpr auto Choice() {
+requires(sizeof...(alternatives) != 0) constexpr auto Choice() {
   return ChoiceDescriptor<Node, std::remove_cvref_t<decltype(alternatives)>...>();
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Calls of the C++ interface that must not compile, each with what the compiler is to say of it.
+# Calls and descriptors in C++ that must not compile, each with what the compiler is to say of it.
 set -euo pipefail
 compiler=$1 include=$2
 
@@ -30,3 +30,13 @@ refused 'does not fit' 'Bytes oid, value; Call(AddX509ExtensionsExtension, slot,
 refused 'does not fit' 'Call(SetCertificateVersion, certificate, 2.9);'
 refused 'NoDottedText' 'ObjectIdentifier identifier("1.2.03");'
 refused 'deleted' 'PemReader reader(Read());'
+
+pair='struct Pair { Asn1Value* first; Asn1Value* second; };'
+compile "$pair constexpr Sequence kPair{Member<&Pair::first, kInteger>, Member<&Pair::second, kInteger>};
+  static_cast<void>(slot); static_cast<void>(name); static_cast<void>(certificate); static_cast<void>(kPair);"
+refused 'one row for each member' "$pair constexpr Sequence kPair{Member<&Pair::first, kInteger>};"
+refused 'in the order of the members' \
+  "$pair constexpr Sequence kPair{Member<&Pair::second, kInteger>, Member<&Pair::first, kInteger>};"
+refused 'in the order of their numbers' 'Choice<Time, Alternative<Time::generalTime, kGeneralizedTime>>();'
+refused 'kind != TESSEL_KIND_CHOICE' 'static_cast<void>(Implicit<0, kTime>);'
+refused 'tagNumber == kNoTagNumber' 'static_cast<void>(Explicit<0, Implicit<1, kInteger>>);'
