@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "tessel/asn1.hpp"
 #include "floor.h"
 #include "heap.h"
 #include "sides.h"
 #include "support/copy.h"
 #include "table.h"
+#include "tessel/asn1.hpp"
 #include "tessel_sides.h"
 
 namespace bench {

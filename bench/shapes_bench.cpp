@@ -3,11 +3,11 @@
 #include <list>
 #include <string>
 
-#include "tessel/asn1.hpp"
 #include "floor.h"
 #include "peers/peers.h"
 #include "sides.h"
 #include "table.h"
+#include "tessel/asn1.hpp"
 #include "tessel_sides.h"
 
 namespace bench {
